@@ -1,0 +1,17 @@
+// OhmUtils: the whole exported interface of libOhmUtils.so in one include.
+// Each subsystem's headers can also be included on their own.
+#pragma once
+
+// Cross-reference engine
+#include "ohmutils/xref/OhmCfgSetting.h"
+#include "ohmutils/xref/OhmDsComponentOcc.h"
+#include "ohmutils/xref/OhmDsComponentPinOcc.h"
+#include "ohmutils/xref/OhmDsOccID.h"
+#include "ohmutils/xref/OhmDsOccurrence.h"
+#include "ohmutils/xref/OhmDsPropertyKeys.h"
+#include "ohmutils/xref/OhmNoRxUtilsSettingOverride.h"
+#include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
+#include "ohmutils/xref/ReplaceStringInString.h"
+
+// Text, path and date utilities
+#include "ohmutils/util/OhmUtilsStringSplit.h"

@@ -1,0 +1,49 @@
+#include "ohmutils/xref/OhmDsOccurrence.h"
+
+#include "ohmutils/xref/OhmDsComponentOcc.h"
+#include "ohmutils/xref/OhmDsComponentPinOcc.h"
+#include "ohmutils/xref/OhmDsOccID.h"
+#include "ohmutils/xref/OhmDsOccurrence_internal.h"
+#include "ohmutils/xref/OhmDsPropertyKeys.h"
+
+namespace OhmDsKeys {
+
+const std::u16string CONTACT = u"CONTACT";
+const std::u16string REF = u"REF";
+const std::u16string LNUMBER = u"LNUMBER";
+const std::u16string STRIPSEQ = u"STRIPSEQ";
+const std::u16string SHEET = u"SHEET";
+const std::u16string SHEETDWGNAME = u"SHEETDWGNAME";
+const std::u16string IEC_INST = u"IEC_INST";
+const std::u16string IEC_LOC = u"IEC_LOC";
+const std::u16string IEC_PROJ = u"IEC_PROJ";
+const std::u16string TERM = u"TERM";
+const std::u16string TERMDESC = u"TERMDESC";
+const std::u16string TERMCODE = u"TERMCODE";
+const std::u16string ADDR = u"ADDR";
+
+}  // namespace OhmDsKeys
+
+namespace ohm_internal {
+
+const std::u16string& emptyProperty() noexcept {
+  static const std::u16string empty;
+  return empty;
+}
+
+const std::u16string& lookupProperty(const OhmDsOccurrence::PropertyMap& map, const std::u16string& key) {
+  if (key.empty()) return emptyProperty();
+  const auto it = map.find(key);
+  return it == map.end() ? emptyProperty() : it->second;
+}
+
+}  // namespace ohm_internal
+
+OhmDsOccID::~OhmDsOccID() = default;
+OhmDsOccurrence::~OhmDsOccurrence() = default;
+OhmDsComponentPinOcc::~OhmDsComponentPinOcc() = default;
+OhmDsComponentOcc::~OhmDsComponentOcc() = default;
+
+const std::u16string& OhmDsOccurrence::getProperty(const std::u16string& key) const {
+  return ohm_internal::lookupProperty(mProperties, key);
+}

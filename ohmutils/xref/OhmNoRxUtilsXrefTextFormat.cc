@@ -1,0 +1,135 @@
+#include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
+
+#include <functional>
+#include <iterator>
+
+#include "ohmutils/xref/ReplaceStringInString.h"
+#include "win/CrtChar.h"
+
+const std::u16string OhmNoRxUtilsXrefTextFormat::mMTextUnderlineFormat = u"%%u";
+std::map<std::int32_t, const char16_t*> OhmNoRxUtilsXrefTextFormat::mPropAliases;
+
+namespace {
+
+using RefData = OhmNoRxUtilsXrefTextFormat::RefData;
+
+// Property indices of the alias table, in the order they are substituted.
+constexpr std::int32_t kSubstitutionOrder[] = {0, 1, 5, 6, 8, 9, 7, 2};
+
+// The field that the property index stands for; null for %G and %F.
+const std::u16string* fieldForIndex(std::int32_t index, const RefData& data) {
+  switch (index) {
+    case 0: return &data.mSheet;
+    case 1: return &data.mRef;
+    case 2: return &data.mSheetDwgName;
+    case 5: return &data.mValueA;
+    case 6: return &data.mValueB;
+    case 7: return &data.mIecProject;
+    case 8: return &data.mIecInst;
+    case 9: return &data.mIecLoc;
+    default: return nullptr;
+  }
+}
+
+// The field that "%<letter>" is substituted with; null when it is no substituted token.
+const std::u16string* fieldForLetter(char16_t letter, const RefData& data) {
+  switch (letter) {
+    case u'S': return &data.mSheet;
+    case u'N': return &data.mRef;
+    case u'A': return &data.mValueA;
+    case u'B': return &data.mValueB;
+    case u'I': return &data.mIecInst;
+    case u'L': return &data.mIecLoc;
+    case u'P': return &data.mIecProject;
+    case u'D': return &data.mSheetDwgName;
+    default: return nullptr;
+  }
+}
+
+bool isWithin(const void* p, const void* begin, const void* end) {
+  return !std::less<const void*>()(p, begin) && std::less<const void*>()(p, end);
+}
+
+// One pass over the format gives the text of the ordered replacements only
+// when the tokens cannot interact: then no step can make or eat a token of a
+// later step. A token can only be formed across a substitution by a '%' next
+// to inserted text, which needs "%%" in the format or a '%' in an inserted
+// value. Measures the text into `size`; false when one of those is present.
+bool measureIndependentTokens(const std::u16string& format, const RefData& data, std::size_t& size) {
+  size = 0;
+  for (std::size_t i = 0; i < format.size(); ++i) {
+    const std::u16string* field = nullptr;
+    if (format[i] == u'%' && i + 1 < format.size()) {
+      if (format[i + 1] == u'%') return false;
+      field = fieldForLetter(format[i + 1], data);
+    }
+    if (!field) {
+      ++size;
+      continue;
+    }
+    if (field->find(u'%') != std::u16string::npos) return false;
+    size += field->size();
+    ++i;
+  }
+  return true;
+}
+
+void appendSubstituted(const std::u16string& format, const RefData& data, std::u16string& out) {
+  for (std::size_t i = 0; i < format.size(); ++i) {
+    const std::u16string* field =
+        (format[i] == u'%' && i + 1 < format.size()) ? fieldForLetter(format[i + 1], data) : nullptr;
+    if (field) {
+      out += *field;
+      ++i;
+    } else {
+      out += format[i];
+    }
+  }
+}
+
+}  // namespace
+
+bool OhmNoRxUtilsXrefTextFormat::getXrefText(const Option& option, const std::u16string& hostDwgPath,
+                                             const RefData& data, std::u16string& output) {
+  populatePropAliases();
+  const std::u16string& format =
+      CrtEqualNoCase(hostDwgPath, data.mDwgPath) ? option.mXrefFormat : option.mXrefAltFormat;
+  // The one-pass writer fills the output in place, so it must not read from it.
+  const bool outputAliasesInput = &output == &format || isWithin(&output, &data, &data + 1);
+  std::size_t size = 0;
+  if (outputAliasesInput || !measureIndependentTokens(format, data, size)) {
+    substituteInOrder(format, data, output);
+    if (option.mUnderline) applyMTextUnderline(output);
+    return true;
+  }
+  const std::u16string& code = mMTextUnderlineFormat;
+  output.reserve(size + (option.mUnderline ? 2 * code.size() : 0));  // the one allocation, if any; output intact if it fails
+  output.clear();
+  if (option.mUnderline) output += code;
+  appendSubstituted(format, data, output);
+  if (option.mUnderline) output += code;
+  return true;
+}
+
+void OhmNoRxUtilsXrefTextFormat::substituteInOrder(const std::u16string& format, const RefData& data,
+                                                   std::u16string& output) {
+  CString working(format);
+  for (const std::int32_t index : kSubstitutionOrder) {
+    ReplaceStringInString(working, mPropAliases.at(index), fieldForIndex(index, data)->c_str());
+  }
+  output = working.str();
+}
+
+void OhmNoRxUtilsXrefTextFormat::populatePropAliases() {
+  if (!mPropAliases.empty()) return;
+  mPropAliases = {{0, u"%S"}, {1, u"%N"}, {2, u"%D"}, {3, u"%G"}, {4, u"%F"},
+                  {5, u"%A"}, {6, u"%B"}, {7, u"%P"}, {8, u"%I"}, {9, u"%L"}};
+}
+
+void OhmNoRxUtilsXrefTextFormat::applyMTextUnderline(std::u16string& text) {
+  text = mMTextUnderlineFormat + text + mMTextUnderlineFormat;
+}
+
+bool ReplaceStringInString(CString& text, LPCWSTR find, LPCWSTR replacement) {
+  return text.Replace(find, replacement) > 0;
+}

@@ -1,0 +1,95 @@
+#include "mfc/CString.h"
+
+#include <gtest/gtest.h>
+
+#include "support/u16.h"
+
+namespace {
+
+TEST(CString, FindFollowsTheRuntimeBounds) {
+  const CString text(u"a,b,,c");
+  struct Case { LPCWSTR sub; int start; int expected; } cases[] = {
+      {u",", 0, 1}, {u",", 2, 3}, {u",,", 0, 3}, {u"x", 0, -1},
+      {u"", 0, 0},  {u"", 6, 6},  {u",", 6, -1}, {u",", 7, -1}, {u",", -1, -1},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.sub) + " from " + std::to_string(c.start));
+    EXPECT_EQ(text.Find(c.sub, c.start), c.expected);
+  }
+  EXPECT_EQ(text.Find(u'c', 5), 5);
+  EXPECT_EQ(text.Find(u'c', 6), -1);  // a unit is not found at the end position
+  EXPECT_EQ(text.FindOneOf(u""), -1);
+  EXPECT_EQ(text.FindOneOf(u"cb"), 2);
+  EXPECT_EQ(text.ReverseFind(u','), 4);
+}
+
+TEST(CString, PiecesClampTheirArguments) {
+  const CString text(u"abcdef");
+  EXPECT_EQ(text.Left(-1), u"");
+  EXPECT_EQ(text.Left(99), u"abcdef");
+  EXPECT_EQ(text.Right(2), u"ef");
+  EXPECT_EQ(text.Right(99), u"abcdef");
+  EXPECT_EQ(text.Mid(4), u"ef");
+  EXPECT_EQ(text.Mid(-3, 2), u"ab");
+  EXPECT_EQ(text.Mid(5, 9), u"f");
+  EXPECT_EQ(text.Mid(9, 1), u"");
+}
+
+TEST(CString, ReplaceCountsLeftToRightWithoutOverlap) {
+  struct Case { LPCWSTR text, from, to, expected; int count; } cases[] = {
+      {u"aaaa", u"aa", u"b", u"bb", 2},
+      {u"aaa", u"aa", u"b", u"ba", 1},
+      {u"abc", u"", u"x", u"abc", 0},
+      {u"abc", u"b", u"", u"ac", 1},
+      {u"%S%S", u"%S", u"%S%S", u"%S%S%S%S", 2},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.text));
+    CString text(c.text);
+    EXPECT_EQ(text.Replace(c.from, c.to), c.count);
+    EXPECT_EQ(text, c.expected);
+  }
+  CString nullTarget(u"abc");
+  EXPECT_EQ(nullTarget.Replace(nullptr, u"x"), 0);
+}
+
+TEST(CString, EditingInPlace) {
+  CString text(u"  ab\tc \u3000");
+  EXPECT_EQ(text.Trim(), u"ab\tc");
+  EXPECT_EQ(CString(u"xxaxx").TrimLeft(u'x'), u"axx");
+  EXPECT_EQ(CString(u"a;,;").TrimRight(u",;"), u"a");
+  EXPECT_EQ(CString(u"abc").Delete(1, 9), 1);
+  EXPECT_EQ(CString(u"abc").Insert(9, u'd'), 4);
+  EXPECT_EQ(CString(u"aé-z").MakeUpper(), u"Aé-Z");  // a-z only, as the default locale does
+  EXPECT_EQ(CString(u"a,b").Remove(u','), 1);
+  EXPECT_LT(CString(u"ABC").CompareNoCase(u"abd"), 0);
+  EXPECT_EQ(CString(u"ABC").CompareNoCase(u"abc"), 0);
+}
+
+TEST(CString, BufferRoundTrip) {
+  CString text;
+  LPWSTR buffer = text.GetBuffer(8);
+  std::char_traits<char16_t>::copy(buffer, u"abc\0zzz", 7);
+  text.ReleaseBuffer();
+  EXPECT_EQ(text.GetLength(), 3);
+  EXPECT_EQ(text, u"abc");
+}
+
+TEST(CString, FormatCoversTextAndNumbers) {
+  CString text;
+  text.Format(u"%s=%d (%05.1f) [%-4s] %c%% %x %hs %I64d", u"key", -42, 3.14159, u"ab", u'Z', 255u, "n\xC3\xA4", 1LL << 40);
+  EXPECT_EQ(U8(text.str()), "key=-42 (003.1) [ab  ] Z% ff nä 1099511627776");
+  text.AppendFormat(u"|%*d|%.2s", 4, 7, u"xyz");
+  EXPECT_EQ(U8(text.str()), "key=-42 (003.1) [ab  ] Z% ff nä 1099511627776|   7|xy");
+}
+
+TEST(CString, TokenizeSkipsRunsOfDelimiters) {
+  const CString text(u",a,,b,");
+  int pos = 0;
+  EXPECT_EQ(text.Tokenize(u",", pos), u"a");
+  EXPECT_EQ(text.Tokenize(u",", pos), u"b");
+  EXPECT_EQ(text.Tokenize(u",", pos), u"");
+  EXPECT_EQ(pos, -1);
+}
+
+}  // namespace

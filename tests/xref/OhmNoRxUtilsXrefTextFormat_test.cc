@@ -1,0 +1,161 @@
+#include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "ohmutils/xref/ReplaceStringInString.h"
+#include "support/u16.h"
+
+namespace {
+
+using Format = OhmNoRxUtilsXrefTextFormat;
+
+Format::RefData WorkedData(std::u16string dwgPath) {
+  Format::RefData data;
+  data.mDwgPath = std::move(dwgPath);
+  data.mSheet = u"3";
+  data.mRef = u"105";
+  data.mSheetDwgName = u"SHT03";
+  data.mIecInst = u"K1";
+  data.mIecLoc = u"M2";
+  return data;
+}
+
+std::u16string Text(const Format::Option& option, const std::u16string& host, const Format::RefData& data) {
+  std::u16string out = u"old content";
+  EXPECT_TRUE(Format::getXrefText(option, host, data, out));
+  return out;
+}
+
+struct TextCase {
+  std::u16string dwgPath;
+  bool underline;
+  std::u16string expected;
+};
+
+class WorkedExample : public ::testing::TestWithParam<TextCase> {};
+
+TEST_P(WorkedExample, GivesTheDocumentedText) {
+  const TextCase& c = GetParam();
+  const Format::Option option{u"%S.%N", u"%I+%L/%D-%S.%N", c.underline};
+  EXPECT_EQ(Text(option, u"C:\\PROJ\\SHT02.DWG", WorkedData(c.dwgPath)), c.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(HostSheet02, WorkedExample,
+                         ::testing::Values(TextCase{u"c:\\proj\\sht02.dwg", false, u"3.105"},
+                                           TextCase{u"C:\\PROJ\\SHT03.DWG", false, u"K1+M2/SHT03-3.105"},
+                                           TextCase{u"c:\\proj\\sht02.dwg", true, u"%%u3.105%%u"},
+                                           TextCase{u"", false, u"K1+M2/SHT03-3.105"}));
+
+struct FormatCase {
+  const char* name;
+  std::u16string format;
+  std::u16string expected;
+};
+
+TEST(OhmNoRxUtilsXrefTextFormat, TokenRules) {
+  Format::RefData data = WorkedData(u"");
+  data.mExtra1 = u"E1";
+  data.mExtra2 = u"E2";
+  const FormatCase cases[] = {
+      {"no tokens", u"plain text", u"plain text"},
+      {"token twice", u"%N/%N", u"105/105"},
+      {"G and F stay", u"%G:%P:%S", u"%G::3"},
+      {"lower case is no token", u"%n%s", u"%n%s"},
+      {"double percent takes the second", u"%%S", u"%3"},
+      {"lone percent at the end", u"%S%", u"3%"},
+      {"empty format", u"", u""},
+  };
+  for (const FormatCase& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(Text({c.format, u"", false}, u"", data), c.expected);
+  }
+}
+
+TEST(OhmNoRxUtilsXrefTextFormat, ValuesExpandOnlyLaterTokens) {
+  Format::RefData data;
+  data.mSheet = u"X%N";
+  data.mRef = u"7";
+  EXPECT_EQ(Text({u"%S", u"", false}, u"", data), u"X7");
+  data.mSheet = u"3";
+  data.mRef = u"%S";
+  EXPECT_EQ(Text({u"%N", u"", false}, u"", data), u"%S");
+  data.mValueA = u"%D";
+  data.mSheetDwgName = u"%D!";
+  EXPECT_EQ(Text({u"%A|%D", u"", false}, u"", data), u"%D!|%D!");
+}
+
+TEST(OhmNoRxUtilsXrefTextFormat, PathsCompareIgnoringOnlyAsciiCase) {
+  const Format::Option option{u"same", u"other", false};
+  Format::RefData data;
+  data.mDwgPath = u"c:\\Ä\\x.dwg";
+  EXPECT_EQ(Text(option, u"C:\\ä\\X.DWG", data), u"other");  // Ä/ä lie outside a-z
+  EXPECT_EQ(Text(option, u"C:\\Ä\\X.DWG", data), u"same");
+  EXPECT_EQ(Text(option, u"", Format::RefData{}), u"same");   // two empty paths are equal
+  EXPECT_EQ(Text(option, u"C:\\X.DWG", Format::RefData{}), u"other");
+}
+
+TEST(OhmNoRxUtilsXrefTextFormat, UnderlineWrapsWhateverTheTextHolds) {
+  EXPECT_EQ(Text({u"", u"", true}, u"", {}), u"%%u%%u");
+  EXPECT_EQ(Text({u"%%u%S", u"", true}, u"", WorkedData(u"")), u"%%u%%u3%%u");
+  EXPECT_EQ(Text({u"%S.%N", u"", false}, u"", {}), u".");
+}
+
+TEST(OhmNoRxUtilsXrefTextFormat, OutputMayBeOneOfTheInputs) {
+  Format::Option option{u"%S-%N", u"", false};
+  Format::RefData data = WorkedData(u"");
+  Format::getXrefText(option, u"", data, data.mSheet);
+  EXPECT_EQ(data.mSheet, u"3-105");
+  Format::getXrefText(option, u"", WorkedData(u""), option.mXrefFormat);
+  EXPECT_EQ(option.mXrefFormat, u"3-105");
+}
+
+TEST(ReplaceStringInString, SaysWhetherAnythingWasReplaced) {
+  CString text(u"a-b-c");
+  EXPECT_TRUE(ReplaceStringInString(text, u"-", u"+"));
+  EXPECT_EQ(text, u"a+b+c");
+  EXPECT_FALSE(ReplaceStringInString(text, u"-", u"+"));
+  EXPECT_FALSE(ReplaceStringInString(text, u"", u"+"));
+  EXPECT_EQ(text, u"a+b+c");
+}
+
+// The design's text, written out plainly: the eight whole-text replacements in
+// their fixed order. Every input must give exactly this.
+std::u16string SequentialReference(std::u16string text, const Format::RefData& d) {
+  const std::pair<std::u16string, const std::u16string*> steps[] = {
+      {u"%S", &d.mSheet},   {u"%N", &d.mRef},    {u"%A", &d.mValueA},     {u"%B", &d.mValueB},
+      {u"%I", &d.mIecInst}, {u"%L", &d.mIecLoc}, {u"%P", &d.mIecProject}, {u"%D", &d.mSheetDwgName}};
+  for (const auto& [token, value] : steps) {
+    std::u16string out;
+    std::size_t pos = 0;
+    for (std::size_t hit; (hit = text.find(token, pos)) != std::u16string::npos; pos = hit + 2)
+      out += text.substr(pos, hit - pos) + *value;
+    text = out + text.substr(pos);
+  }
+  return text;
+}
+
+TEST(OhmNoRxUtilsXrefTextFormat, AgreesWithTheOrderedReplacementsOnRandomInput) {
+  std::mt19937 rng(20261123);
+  const std::u16string alphabet = u"%%%SNABILPDGFx.-";
+  auto randomText = [&](std::size_t maxLength) {
+    std::u16string text(rng() % (maxLength + 1), u' ');
+    for (char16_t& unit : text) unit = alphabet[rng() % alphabet.size()];
+    return text;
+  };
+  for (int round = 0; round < 20000; ++round) {
+    Format::RefData data;
+    for (std::u16string* field : {&data.mSheet, &data.mRef, &data.mValueA, &data.mValueB, &data.mIecInst,
+                                  &data.mIecLoc, &data.mIecProject, &data.mSheetDwgName})
+      *field = randomText(4);
+    const std::u16string format = randomText(10);
+    const bool underline = rng() % 2;
+    std::u16string out = randomText(3);
+    Format::getXrefText({format, u"", underline}, u"", data, out);
+    const std::u16string expected = SequentialReference(format, data);
+    ASSERT_EQ(out, underline ? u"%%u" + expected + u"%%u" : expected) << "format " << U8(format);
+  }
+}
+
+}  // namespace
