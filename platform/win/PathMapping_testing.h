@@ -1,0 +1,11 @@
+// Test seam of the path mapping: not platform API.
+#pragma once
+
+#include <string>
+
+namespace win_testing {
+
+// Maps drive `letter` to the POSIX folder `root`; an empty root removes the drive.
+void mapDrive(char16_t letter, const std::string& root);
+
+}  // namespace win_testing
