@@ -1,0 +1,11 @@
+// Test seam of the document manager: not host API.
+#pragma once
+
+namespace zd_testing {
+
+// Iterators made by newZdApDocumentIterator and not yet deleted.
+long liveDocumentIterators() noexcept;
+// The next newZdApDocumentIterator gives null.
+void failNextDocumentIterator() noexcept;
+
+}  // namespace zd_testing

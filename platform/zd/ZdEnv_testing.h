@@ -1,0 +1,11 @@
+// Test seam of the host settings: not host API.
+#pragma once
+
+namespace zd_testing {
+
+// Forgets every setting (they are seeded from the environment again) and clears the fault.
+void resetEnv();
+// The next zdedGetEnv call gives `status` and writes nothing.
+void failNextGetEnv(int status);
+
+}  // namespace zd_testing
