@@ -14,4 +14,5 @@
 #include "ohmutils/xref/ReplaceStringInString.h"
 
 // Text, path and date utilities
+#include "ohmutils/util/OhmUtilsPaths.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
