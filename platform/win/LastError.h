@@ -1,0 +1,9 @@
+// The calling thread's last error code, as the platform's functions leave it.
+// Every file, module and resource stand-in that fails sets it; the codes are
+// those of WinError.h.
+#pragma once
+
+#include "win/WinDef.h"
+
+DWORD GetLastError() noexcept;
+void SetLastError(DWORD code) noexcept;
