@@ -1,7 +1,7 @@
 #include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 
 #include <functional>
-#include <iterator>
+#include <optional>
 
 #include "ohmutils/xref/ReplaceStringInString.h"
 #include "win/CrtChar.h"
@@ -50,41 +50,40 @@ bool isWithin(const void* p, const void* begin, const void* end) {
   return !std::less<const void*>()(p, begin) && std::less<const void*>()(p, end);
 }
 
+// Position of the next '%' at or after `from` that has a unit behind it, or npos.
+std::size_t nextPercentPair(const std::u16string& format, std::size_t from) {
+  for (std::size_t i = from; i + 1 < format.size(); ++i)
+    if (format[i] == u'%') return i;
+  return std::u16string::npos;
+}
+
 // One pass over the format gives the text of the ordered replacements only
 // when the tokens cannot interact: then no step can make or eat a token of a
 // later step. A token can only be formed across a substitution by a '%' next
 // to inserted text, which needs "%%" in the format or a '%' in an inserted
-// value. Measures the text into `size`; false when one of those is present.
-bool measureIndependentTokens(const std::u16string& format, const RefData& data, std::size_t& size) {
-  size = 0;
-  for (std::size_t i = 0; i < format.size(); ++i) {
-    const std::u16string* field = nullptr;
-    if (format[i] == u'%' && i + 1 < format.size()) {
-      if (format[i + 1] == u'%') return false;
-      field = fieldForLetter(format[i + 1], data);
-    }
-    if (!field) {
-      ++size;
-      continue;
-    }
-    if (field->find(u'%') != std::u16string::npos) return false;
-    size += field->size();
-    ++i;
+// value. Gives the length of the text, or nothing when either is present.
+std::optional<std::size_t> independentTextLength(const std::u16string& format, const RefData& data) {
+  std::size_t length = format.size();
+  for (std::size_t i = nextPercentPair(format, 0); i != std::u16string::npos; i = nextPercentPair(format, i + 2)) {
+    if (format[i + 1] == u'%') return std::nullopt;
+    const std::u16string* field = fieldForLetter(format[i + 1], data);
+    if (!field) continue;
+    if (field->find(u'%') != std::u16string::npos) return std::nullopt;
+    length += field->size() - 2;
   }
-  return true;
+  return length;
 }
 
+// Appends the format with every token replaced by its field, in one pass.
 void appendSubstituted(const std::u16string& format, const RefData& data, std::u16string& out) {
-  for (std::size_t i = 0; i < format.size(); ++i) {
-    const std::u16string* field =
-        (format[i] == u'%' && i + 1 < format.size()) ? fieldForLetter(format[i + 1], data) : nullptr;
-    if (field) {
-      out += *field;
-      ++i;
-    } else {
-      out += format[i];
-    }
+  std::size_t done = 0;
+  for (std::size_t i = nextPercentPair(format, 0); i != std::u16string::npos; i = nextPercentPair(format, i + 2)) {
+    const std::u16string* field = fieldForLetter(format[i + 1], data);
+    if (!field) continue;
+    out.append(format, done, i - done).append(*field);
+    done = i + 2;
   }
+  out.append(format, done);
 }
 
 }  // namespace
@@ -95,15 +94,16 @@ bool OhmNoRxUtilsXrefTextFormat::getXrefText(const Option& option, const std::u1
   const std::u16string& format =
       CrtEqualNoCase(hostDwgPath, data.mDwgPath) ? option.mXrefFormat : option.mXrefAltFormat;
   // The one-pass writer fills the output in place, so it must not read from it.
-  const bool outputAliasesInput = &output == &format || isWithin(&output, &data, &data + 1);
-  std::size_t size = 0;
-  if (outputAliasesInput || !measureIndependentTokens(format, data, size)) {
+  const bool outputIsInput = &output == &format || isWithin(&output, &data, &data + 1);
+  const std::optional<std::size_t> length = outputIsInput ? std::nullopt : independentTextLength(format, data);
+  if (!length) {
     substituteInOrder(format, data, output);
     if (option.mUnderline) applyMTextUnderline(output);
     return true;
   }
   const std::u16string& code = mMTextUnderlineFormat;
-  output.reserve(size + (option.mUnderline ? 2 * code.size() : 0));  // the one allocation, if any; output intact if it fails
+  // The only allocation, if any; should it fail, the output is still intact.
+  output.reserve(*length + (option.mUnderline ? 2 * code.size() : 0));
   output.clear();
   if (option.mUnderline) output += code;
   appendSubstituted(format, data, output);
