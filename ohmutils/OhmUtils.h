@@ -11,7 +11,12 @@
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "ohmutils/xref/OhmNoRxUtilsSettingOverride.h"
 #include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
+#include "ohmutils/xref/OhmUtXrefEntity.h"
+#include "ohmutils/xref/OhmUtXrefTextEntity.h"
 #include "ohmutils/xref/ReplaceStringInString.h"
+
+// Drawing access
+#include "ohmutils/dwg/OhmDwgUtils.h"
 
 // Text, path and date utilities
 #include "ohmutils/util/OhmUtilsPaths.h"

@@ -1,7 +1,46 @@
-// main() of every test program.
+// main() of every test program, with a listener that fails any test which
+// leaves something taken from the host stand-in behind: open database
+// objects, live iterators, value list nodes or strings.
 #include <gtest/gtest.h>
+
+#include <array>
+
+#include "zd/ZdDbDatabase_testing.h"
+#include "zd/ZdDocManager_testing.h"
+#include "zd/ZdValueNode_testing.h"
+
+namespace {
+
+struct HostCount {
+  const char* what;
+  long (*count)();
+};
+
+const std::array<HostCount, 5> kHostCounts{{
+    {"open database objects", [] { return zd_testing::openObjectCount(); }},
+    {"live object iterators", [] { return zd_testing::liveObjectIterators(); }},
+    {"live document iterators", [] { return zd_testing::liveDocumentIterators(); }},
+    {"live value nodes", [] { return zd_testing::liveValueNodes(); }},
+    {"live value strings", [] { return zd_testing::liveValueStrings(); }},
+}};
+
+// Compares the counts before and after each test: a test may keep things for
+// its whole run (a database in a fixture), but must give back what it took.
+class HostLeakCheck : public ::testing::EmptyTestEventListener {
+  void OnTestStart(const ::testing::TestInfo&) override {
+    for (std::size_t i = 0; i < kHostCounts.size(); ++i) mBefore[i] = kHostCounts[i].count();
+  }
+  void OnTestEnd(const ::testing::TestInfo&) override {
+    for (std::size_t i = 0; i < kHostCounts.size(); ++i)
+      EXPECT_EQ(kHostCounts[i].count(), mBefore[i]) << kHostCounts[i].what << " left behind by the test";
+  }
+  std::array<long, kHostCounts.size()> mBefore{};
+};
+
+}  // namespace
 
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
+  ::testing::UnitTest::GetInstance()->listeners().Append(new HostLeakCheck);
   return RUN_ALL_TESTS();
 }

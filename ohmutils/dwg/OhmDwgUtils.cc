@@ -1,0 +1,60 @@
+#include "ohmutils/dwg/OhmDwgUtils.h"
+
+#include "zd/ZdCodes.h"
+#include "zd/ZdDbDatabase.h"
+#include "zd/ZdDbText.h"
+#include "zd/ZdValueNode.h"
+#include "zd/ZdWcMatch.h"
+
+namespace {
+
+// Releases a value chain on every path out of a scope.
+struct ChainRelease {
+  ZdValueNode* chain;
+  ~ChainRelease() { zdutRelRb(chain); }
+};
+
+// True when the chain is application name, control string, text.
+bool isOptionRecord(const ZdValueNode* chain) {
+  return chain->restype == XD_APPNAME && chain->rbnext && chain->rbnext->restype == XD_CONTROL &&
+         chain->rbnext->rbnext && chain->rbnext->rbnext->restype == XD_STRING;
+}
+
+// The text of the attribute if its tag fits the pattern; null otherwise.
+// The access to the attribute ends before it returns.
+const char16_t* matchingText(ZdDbObjectId attributeId, const char16_t* tagPattern) {
+  ZdDbObject* object = nullptr;
+  bool wasOpened = false;
+  bool wasWritable = false;
+  if (accessZdDbObjectForRead(object, attributeId, ZdDbAttribute::desc(), wasOpened, wasWritable) != Zeda::eOk)
+    return nullptr;
+  const auto* attribute = static_cast<const ZdDbAttribute*>(object);
+  const char16_t* tag = attribute->tagConst();
+  const char16_t* text = tag && zdutWcMatchEx(tag, tagPattern, true) ? attribute->textStringConst() : nullptr;
+  revertZdDbObjectFromWrite(object, wasWritable);
+  if (wasOpened) object->close();
+  return text;
+}
+
+}  // namespace
+
+OhmDwgUtils& OhmDwgUtils::operator=(const OhmDwgUtils&) { return *this; }
+
+bool OhmDwgUtils::getOhmEntityXData(const ZdDbEntity* entity, const std::u16string& appName, std::u16string& value) {
+  if (!entity) return false;
+  const ChainRelease xdata{entity->xData(appName.c_str())};
+  if (!xdata.chain || !isOptionRecord(xdata.chain)) return false;
+  const char16_t* text = xdata.chain->rbnext->rbnext->resval.rstring;
+  value = text ? text : u"";
+  return true;
+}
+
+const char16_t* OhmDwgUtils::getAttributeValue(const ZdDbBlockReference* blockReference, const char16_t* tagPattern) {
+  if (!blockReference || !tagPattern) return nullptr;
+  ZdDbObjectIterator* iterator = blockReference->attributeIterator();
+  if (!iterator) return nullptr;
+  const char16_t* text = nullptr;
+  for (; !iterator->done() && !text; iterator->step(false, true)) text = matchingText(iterator->objectId(), tagPattern);
+  delete iterator;
+  return text;
+}

@@ -1,0 +1,67 @@
+#include "zd/ZdWcMatch.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "support/u16.h"
+#include "win/CrtChar.h"
+
+namespace {
+
+TEST(ZdWcMatch, PatternsOfTheClassification) {
+  struct Case { const char16_t* text; const char16_t* pattern; bool match; } cases[] = {
+      {u"TAG1", u"TAG1,TAG1F,TAG1*PART1", true},      {u"tag1f", u"TAG1,TAG1F,TAG1*PART1", true},
+      {u"TAG1_X_PART1", u"TAG1,TAG1F,TAG1*PART1", true}, {u"TAG1X", u"TAG1,TAG1F,TAG1*PART1", false},
+      {u"HT0_COIL", u"?T0*,?T1*,?T_*", true},          {u"HT_", u"?T0*,?T1*,?T_*", true},
+      {u"T0", u"?T0*", false},                          {u"HA1S22", u"HA#S*", true},
+      {u"HAXS", u"HA#S*", false},                       {u"", u"*", true},
+      {u"", u"", true},                                 {u"a", u"", false},
+      {u"abc", u"a*c*", true},                          {u"ab", u",ab", true},
+      {u"\u00e9t\u00e9", u"\u00c9T\u00c9", true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.text) + " ~ " + U8(c.pattern));
+    EXPECT_EQ(zdutWcMatchEx(c.text, c.pattern, true), c.match);
+  }
+  EXPECT_FALSE(zdutWcMatchEx(u"tag1", u"TAG1", false));
+  EXPECT_FALSE(zdutWcMatchEx(nullptr, u"*", true));
+  EXPECT_FALSE(zdutWcMatchEx(u"x", nullptr, true));
+}
+
+// Plain recursive matcher of one alternative, the definition written out.
+bool Reference(std::u16string_view t, std::u16string_view p) {
+  if (p.empty()) return t.empty();
+  if (p[0] == u'*') return Reference(t, p.substr(1)) || (!t.empty() && Reference(t.substr(1), p));
+  if (t.empty()) return false;
+  const char16_t up = CrtToUpper(p[0]), ut = CrtToUpper(t[0]);
+  const bool unit = p[0] == u'?' || (p[0] == u'#' ? (t[0] >= u'0' && t[0] <= u'9') : up == ut);
+  return unit && Reference(t.substr(1), p.substr(1));
+}
+
+bool ReferenceAll(std::u16string_view t, std::u16string_view p) {
+  for (;;) {
+    const std::size_t comma = p.find(u',');
+    if (Reference(t, p.substr(0, comma))) return true;
+    if (comma == std::u16string_view::npos) return false;
+    p.remove_prefix(comma + 1);
+  }
+}
+
+TEST(ZdWcMatch, AgreesWithTheDefinitionOnGeneratedInput) {
+  std::mt19937 rng(4711);
+  const std::u16string textUnits = u"aAbB01_ ";
+  const std::u16string patternUnits = u"aAbB01_*?#,";
+  auto make = [&](const std::u16string& units, std::size_t maxLength) {
+    std::u16string s(rng() % (maxLength + 1), u' ');
+    for (char16_t& unit : s) unit = units[rng() % units.size()];
+    return s;
+  };
+  for (int i = 0; i < 20000; ++i) {
+    const std::u16string text = make(textUnits, 8), pattern = make(patternUnits, 8);
+    ASSERT_EQ(zdutWcMatchEx(text.c_str(), pattern.c_str(), true), ReferenceAll(text, pattern))
+        << U8(text) << " ~ " << U8(pattern);
+  }
+}
+
+}  // namespace
