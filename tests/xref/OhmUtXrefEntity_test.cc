@@ -1,0 +1,88 @@
+#include "ohmutils/xref/OhmUtXrefEntity.h"
+
+#include <gtest/gtest.h>
+
+#include "ohmutils/xref/OhmUtXrefTextEntity.h"
+#include "support/u16.h"
+#include "zd/ZdDbDrawingBuilder.h"
+
+namespace {
+
+using Map = OhmNoRxUtilsSettingOverride::SettingMap;
+using Entity = OhmUtXrefEntity;
+
+TEST(OhmUtXrefEntity, StyleFromOptionText) {
+  struct Case { std::u16string text; Entity::Style style; } cases[] = {
+      {u"0", Entity::StyleText}, {u"1", Entity::StyleGraphic}, {u"2", Entity::StyleTable}, {u"", Entity::StyleNone},
+      {u"3", Entity::StyleNone}, {u"text", Entity::StyleNone}, {u" 0", Entity::StyleNone}, {u"00", Entity::StyleNone},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.text));
+    EXPECT_EQ(Entity::getXrefEntityStyle(c.text), c.style);
+  }
+}
+
+TEST(OhmUtXrefEntity, ContactKinds) {
+  struct Case { std::u16string contact; bool no, nc, formC; } cases[] = {
+      {u"no", true, false, false},   {u"No", true, false, false},  {u"NO", true, false, false},
+      {u"NO ", false, false, false}, {u"NONC", false, false, true}, {u"ncno", false, false, true},
+      {u"NC", false, true, false},   {u"NC/NO", false, false, false}, {u"", false, false, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.contact));
+    EXPECT_EQ(Entity::isValidContactForRelayCoilNO(c.contact), c.no);
+    EXPECT_EQ(Entity::isValidContactForRelayCoilNC(c.contact), c.nc);
+    EXPECT_EQ(Entity::isValidContactForRelayCoilFormC(c.contact), c.formC);
+  }
+}
+
+TEST(OhmUtXrefEntity, EntityOverridesLayOverTheSettings) {
+  ZdDbDatabase db;
+  ZdDbDrawingBuilder build(db);
+  ZdDbBlockReference* first = build.insertBlock(u"HCR1");
+  ZdDbDrawingBuilder::setOptionXData(*first, u"KVA_WD_XREF_FORMAT", u"%N");
+  ZdDbDrawingBuilder::setOptionXData(*first, u"KVA_WD_XREF_ALTFORMAT", u"");
+  ZdDbDrawingBuilder::setOptionXData(*first, u"KVA_WD_XREF_STYLE", u"2");
+  ZdDbBlockReference* second = build.insertBlock(u"HCR2");
+  const Map base{{OhmCfgSetting::WD_XREF_FORMAT, u"%S.%N"}, {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D-%S.%N"}};
+  OhmNoRxUtilsSettingOverride settings(base);
+  OhmUtXrefTextEntity a(settings), b(settings);
+
+  a.applyEntityOverrides(first);
+  EXPECT_EQ(settings.getSettingMap(),
+            (Map{{OhmCfgSetting::WD_XREF_FORMAT, u"%N"}, {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D-%S.%N"}}));
+  EXPECT_EQ(a.getStyle(), Entity::StyleText);  // the xdata style does not change the class
+
+  // Entities over one option set share the overrides of the one applied last.
+  OhmDsComponentOcc occ;
+  occ.mType = 8;
+  occ.mProperties[u"REF"] = u"7";
+  std::u16string text;
+  ASSERT_TRUE(b.getXrefText(u"XREF", occ, text));
+  EXPECT_EQ(text, u"7");
+  b.applyEntityOverrides(second);
+  ASSERT_TRUE(a.getXrefText(u"XREF", occ, text));
+  EXPECT_EQ(text, u".7");
+  EXPECT_EQ(settings.getSettingMap(), base);
+}
+
+TEST(OhmUtXrefEntity, CopyKeepsHostPathAndSharesTheOptionSet) {
+  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_FORMAT, u"same"}, {OhmCfgSetting::WD_XREF_ALTFORMAT, u"other"}});
+  OhmUtXrefTextEntity original(settings);
+  original.setHostDwgPath(u"C:\\A.DWG");
+  original.setXrefAttPrompt(u"Ref");
+  const OhmUtXrefTextEntity copy(original);
+  OhmDsComponentOcc occ;
+  occ.mType = 4;
+  occ.mOccID.mDwgPath = u"c:\\a.dwg";
+  std::u16string text;
+  copy.getXrefText(u"XREF", occ, text);
+  EXPECT_EQ(text, u"same");
+  std::u16string value = u"Ref 1";
+  EXPECT_EQ(copy.removeLabelPrefixFromAttribute(u"XREF", value), 4u);
+  settings.setSettingMap(Map{{OhmCfgSetting::WD_XREF_FORMAT, u"changed"}});
+  copy.getXrefText(u"XREF", occ, text);
+  EXPECT_EQ(text, u"changed");
+}
+
+}  // namespace
