@@ -12,6 +12,7 @@
 #include "ohmutils/xref/OhmNoRxUtilsSettingOverride.h"
 #include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 #include "ohmutils/xref/OhmUtXrefEntity.h"
+#include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 #include "ohmutils/xref/OhmUtXrefTextEntity.h"
 #include "ohmutils/xref/ReplaceStringInString.h"
 

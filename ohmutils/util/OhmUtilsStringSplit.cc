@@ -4,12 +4,12 @@
 #include <limits>
 #include <stdexcept>
 
+#include "ohmutils/util/OhmUtilsStringSplit_internal.h"
 #include "win/CrtChar.h"
 
-namespace {
+namespace ohm_internal {
 
-// The standard wide string to int conversion, with the texts of its failures.
-std::int32_t ConvertDecimal(const std::u16string& text) {
+std::int32_t stoiDecimal(const std::u16string& text) {
   std::size_t i = 0;
   while (i < text.size() && CrtIsSpace(text[i])) ++i;
   const bool negative = i < text.size() && text[i] == u'-';
@@ -29,7 +29,7 @@ std::int32_t ConvertDecimal(const std::u16string& text) {
   return static_cast<std::int32_t>(value);
 }
 
-}  // namespace
+}  // namespace ohm_internal
 
 void OhmUtilsSplitString(const std::u16string& source, char16_t separator, std::vector<std::u16string>& items) {
   // `source` may be one of `items`; cut from a copy.
@@ -44,7 +44,7 @@ void OhmUtilsSplitString(const std::u16string& source, char16_t separator, std::
 
 void OhmUtilsCvtStringToIntArray(const std::vector<std::u16string>& strings, std::vector<std::int32_t>& values) {
   values.clear();
-  for (const std::u16string& text : strings) values.push_back(ConvertDecimal(text));
+  for (const std::u16string& text : strings) values.push_back(ohm_internal::stoiDecimal(text));
 }
 
 bool GetToken(CString& source, CString& token, LPCWSTR delimiters, CString* delimiterFound, bool wholeDelimiter) {

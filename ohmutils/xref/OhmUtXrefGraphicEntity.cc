@@ -1,0 +1,172 @@
+#include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
+
+#include "mfc/CString.h"
+#include "ohmutils/dwg/OhmDwgUtils.h"
+#include "ohmutils/util/OhmUtilsStringSplit.h"
+#include "ohmutils/util/OhmUtilsStringSplit_internal.h"
+#include "ohmutils/xref/OhmDsPropertyKeys.h"
+
+const std::u16string OhmUtXrefGraphicEntity::mStyle1SymbolTextForNO = u"-o-";
+const std::u16string OhmUtXrefGraphicEntity::mStyle1SymbolTextForNC = u"-x-";
+const std::u16string OhmUtXrefGraphicEntity::mStyle1SymbolTextForNIL = u"-.-";
+const std::u16string OhmUtXrefGraphicEntity::mStyle1SymbolTextForFORMC_NO = u"-n-";
+const std::u16string OhmUtXrefGraphicEntity::mStyle1SymbolTextForFORMC_NC = u"-w-";
+const std::u16string OhmUtXrefGraphicEntity::mStyle2SymbolTextForNO = u"-O-";
+const std::u16string OhmUtXrefGraphicEntity::mStyle2SymbolTextForNC = u"-X-";
+const std::u16string OhmUtXrefGraphicEntity::mStyle2SymbolTextForNIL = u"-'-";
+const std::u16string OhmUtXrefGraphicEntity::mStyle2SymbolTextForFORMC_NO = u"-N-";
+const std::u16string OhmUtXrefGraphicEntity::mStyle2SymbolTextForFORMC_NC = u"-W-";
+
+OhmUtXrefGraphicEntity::OhmUtXrefGraphicEntity(OhmNoRxUtilsSettingOverride& settingOverride,
+                                               const std::u16string& pinList)
+    : OhmUtXrefEntity(settingOverride), mPinList(pinList) {
+  mStyle = StyleGraphic;
+}
+
+OhmUtXrefGraphicEntity::OhmUtXrefGraphicEntity(const OhmUtXrefGraphicEntity& other) = default;
+
+OhmUtXrefGraphicEntity::~OhmUtXrefGraphicEntity() = default;
+
+// --- initialisation ---------------------------------------------------------
+
+void OhmUtXrefGraphicEntity::init() {
+  if (isInitialized()) return;
+  OhmUtXrefEntity::init();
+  updateContactMap();
+  updateFormCPins();
+}
+
+void OhmUtXrefGraphicEntity::updateContactMap() {
+  mContactMap.clear();
+  std::u16string value;
+  mSettingOverride.getSettingValue(OhmCfgSetting::WD_XREF_CONTACTMAP, value);
+  if (!value.empty()) OhmUtilsSplitString(value, u',', mContactMap);
+}
+
+void OhmUtXrefGraphicEntity::updateFormCPins() {
+  mFormCPins.clear();
+  std::vector<std::u16string> entries;
+  std::vector<std::u16string> fields;
+  OhmUtilsSplitString(mPinList, u';', entries);
+  for (const std::u16string& entry : entries) {
+    if (entry.empty()) continue;
+    OhmUtilsSplitString(entry, u',', fields);
+    if (fields.size() == 4 && fields[0] == u"3") mFormCPins.emplace_back(fields[1], fields[2], fields[3]);
+  }
+}
+
+void OhmUtXrefGraphicEntity::getXrefOptionEntOverride(const ZdDbEntity* entity,
+                                                      OhmNoRxUtilsSettingOverride::SettingMap& overrides) const {
+  OhmUtXrefEntity::getXrefOptionEntOverride(entity, overrides);
+  if (!entity) return;
+  static const std::pair<const char16_t*, OhmCfgSetting::WD_M_ATTRIB> kOptions[] = {
+      {u"KVA_WD_XREF_GRAPHIC", OhmCfgSetting::WD_XREF_GRAPHIC},
+      {u"KVA_WD_XREF_GRAPHICSTYLE", OhmCfgSetting::WD_XREF_GRAPHICSTYLE},
+      {u"KVA_WD_XREF_CONTACTMAP", OhmCfgSetting::WD_XREF_CONTACTMAP},
+  };
+  for (const auto& [appName, option] : kOptions) {
+    std::u16string value;
+    if (OhmDwgUtils::getOhmEntityXData(entity, appName, value)) overrides[option] = value;
+  }
+}
+
+// --- terminals and classification -------------------------------------------
+
+bool OhmUtXrefGraphicEntity::getCompOccTermMap(const OhmDsComponentOcc& occurrence, TermMap& termMap,
+                                               bool trim) const {
+  termMap.clear();
+  for (const OhmDsComponentPinOcc& pin : occurrence.mPins) {
+    const std::int32_t number = ohm_internal::stoiDecimal(pin.getProperty(OhmDsKeys::TERMCODE));
+    if (number < 1) continue;
+    const std::u16string& term = pin.getProperty(OhmDsKeys::TERM);
+    termMap[number] = trim ? CString(term).Trim().str() : term;
+  }
+  return true;
+}
+
+bool OhmUtXrefGraphicEntity::isFullFormCContact(TermMap& termMap) const {
+  return termMap.size() == 3 && termMap.count(1) && termMap.count(2) && termMap.count(3);
+}
+
+bool OhmUtXrefGraphicEntity::isPartialFormCSide(TermMap& termMap, std::size_t side) const {
+  if (termMap.size() != 2 || !termMap.count(1) || !termMap.count(2)) return false;
+  const std::u16string& t1 = termMap[1];
+  const std::u16string& t2 = termMap[2];
+  for (const PinTriple& triple : mFormCPins) {
+    const std::u16string& common = std::get<0>(triple);
+    const std::u16string& other = side == 1 ? std::get<1>(triple) : std::get<2>(triple);
+    if ((t1 == common && t2 == other) || (t2 == common && t1 == other)) return true;
+  }
+  return false;
+}
+
+bool OhmUtXrefGraphicEntity::isPartialFormC_NOContact(TermMap& termMap) const { return isPartialFormCSide(termMap, 1); }
+
+bool OhmUtXrefGraphicEntity::isPartialFormC_NCContact(TermMap& termMap) const { return isPartialFormCSide(termMap, 2); }
+
+bool OhmUtXrefGraphicEntity::isFullFormCContact(const OhmDsComponentOcc& occurrence) {
+  init();
+  TermMap termMap;
+  getCompOccTermMap(occurrence, termMap, false);
+  return isValidContactForRelayCoilFormC(occurrence.getProperty(OhmDsKeys::CONTACT)) && isFullFormCContact(termMap);
+}
+
+bool OhmUtXrefGraphicEntity::isPartialFormCContact(const OhmDsComponentOcc& occurrence) {
+  init();
+  TermMap termMap;
+  getCompOccTermMap(occurrence, termMap, false);
+  const std::u16string& contact = occurrence.getProperty(OhmDsKeys::CONTACT);
+  if (isValidContactForRelayCoilNO(contact) && isPartialFormC_NOContact(termMap)) return true;
+  return isValidContactForRelayCoilNC(contact) && isPartialFormC_NCContact(termMap);
+}
+
+OhmUtXrefGraphicEntity::PinTriple OhmUtXrefGraphicEntity::identifyPartialFormCPins(
+    const OhmDsComponentOcc& occurrence) const {
+  TermMap termMap;
+  getCompOccTermMap(occurrence, termMap, true);
+  std::u16string common, no, nc;
+  for (const auto& [c, n, x] : mFormCPins) {
+    for (const std::int32_t key : {1, 2}) {
+      const std::u16string& value = termMap[key];
+      const std::u16string& other = termMap[key == 1 ? 2 : 1];
+      if (value != c) continue;
+      common = value;
+      no.clear();
+      nc.clear();
+      if (other == n) {
+        no = other;
+        break;
+      }
+      if (other == x) {
+        nc = other;
+        break;
+      }
+    }
+  }
+  return {common, no, nc};
+}
+
+OhmUtXrefGraphicEntity::GraphicalStyle OhmUtXrefGraphicEntity::getGraphicalStyle() const {
+  std::u16string graphic, family;
+  mSettingOverride.getSettingValue(OhmCfgSetting::WD_XREF_GRAPHIC, graphic);
+  mSettingOverride.getSettingValue(OhmCfgSetting::WD_XREF_GRAPHICSTYLE, family);
+  if (graphic == u"0") return family == u"1" ? GraphicalStyle2 : GraphicalStyle1;
+  if (graphic == u"1") return GraphicalContactMap;
+  if (graphic == u"2") return GraphicalNone;
+  return GraphicalStyle1;
+}
+
+bool OhmUtXrefGraphicEntity::getContactName(const std::u16string& contact, std::u16string& name) const {
+  name.clear();
+  if (mContactMap.size() < 3) return false;
+  if (isValidContactForRelayCoilNO(contact)) {
+    name = mContactMap[0];
+  } else if (isValidContactForRelayCoilNC(contact)) {
+    name = mContactMap[1];
+  } else if (isValidContactForRelayCoilFormC(contact)) {
+    name = mContactMap[2];
+  } else if (!contact.empty()) {
+    return false;
+  }
+  return true;
+}

@@ -1,0 +1,113 @@
+// OhmUtXrefGraphicEntity: a cross-reference shown as contact symbol text. For
+// each contact of a relay coil it gives a line of terminal texts, a short
+// symbol and the reference to where the contact stands.
+//
+// Contact classes: full Form C (a Form C CONTACT with terminals 1, 2, 3
+// exactly), partial Form C (an NO or NC CONTACT with terminals 1 and 2 that
+// are the common terminal and that side's terminal of a triple of the pin
+// list), and plain (everything else). The term map of an occurrence (terminal
+// number -> TERM text) is rebuilt at every call and never stored.
+//
+// State: the contact map (option 68) and the pin list triples are taken at the
+// first public call (init) and fixed from then on; options 66 and 67 are read
+// at every use. A pin whose TERMCODE is no number makes every operation on its
+// occurrence throw std::invalid_argument("invalid stoi argument") or
+// std::out_of_range("stoi argument out of range"); nothing here catches them.
+//
+// Thread safety: one thread at a time, with its option set.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "ohmutils/OhmUtilsExport.h"
+#include "ohmutils/xref/OhmUtXrefEntity.h"
+
+// Orders terminal numbers ascending, as signed integers.
+struct OHMUTILS_EXPORT OhmUtXrefTermMapFunctor {
+  bool operator()(std::int32_t a, std::int32_t b) const noexcept { return a < b; }
+};
+
+class OHMUTILS_EXPORT OhmUtXrefGraphicEntity : public OhmUtXrefEntity {
+ public:
+  // Terminal number -> terminal text.
+  using TermMap = std::map<std::int32_t, std::u16string, OhmUtXrefTermMapFunctor>;
+  // A pin list triple: common, NO and NC terminal texts.
+  using PinTriple = std::tuple<std::u16string, std::u16string, std::u16string>;
+
+  enum GraphicalStyle {
+    GraphicalStyle1 = 0,      // the first family of symbol texts
+    GraphicalStyle2 = 1,      // the second family
+    GraphicalContactMap = 2,  // the names of the contact map
+    GraphicalNone = 3,        // no symbol
+  };
+
+  // `pinList`: the entity's pin list ("3,common,no,nc;..."), kept as given.
+  OhmUtXrefGraphicEntity(OhmNoRxUtilsSettingOverride& settingOverride, const std::u16string& pinList);
+  // Deep copy of pin list, contact map and triples; shares the option set.
+  OhmUtXrefGraphicEntity(const OhmUtXrefGraphicEntity& other);
+  ~OhmUtXrefGraphicEntity() override;
+
+  bool isFullFormCContact(const OhmDsComponentOcc& occurrence);
+  bool isPartialFormCContact(const OhmDsComponentOcc& occurrence);
+
+  // A plain contact: T1, symbol, T2, reference. False (output empty) for Form
+  // C contacts, a term map without 1 or 2, or a symbol the style can't give.
+  bool getUnformattedXrefText(const OhmDsComponentOcc& occurrence, std::u16string& text);
+  // A full Form C contact: NO side T2 S T1 R, NC side T3 S R. False otherwise.
+  bool getUnformattedXrefTextForFullFormCContact(const OhmDsComponentOcc& occurrence, std::u16string& noText,
+                                                 std::u16string& ncText);
+  // A partial Form C contact: NO "no S common R", NC "nc S R". False otherwise.
+  bool getUnformattedXrefTextForPartialFormCContact(const OhmDsComponentOcc& occurrence, std::u16string& text);
+
+ protected:
+  void init() override;
+  // The base's options, then 66, 67, 68 from their xdata.
+  void getXrefOptionEntOverride(const ZdDbEntity* entity,
+                                OhmNoRxUtilsSettingOverride::SettingMap& overrides) const override;
+  // The term map of the occurrence's pins (TERMCODE < 1 skipped; the later of
+  // two equal numbers wins), TERM trimmed when asked. Always true; throws on a
+  // TERMCODE that is no number.
+  bool getCompOccTermMap(const OhmDsComponentOcc& occurrence, TermMap& termMap, bool trim) const;
+  bool isFullFormCContact(TermMap& termMap) const;
+  bool isPartialFormC_NOContact(TermMap& termMap) const;
+  bool isPartialFormC_NCContact(TermMap& termMap) const;
+  // (common, no, nc) of a partial Form C contact; the last triple whose common
+  // terminal is T1 or T2 decides.
+  PinTriple identifyPartialFormCPins(const OhmDsComponentOcc& occurrence) const;
+  // From options 66 and 67, read now.
+  GraphicalStyle getGraphicalStyle() const;
+
+  bool getSymbolTextForContact(const OhmDsComponentOcc& occurrence, std::u16string& symbol);
+  bool getSymbolTextForFullFormCContact(const OhmDsComponentOcc& occurrence, std::u16string& noSymbol,
+                                        std::u16string& ncSymbol);
+  bool getSymbolTextForPartialFormCContact(const OhmDsComponentOcc& occurrence, std::u16string& symbol);
+
+  static const std::u16string mStyle1SymbolTextForNO;        // "-o-"
+  static const std::u16string mStyle1SymbolTextForNC;        // "-x-"
+  static const std::u16string mStyle1SymbolTextForNIL;       // "-.-"
+  static const std::u16string mStyle1SymbolTextForFORMC_NO;  // "-n-"
+  static const std::u16string mStyle1SymbolTextForFORMC_NC;  // "-w-"
+  static const std::u16string mStyle2SymbolTextForNO;        // "-O-"
+  static const std::u16string mStyle2SymbolTextForNC;        // "-X-"
+  static const std::u16string mStyle2SymbolTextForNIL;       // "-'-"
+  static const std::u16string mStyle2SymbolTextForFORMC_NO;  // "-N-"
+  static const std::u16string mStyle2SymbolTextForFORMC_NC;  // "-W-"
+
+ private:
+  // The contact map's name for a CONTACT value: [0] NO, [1] NC, [2] Form C,
+  // empty for an empty value; false for any other value or a map of fewer
+  // than three names.
+  bool getContactName(const std::u16string& contact, std::u16string& name) const;
+  void updateContactMap();
+  void updateFormCPins();
+  // Whether T1/T2 are the common terminal and `side` (1 NO, 2 NC) of one triple.
+  bool isPartialFormCSide(TermMap& termMap, std::size_t side) const;
+
+  std::u16string mPinList;
+  std::vector<std::u16string> mContactMap;
+  std::vector<PinTriple> mFormCPins;
+};

@@ -1,0 +1,214 @@
+#include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "ohmutils/xref/OhmDsPropertyKeys.h"
+#include "support/u16.h"
+#include "zd/ZdDbDrawingBuilder.h"
+
+namespace {
+
+using Map = OhmNoRxUtilsSettingOverride::SettingMap;
+using Pins = std::vector<std::pair<std::u16string, std::u16string>>;  // TERMCODE, TERM
+
+OhmDsComponentOcc Contact(const std::u16string& contact, const Pins& pins) {
+  OhmDsComponentOcc occ;
+  occ.mOccID.mDwgPath = u"Z:\\p\\b.dxf";
+  if (!contact.empty()) occ.mProperties[OhmDsKeys::CONTACT] = contact;
+  occ.mSheetProperties[OhmDsKeys::SHEET] = u"3";
+  occ.mProperties[OhmDsKeys::REF] = u"12";
+  for (const auto& [code, term] : pins) {
+    OhmDsComponentPinOcc pin;
+    pin.mProperties[OhmDsKeys::TERMCODE] = code;
+    if (!term.empty()) pin.mProperties[OhmDsKeys::TERM] = term;
+    occ.mPins.push_back(pin);
+  }
+  return occ;
+}
+
+// The reference of every contact is [3-12].
+Map Settings(const std::u16string& graphic, const std::u16string& family) {
+  return {{OhmCfgSetting::WD_XREF_ALTFORMAT, u"[%S-%N]"},
+          {OhmCfgSetting::WD_XREF_GRAPHIC, graphic},
+          {OhmCfgSetting::WD_XREF_GRAPHICSTYLE, family},
+          {OhmCfgSetting::WD_XREF_CONTACTMAP, u"A,B,C"}};
+}
+
+enum class Op { Plain, Full, Partial };
+
+struct TextCase {
+  std::u16string contact;
+  Pins pins;
+  std::u16string pinList;
+  std::u16string graphic, family;
+  Op op;
+  bool result;
+  std::u16string text, ncText;
+};
+
+class GraphicText : public ::testing::TestWithParam<TextCase> {};
+
+TEST_P(GraphicText, JoinsTerminalsSymbolAndReference) {
+  const TextCase& c = GetParam();
+  OhmNoRxUtilsSettingOverride settings(Settings(c.graphic, c.family));
+  OhmUtXrefGraphicEntity entity(settings, c.pinList);
+  const OhmDsComponentOcc occ = Contact(c.contact, c.pins);
+  std::u16string text = u"old", ncText = u"old";
+  bool result = false;
+  switch (c.op) {
+    case Op::Plain: result = entity.getUnformattedXrefText(occ, text); ncText.clear(); break;
+    case Op::Full: result = entity.getUnformattedXrefTextForFullFormCContact(occ, text, ncText); break;
+    case Op::Partial: result = entity.getUnformattedXrefTextForPartialFormCContact(occ, text); ncText.clear(); break;
+  }
+  EXPECT_EQ(result, c.result);
+  EXPECT_EQ(text, c.text);
+  EXPECT_EQ(ncText, c.ncText);
+}
+
+const Pins k13_14{{u"1", u"13"}, {u"2", u"14"}};
+const Pins kFormC{{u"1", u"11"}, {u"2", u"14"}, {u"3", u"12"}};
+
+INSTANTIATE_TEST_SUITE_P(
+    WorkedExamples, GraphicText,
+    ::testing::Values(
+        TextCase{u"NO", k13_14, u"", u"0", u"0", Op::Plain, true, u"13-o-14[3-12]", u""},
+        TextCase{u"NC", {{u"1", u"21"}, {u"2", u"22"}}, u"", u"0", u"1", Op::Plain, true, u"21-X-22[3-12]", u""},
+        TextCase{u"", {{u"1", u"5"}, {u"2", u"6"}}, u"", u"0", u"0", Op::Plain, true, u"5-.-6[3-12]", u""},
+        TextCase{u"", {{u"1", u"5"}, {u"2", u"6"}}, u"", u"0", u"1", Op::Plain, true, u"5-'-6[3-12]", u""},
+        TextCase{u"NO", k13_14, u"", u"1", u"", Op::Plain, true, u"13A14[3-12]", u""},
+        TextCase{u"NC", {{u"1", u"21"}, {u"2", u"22"}}, u"", u"2", u"", Op::Plain, true, u"2122[3-12]", u""},
+        TextCase{u"NONC", kFormC, u"", u"0", u"0", Op::Full, true, u"14-n-11[3-12]", u"12-w-[3-12]"},
+        TextCase{u"NCNO", kFormC, u"3,1,2,3", u"0", u"1", Op::Full, true, u"14-N-11[3-12]", u"12-W-[3-12]"},
+        TextCase{u"NONC", kFormC, u"", u"1", u"", Op::Full, true, u"14C11[3-12]", u"12C[3-12]"},
+        TextCase{u"NONC", kFormC, u"", u"2", u"", Op::Full, true, u"1411[3-12]", u"12[3-12]"},
+        TextCase{u"NO", {{u"1", u"11"}, {u"2", u"14"}}, u"3,11,14,12", u"0", u"0", Op::Partial, true, u"14-n-11[3-12]", u""},
+        TextCase{u"NO", {{u"1", u"14"}, {u"2", u"11"}}, u"3,11,14,12", u"0", u"0", Op::Partial, true, u"14-n-11[3-12]", u""},
+        TextCase{u"NC", {{u"1", u"11"}, {u"2", u"12"}}, u"3,11,14,12", u"0", u"0", Op::Partial, true, u"12-w-[3-12]", u""},
+        TextCase{u"NC", {{u"1", u"11"}, {u"2", u"12"}}, u"3,11,14,12", u"1", u"", Op::Partial, true, u"12B[3-12]", u""},
+        TextCase{u"NO", {{u"1", u"11"}, {u"2", u"14"}}, u"", u"0", u"0", Op::Plain, true, u"11-o-14[3-12]", u""}));
+
+INSTANTIATE_TEST_SUITE_P(
+    EdgeCases, GraphicText,
+    ::testing::Values(
+        // "NONC" on two terminals is plain; only the contact map and no symbol can show it.
+        TextCase{u"NONC", k13_14, u"", u"0", u"0", Op::Plain, false, u"", u""},
+        TextCase{u"nonc", k13_14, u"", u"1", u"", Op::Plain, true, u"13C14[3-12]", u""},
+        TextCase{u"NONC", k13_14, u"", u"2", u"", Op::Plain, true, u"1314[3-12]", u""},
+        // "NO" on three terminals is plain, T3 unused.
+        TextCase{u"NO", kFormC, u"", u"0", u"0", Op::Plain, true, u"11-o-14[3-12]", u""},
+        TextCase{u"MAKE", k13_14, u"", u"2", u"", Op::Plain, true, u"1314[3-12]", u""},
+        TextCase{u"MAKE", k13_14, u"", u"0", u"0", Op::Plain, false, u"", u""},
+        // A blank before 11 keeps the classification from matching; the text trims it.
+        TextCase{u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3,11,14,12", u"0", u"0", Op::Plain, true, u"11-o-14[3-12]", u""},
+        TextCase{u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3,11,14,12", u"0", u"0", Op::Partial, false, u"", u""},
+        // The last triple with the common terminal decides, even without a side.
+        TextCase{u"NO", {{u"1", u"11"}, {u"2", u"14"}}, u"3,11,14,12;3,11,24,22", u"0", u"0", Op::Partial, true, u"-n-11[3-12]", u""},
+        // Classes refuse each other's operations.
+        TextCase{u"NONC", kFormC, u"", u"0", u"0", Op::Plain, false, u"", u""},
+        TextCase{u"NO", k13_14, u"", u"0", u"0", Op::Full, false, u"", u""},
+        TextCase{u"NO", k13_14, u"", u"0", u"0", Op::Partial, false, u"", u""},
+        TextCase{u"NO", {{u"1", u"13"}}, u"", u"0", u"0", Op::Plain, false, u"", u""},
+        TextCase{u"NO", {}, u"", u"0", u"0", Op::Plain, false, u"", u""},
+        // Option 66 compares exactly.
+        TextCase{u"NO", k13_14, u"", u" 1", u"", Op::Plain, true, u"13-o-14[3-12]", u""}));
+
+TEST(OhmUtXrefGraphicEntity, TermMapRules) {
+  struct Probe : OhmUtXrefGraphicEntity {
+    using OhmUtXrefGraphicEntity::OhmUtXrefGraphicEntity;
+    using OhmUtXrefGraphicEntity::getCompOccTermMap;
+  };
+  OhmNoRxUtilsSettingOverride settings;
+  Probe entity(settings, u"");
+  OhmUtXrefGraphicEntity::TermMap map;
+  entity.getCompOccTermMap(Contact(u"", {{u"0", u"a"}, {u"-1", u"b"}, {u"2A", u" x "}, {u" 3", u"c"}, {u"2", u"y"}, {u"4", u""}}),
+                           map, false);
+  EXPECT_EQ(map, (OhmUtXrefGraphicEntity::TermMap{{2, u"y"}, {3, u"c"}, {4, u""}}));
+  entity.getCompOccTermMap(Contact(u"", {{u"2", u" 13 "}}), map, true);
+  EXPECT_EQ(map, (OhmUtXrefGraphicEntity::TermMap{{2, u"13"}}));
+}
+
+TEST(OhmUtXrefGraphicEntity, BadTerminalNumbersThrowThroughEveryOperation) {
+  OhmNoRxUtilsSettingOverride settings(Settings(u"0", u"0"));
+  OhmUtXrefGraphicEntity entity(settings, u"3,11,14,12");
+  const OhmDsComponentOcc noNumber = Contact(u"NO", {{u"1", u"11"}, {u"x", u"14"}});
+  const OhmDsComponentOcc tooLarge = Contact(u"NO", {{u"1", u"11"}, {u"99999999999", u"14"}});
+  std::u16string text = u"old", nc = u"old";
+  EXPECT_THROW(entity.getUnformattedXrefText(noNumber, text), std::invalid_argument);
+  EXPECT_EQ(text, u"");
+  EXPECT_THROW(entity.isFullFormCContact(noNumber), std::invalid_argument);
+  EXPECT_THROW(entity.getUnformattedXrefTextForFullFormCContact(tooLarge, text, nc), std::out_of_range);
+  EXPECT_EQ(nc, u"");
+  try {
+    entity.isPartialFormCContact(Contact(u"NO", {{u"", u"11"}}));
+    ADD_FAILURE() << "no exception";
+  } catch (const std::invalid_argument& e) {
+    EXPECT_STREQ(e.what(), "invalid stoi argument");
+  }
+}
+
+TEST(OhmUtXrefGraphicEntity, ClassificationAndPinList) {
+  OhmNoRxUtilsSettingOverride settings(Settings(u"0", u"0"));
+  OhmUtXrefGraphicEntity entity(settings, u"3,11,14,12;;2,13,14;3,11,14;3,11,14,12,99;4,21,24,22; 3,31,34,32;3,41,,42;");
+  struct Case { std::u16string contact; Pins pins; bool full, partial; } cases[] = {
+      {u"nonc", {{u"1", u"a"}, {u"2", u"b"}, {u"3", u"c"}}, true, false},
+      {u"NONC", {{u"1", u"a"}, {u"2", u"b"}, {u"4", u"c"}}, false, false},
+      {u"NONC", {{u"1", u"a"}, {u"2", u"b"}, {u"3", u"c"}, {u"4", u"d"}}, false, false},
+      {u"NO", {{u"1", u"11"}, {u"2", u"14"}, {u"3", u"12"}}, false, false},
+      {u"NO", {{u"1", u"14"}, {u"2", u"11"}}, false, true},
+      {u"NC", {{u"1", u"11"}, {u"2", u"12"}}, false, true},
+      {u"NC", {{u"1", u"11"}, {u"2", u"14"}}, false, false},
+      {u"NO", {{u"1", u"21"}, {u"2", u"24"}}, false, false},   // entry with first field 4
+      {u"NO", {{u"1", u"31"}, {u"2", u"34"}}, false, false},   // " 3" is not "3"
+      {u"NC", {{u"1", u"41"}, {u"2", u"42"}}, false, true},    // empty NO field still counts
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.contact));
+    const OhmDsComponentOcc occ = Contact(c.contact, c.pins);
+    EXPECT_EQ(entity.isFullFormCContact(occ), c.full);
+    EXPECT_EQ(entity.isPartialFormCContact(occ), c.partial);
+  }
+}
+
+TEST(OhmUtXrefGraphicEntity, ContactMapIsFixedAtFirstUseAndStylesAreNot) {
+  OhmNoRxUtilsSettingOverride settings(Settings(u"1", u""));
+  OhmUtXrefGraphicEntity entity(settings, u"");
+  const OhmDsComponentOcc occ = Contact(u"NC", {{u"1", u"21"}, {u"2", u"22"}});
+  std::u16string text;
+  ASSERT_TRUE(entity.getUnformattedXrefText(occ, text));
+  EXPECT_EQ(text, u"21B22[3-12]");
+  Map changed = Settings(u"1", u"");
+  changed[OhmCfgSetting::WD_XREF_CONTACTMAP] = u"X,Y,Z";
+  settings.setSettingMap(changed);
+  ASSERT_TRUE(entity.getUnformattedXrefText(occ, text));
+  EXPECT_EQ(text, u"21B22[3-12]");  // the map was taken at first use
+  settings.setSettingMap(Settings(u"0", u"1"));
+  ASSERT_TRUE(entity.getUnformattedXrefText(occ, text));
+  EXPECT_EQ(text, u"21-X-22[3-12]");  // 66 and 67 are read at every use
+
+  OhmNoRxUtilsSettingOverride shortMap(Settings(u"1", u""));
+  Map two = Settings(u"1", u"");
+  two[OhmCfgSetting::WD_XREF_CONTACTMAP] = u"A,B";
+  shortMap.setSettingMap(two);
+  OhmUtXrefGraphicEntity unusable(shortMap, u"");
+  EXPECT_FALSE(unusable.getUnformattedXrefText(Contact(u"", {{u"1", u"5"}, {u"2", u"6"}}), text));
+  EXPECT_EQ(text, u"");
+}
+
+TEST(OhmUtXrefGraphicEntity, OptionsComeFromTheDrawingEntity) {
+  ZdDbDatabase db;
+  ZdDbDrawingBuilder build(db);
+  ZdDbBlockReference* coil = build.insertBlock(u"HCR1");
+  ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_GRAPHIC", u"0");
+  ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_GRAPHICSTYLE", u"1");
+  OhmNoRxUtilsSettingOverride settings(Settings(u"2", u"0"));
+  OhmUtXrefGraphicEntity entity(settings, u"");
+  entity.applyEntityOverrides(coil);
+  std::u16string text;
+  ASSERT_TRUE(entity.getUnformattedXrefText(Contact(u"NO", k13_14), text));
+  EXPECT_EQ(text, u"13-O-14[3-12]");
+  EXPECT_EQ(entity.getStyle(), OhmUtXrefEntity::StyleGraphic);
+}
+
+}  // namespace
