@@ -75,13 +75,17 @@ void OhmUtXrefEntity::init() { mInitialized = true; }
 void OhmUtXrefEntity::getXrefOptionEntOverride(const ZdDbEntity* entity,
                                                OhmNoRxUtilsSettingOverride::SettingMap& overrides) const {
   if (!entity) return;
-  static const std::pair<const char16_t*, OhmCfgSetting::WD_M_ATTRIB> kOptions[] = {
-      {u"KVA_WD_XREF_STYLE", OhmCfgSetting::WD_XREF_STYLE},
-      {u"KVA_WD_XREF_FORMAT", OhmCfgSetting::WD_XREF_FORMAT},
-      {u"KVA_WD_XREF_ALTFORMAT", OhmCfgSetting::WD_XREF_ALTFORMAT},
-  };
-  for (const auto& [appName, option] : kOptions) {
+  readXDataOptions(*entity,
+                   {{u"KVA_WD_XREF_STYLE", OhmCfgSetting::WD_XREF_STYLE},
+                    {u"KVA_WD_XREF_FORMAT", OhmCfgSetting::WD_XREF_FORMAT},
+                    {u"KVA_WD_XREF_ALTFORMAT", OhmCfgSetting::WD_XREF_ALTFORMAT}},
+                   overrides);
+}
+
+void OhmUtXrefEntity::readXDataOptions(const ZdDbEntity& entity, std::initializer_list<XDataOption> options,
+                                       OhmNoRxUtilsSettingOverride::SettingMap& overrides) {
+  for (const XDataOption& each : options) {
     std::u16string value;
-    if (OhmDwgUtils::getOhmEntityXData(entity, appName, value)) overrides[option] = value;
+    if (OhmDwgUtils::getOhmEntityXData(&entity, each.appName, value)) overrides[each.option] = value;
   }
 }

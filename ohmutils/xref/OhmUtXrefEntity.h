@@ -16,6 +16,7 @@
 // Thread safety: one thread at a time, together with its option set.
 #pragma once
 
+#include <initializer_list>
 #include <map>
 #include <string>
 
@@ -64,6 +65,15 @@ class OHMUTILS_EXPORT OhmUtXrefEntity {
   // Adds to `overrides` the options 60, 14, 47 that the entity's xdata holds.
   virtual void getXrefOptionEntOverride(const ZdDbEntity* entity,
                                         OhmNoRxUtilsSettingOverride::SettingMap& overrides) const = 0;
+
+  // An xdata option record and the option number it overrides.
+  struct XDataOption {
+    const char16_t* appName;
+    OhmCfgSetting::WD_M_ATTRIB option;
+  };
+  // Sets in `overrides` each option whose record the entity's xdata holds, in order.
+  static void readXDataOptions(const ZdDbEntity& entity, std::initializer_list<XDataOption> options,
+                               OhmNoRxUtilsSettingOverride::SettingMap& overrides);
 
   static const std::u16string mContactRelayCoilNO;    // "NO"
   static const std::u16string mContactRelayCoilNC;    // "NC"

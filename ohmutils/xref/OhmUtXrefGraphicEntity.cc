@@ -1,7 +1,6 @@
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 
 #include "mfc/CString.h"
-#include "ohmutils/dwg/OhmDwgUtils.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
 #include "ohmutils/util/OhmUtilsStringSplit_internal.h"
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
@@ -59,15 +58,11 @@ void OhmUtXrefGraphicEntity::getXrefOptionEntOverride(const ZdDbEntity* entity,
                                                       OhmNoRxUtilsSettingOverride::SettingMap& overrides) const {
   OhmUtXrefEntity::getXrefOptionEntOverride(entity, overrides);
   if (!entity) return;
-  static const std::pair<const char16_t*, OhmCfgSetting::WD_M_ATTRIB> kOptions[] = {
-      {u"KVA_WD_XREF_GRAPHIC", OhmCfgSetting::WD_XREF_GRAPHIC},
-      {u"KVA_WD_XREF_GRAPHICSTYLE", OhmCfgSetting::WD_XREF_GRAPHICSTYLE},
-      {u"KVA_WD_XREF_CONTACTMAP", OhmCfgSetting::WD_XREF_CONTACTMAP},
-  };
-  for (const auto& [appName, option] : kOptions) {
-    std::u16string value;
-    if (OhmDwgUtils::getOhmEntityXData(entity, appName, value)) overrides[option] = value;
-  }
+  readXDataOptions(*entity,
+                   {{u"KVA_WD_XREF_GRAPHIC", OhmCfgSetting::WD_XREF_GRAPHIC},
+                    {u"KVA_WD_XREF_GRAPHICSTYLE", OhmCfgSetting::WD_XREF_GRAPHICSTYLE},
+                    {u"KVA_WD_XREF_CONTACTMAP", OhmCfgSetting::WD_XREF_CONTACTMAP}},
+                   overrides);
 }
 
 // --- terminals and classification -------------------------------------------

@@ -1,6 +1,5 @@
 #include "ohmutils/xref/OhmUtXrefTextEntity.h"
 
-#include "ohmutils/dwg/OhmDwgUtils.h"
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "win/CrtChar.h"
 
@@ -75,8 +74,5 @@ std::uint64_t OhmUtXrefTextEntity::removeLabelPrefixFromAttribute(const std::u16
 void OhmUtXrefTextEntity::getXrefOptionEntOverride(const ZdDbEntity* entity,
                                                    OhmNoRxUtilsSettingOverride::SettingMap& overrides) const {
   OhmUtXrefEntity::getXrefOptionEntOverride(entity, overrides);
-  if (!entity) return;
-  std::u16string value;
-  if (OhmDwgUtils::getOhmEntityXData(entity, u"KVA_WD_XREF_TXTBTWN", value))
-    overrides[OhmCfgSetting::WD_XREF_TXTBTWN] = value;
+  if (entity) readXDataOptions(*entity, {{u"KVA_WD_XREF_TXTBTWN", OhmCfgSetting::WD_XREF_TXTBTWN}}, overrides);
 }
