@@ -19,6 +19,10 @@
 // Drawing access
 #include "ohmutils/dwg/OhmDwgUtils.h"
 
+// Configuration stores
+#include "ohmutils/config/ConfigurationXML.h"
+#include "ohmutils/config/OhmCfgXML.h"
+
 // Text, path and date utilities
 #include "ohmutils/util/OhmUtilsPaths.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
