@@ -18,8 +18,9 @@ namespace {
 
 // MSXML keeps comments, processing instructions and the declaration; the
 // document type is parsed so that it can be refused.
+// Text at the top level is parsed (as a fragment) so that it can be refused too.
 constexpr unsigned kParseFlags = pugi::parse_default | pugi::parse_declaration | pugi::parse_comments |
-                                 pugi::parse_pi | pugi::parse_doctype;
+                                 pugi::parse_pi | pugi::parse_doctype | pugi::parse_fragment;
 
 struct StringWriter : pugi::xml_writer {
   std::string bytes;
@@ -147,7 +148,7 @@ IXMLDOMNode* Document::makeDetached(pugi::xml_node_type kind, const std::string&
 
 IXMLDOMNode* Document::makeDetachedAttribute(const std::string& name) {
   auto tree = std::make_shared<DomTree>(this, true);
-  pugi::xml_node holder = tree->xml.append_child("holder");
+  pugi::xml_node holder = tree->attributeHolder = tree->xml.append_child("holder");
   return WrapNode(NodeRef{tree, holder, holder.append_attribute(name.c_str())});
 }
 

@@ -37,6 +37,13 @@ std::string EscapeAttribute(const char* value) {
   return escaped;
 }
 
+VARIANT StringVariant(const char* text) {
+  VARIANT value;
+  value.vt = VT_BSTR;
+  value.bstrVal = Utf8ToUtf16(text);
+  return value;
+}
+
 pugi::xpath_node ContextOf(const NodeRef& ref) {
   return ref.attribute ? pugi::xpath_node(ref.attribute, ref.node) : pugi::xpath_node(ref.node);
 }
@@ -89,7 +96,7 @@ class Attribute final : public NodeObject<IXMLDOMAttribute> {
 
   HRESULT get_value(VARIANT* value) override {
     if (!value) return E_POINTER;
-    *value = _variant_t(Utf8ToUtf16(ref.attribute.value()).c_str());
+    *value = StringVariant(ref.attribute.value());
     return S_OK;
   }
   HRESULT put_value(VARIANT value) override {
@@ -143,7 +150,7 @@ HRESULT Element::getAttribute(const char16_t* name, VARIANT* value) {
     value->vt = VT_NULL;
     return S_FALSE;
   }
-  *value = _variant_t(Utf8ToUtf16(found.value()).c_str());
+  *value = StringVariant(found.value());
   return S_OK;
 }
 
@@ -165,7 +172,7 @@ HRESULT Element::checkNewAttribute(NodeRef* attribute) const {
     return Fail(E_INVALIDARG, IID_IXMLDOMElement, u"The node is not an attribute of this document.");
   if (attribute->tree->owner != ref.tree->owner)
     return Fail(E_INVALIDARG, IID_IXMLDOMElement, u"The attribute belongs to another document.");
-  if (!attribute->tree->detached)
+  if (attribute->node != attribute->tree->attributeHolder)
     return Fail(E_FAIL, IID_IXMLDOMElement, u"The attribute stands on an element already.");
   return S_OK;
 }
@@ -173,7 +180,7 @@ HRESULT Element::checkNewAttribute(NodeRef* attribute) const {
 // A detached attribute node holding `name` and `value`.
 IXMLDOMAttribute* DetachedAttribute(const void* owner, const char* name, const char* value) {
   auto tree = std::make_shared<DomTree>(owner, true);
-  pugi::xml_node holder = tree->xml.append_child("holder");
+  pugi::xml_node holder = tree->attributeHolder = tree->xml.append_child("holder");
   pugi::xml_attribute copy = holder.append_attribute(name);
   copy.set_value(value);
   return new Attribute(NodeRef{tree, holder, copy});
