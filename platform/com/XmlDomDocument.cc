@@ -126,8 +126,8 @@ class Document final : public NodeObject<IXMLDOMDocument2> {
   }
   HRESULT loadFile(const std::string& path);
   // A node of kind `kind` named `name`, standing apart in a tree of its own.
-  IXMLDOMNode* makeDetached(pugi::xml_node_type kind, const std::string& name);
-  IXMLDOMNode* makeDetachedAttribute(const std::string& name);
+  NodeRef makeDetached(pugi::xml_node_type kind, const std::string& name);
+  NodeRef makeDetachedAttribute(const std::string& name);
 };
 
 HRESULT Document::get_documentElement(IXMLDOMElement** root) {
@@ -135,37 +135,37 @@ HRESULT Document::get_documentElement(IXMLDOMElement** root) {
   *root = nullptr;
   pugi::xml_node element = ref.tree->xml.document_element();
   if (!element) return S_FALSE;
-  IXMLDOMNodePtr node(WrapNode(NodeRef{ref.tree, element, {}}), false);
-  return node->QueryInterface(IID_IXMLDOMElement, reinterpret_cast<void**>(root));
+  *root = WrapElement(NodeRef{ref.tree, element, {}});
+  return S_OK;
 }
 
-IXMLDOMNode* Document::makeDetached(pugi::xml_node_type kind, const std::string& name) {
+NodeRef Document::makeDetached(pugi::xml_node_type kind, const std::string& name) {
   auto tree = std::make_shared<DomTree>(this, true);
   pugi::xml_node node = tree->xml.append_child(kind);
   if (kind == pugi::node_element) node.set_name(name.c_str());
-  return WrapNode(NodeRef{tree, node, {}});
+  return NodeRef{tree, node, {}};
 }
 
-IXMLDOMNode* Document::makeDetachedAttribute(const std::string& name) {
+NodeRef Document::makeDetachedAttribute(const std::string& name) {
   auto tree = std::make_shared<DomTree>(this, true);
   pugi::xml_node holder = tree->attributeHolder = tree->xml.append_child("holder");
-  return WrapNode(NodeRef{tree, holder, holder.append_attribute(name.c_str())});
+  return NodeRef{tree, holder, holder.append_attribute(name.c_str())};
 }
 
 HRESULT Document::createElement(const char16_t* tagName, IXMLDOMElement** element) {
   if (!tagName || !element) return E_POINTER;
   *element = nullptr;
   if (!IsXmlName(tagName)) return Fail(E_FAIL, IID_IXMLDOMDocument, u"An element name must be an XML name.");
-  IXMLDOMNodePtr node(makeDetached(pugi::node_element, Utf16ToUtf8(tagName)), false);
-  return node->QueryInterface(IID_IXMLDOMElement, reinterpret_cast<void**>(element));
+  *element = WrapElement(makeDetached(pugi::node_element, Utf16ToUtf8(tagName)));
+  return S_OK;
 }
 
 HRESULT Document::createAttribute(const char16_t* name, IXMLDOMAttribute** attribute) {
   if (!name || !attribute) return E_POINTER;
   *attribute = nullptr;
   if (!IsXmlName(name)) return Fail(E_FAIL, IID_IXMLDOMDocument, u"An attribute name must be an XML name.");
-  IXMLDOMNodePtr node(makeDetachedAttribute(Utf16ToUtf8(name)), false);
-  return node->QueryInterface(IID_IXMLDOMAttribute, reinterpret_cast<void**>(attribute));
+  *attribute = WrapAttribute(makeDetachedAttribute(Utf16ToUtf8(name)));
+  return S_OK;
 }
 
 HRESULT Document::createNode(VARIANT type, const char16_t* name, const char16_t* namespaceURI, IXMLDOMNode** node) {
@@ -177,12 +177,12 @@ HRESULT Document::createNode(VARIANT type, const char16_t* name, const char16_t*
   if (namespaceURI && *namespaceURI)
     return Fail(E_NOTIMPL, IID_IXMLDOMDocument, u"Namespaces are not kept by this document.");
   if (kind == NODE_COMMENT) {
-    *node = makeDetached(pugi::node_comment, "");
+    *node = WrapNode(makeDetached(pugi::node_comment, ""));
     return S_OK;
   }
   if (!IsXmlName(name)) return Fail(E_FAIL, IID_IXMLDOMDocument, u"A node name must be an XML name.");
   std::string narrow = Utf16ToUtf8(name);
-  *node = kind == NODE_ELEMENT ? makeDetached(pugi::node_element, narrow) : makeDetachedAttribute(narrow);
+  *node = WrapNode(kind == NODE_ELEMENT ? makeDetached(pugi::node_element, narrow) : makeDetachedAttribute(narrow));
   return S_OK;
 }
 

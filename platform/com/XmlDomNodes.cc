@@ -14,6 +14,7 @@ std::atomic<long> gLiveObjects{0};
 std::mutex gQueryFailureMutex;
 IID gQueryFailureIid{};
 HRESULT gQueryFailure = S_OK;
+int gQueriesToPass = 0;  // queries of gQueryFailureIid that still succeed before the failure
 std::atomic<HRESULT> gInjected[3]{S_OK, S_OK, S_OK};  // by Injected
 
 std::string Narrow(const char16_t* text) { return Utf16ToUtf8(text ? std::u16string_view(text) : u""); }
@@ -279,17 +280,21 @@ void CountObject(int delta) { gLiveObjects += delta; }
 
 HRESULT TakeQueryFailure(REFIID iid) {
   std::lock_guard lock(gQueryFailureMutex);
-  if (FAILED(gQueryFailure) && gQueryFailureIid == iid) return std::exchange(gQueryFailure, S_OK);
+  if (FAILED(gQueryFailure) && gQueryFailureIid == iid && gQueriesToPass-- == 0)
+    return std::exchange(gQueryFailure, S_OK);
   return S_OK;
 }
 
 HRESULT TakeInjectedFailure(Injected call) { return gInjected[static_cast<int>(call)].exchange(S_OK); }
 
 IXMLDOMNode* WrapNode(NodeRef ref) {
-  if (ref.attribute) return new Attribute(std::move(ref));
-  if (ref.node.type() == pugi::node_element) return new Element(std::move(ref));
+  if (ref.attribute) return WrapAttribute(std::move(ref));
+  if (ref.node.type() == pugi::node_element) return WrapElement(std::move(ref));
   return new PlainNode(std::move(ref));
 }
+
+IXMLDOMElement* WrapElement(NodeRef ref) { return new Element(std::move(ref)); }
+IXMLDOMAttribute* WrapAttribute(NodeRef ref) { return new Attribute(std::move(ref)); }
 
 NodeRef* RefOf(IUnknown* node) {
   auto* holder = dynamic_cast<NodeHolder*>(node);
@@ -390,10 +395,11 @@ void com_testing::resetDomFailures() {
   failNextQueryInterface(IID_IUnknown, S_OK);
 }
 
-void com_testing::failNextQueryInterface(REFIID iid, HRESULT hr) {
+void com_testing::failNextQueryInterface(REFIID iid, HRESULT hr, int passFirst) {
   std::lock_guard lock(com_internal::gQueryFailureMutex);
   com_internal::gQueryFailureIid = iid;
   com_internal::gQueryFailure = hr;
+  com_internal::gQueriesToPass = passFirst;
 }
 
 long com_testing::liveDomObjects() { return com_internal::gLiveObjects; }

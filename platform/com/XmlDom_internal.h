@@ -47,7 +47,8 @@ HRESULT Fail(HRESULT hr, REFIID iid, std::u16string_view description);
 // Counts live DOM objects for the test seam.
 void CountObject(int delta);
 
-// The pending injected failure for a query of `iid`, taken once; S_OK if none.
+// The pending injected failure for a query of `iid` by a caller, taken once
+// its turn comes; S_OK if none. The stand-in's own code doesn't query.
 HRESULT TakeQueryFailure(REFIID iid);
 // The calls whose failure a test can inject (com/XmlDom_testing.h).
 enum class Injected { load, save, selectNodes };
@@ -57,6 +58,9 @@ HRESULT TakeInjectedFailure(Injected call);
 // A new node object (counted reference) for the node at `ref`: an element,
 // an attribute, or a plain node for the other kinds.
 IXMLDOMNode* WrapNode(NodeRef ref);
+// The same for a place known to be an element, or an attribute.
+IXMLDOMElement* WrapElement(NodeRef ref);
+IXMLDOMAttribute* WrapAttribute(NodeRef ref);
 // The place of a node object of this stand-in; null for anything else.
 NodeRef* RefOf(IUnknown* node);
 

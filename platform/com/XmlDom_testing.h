@@ -14,8 +14,9 @@ void failNextLoad(HRESULT hr);
 void failNextSave(HRESULT hr);
 // IXMLDOMNode::selectNodes returns `hr` and no list.
 void failNextSelectNodes(HRESULT hr);
-// The next QueryInterface for `iid` on a DOM object returns `hr` and null.
-void failNextQueryInterface(REFIID iid, HRESULT hr);
+// A caller's QueryInterface for `iid` on a DOM object, after `passFirst`
+// such queries that succeed, returns `hr` and null.
+void failNextQueryInterface(REFIID iid, HRESULT hr, int passFirst = 0);
 // Clears every pending failure.
 void resetDomFailures();
 // DOM objects (documents, nodes, lists) alive now.
