@@ -14,7 +14,8 @@ std::atomic<long> gLiveObjects{0};
 std::mutex gQueryFailureMutex;
 IID gQueryFailureIid{};
 HRESULT gQueryFailure = S_OK;
-int gQueriesToPass = 0;  // queries of gQueryFailureIid that still succeed before the failure
+int gQueriesToPass = 0;
+std::atomic<bool> gQueryFailureArmed{false};  // lets queries skip the lock when no failure waits  // queries of gQueryFailureIid that still succeed before the failure
 std::atomic<HRESULT> gInjected[3]{S_OK, S_OK, S_OK};  // by Injected
 
 std::string Narrow(const char16_t* text) { return Utf16ToUtf8(text ? std::u16string_view(text) : u""); }
@@ -279,10 +280,11 @@ HRESULT Fail(HRESULT hr, REFIID iid, std::u16string_view description) {
 void CountObject(int delta) { gLiveObjects += delta; }
 
 HRESULT TakeQueryFailure(REFIID iid) {
+  if (!gQueryFailureArmed.load(std::memory_order_relaxed)) return S_OK;
   std::lock_guard lock(gQueryFailureMutex);
-  if (FAILED(gQueryFailure) && gQueryFailureIid == iid && gQueriesToPass-- == 0)
-    return std::exchange(gQueryFailure, S_OK);
-  return S_OK;
+  if (!(gQueryFailureIid == iid) || gQueriesToPass-- > 0) return S_OK;
+  gQueryFailureArmed = false;
+  return std::exchange(gQueryFailure, S_OK);
 }
 
 HRESULT TakeInjectedFailure(Injected call) { return gInjected[static_cast<int>(call)].exchange(S_OK); }
@@ -400,6 +402,7 @@ void com_testing::failNextQueryInterface(REFIID iid, HRESULT hr, int passFirst) 
   com_internal::gQueryFailureIid = iid;
   com_internal::gQueryFailure = hr;
   com_internal::gQueriesToPass = passFirst;
+  com_internal::gQueryFailureArmed = FAILED(hr);
 }
 
 long com_testing::liveDomObjects() { return com_internal::gLiveObjects; }
