@@ -127,7 +127,6 @@ class Document final : public NodeObject<IXMLDOMDocument2> {
   HRESULT loadFile(const std::string& path);
   // A node of kind `kind` named `name`, standing apart in a tree of its own.
   NodeRef makeDetached(pugi::xml_node_type kind, const std::string& name);
-  NodeRef makeDetachedAttribute(const std::string& name);
 };
 
 HRESULT Document::get_documentElement(IXMLDOMElement** root) {
@@ -146,12 +145,6 @@ NodeRef Document::makeDetached(pugi::xml_node_type kind, const std::string& name
   return NodeRef{tree, node, {}};
 }
 
-NodeRef Document::makeDetachedAttribute(const std::string& name) {
-  auto tree = std::make_shared<DomTree>(this, true);
-  pugi::xml_node holder = tree->attributeHolder = tree->xml.append_child("holder");
-  return NodeRef{tree, holder, holder.append_attribute(name.c_str())};
-}
-
 HRESULT Document::createElement(const char16_t* tagName, IXMLDOMElement** element) {
   if (!tagName || !element) return E_POINTER;
   *element = nullptr;
@@ -164,7 +157,7 @@ HRESULT Document::createAttribute(const char16_t* name, IXMLDOMAttribute** attri
   if (!name || !attribute) return E_POINTER;
   *attribute = nullptr;
   if (!IsXmlName(name)) return Fail(E_FAIL, IID_IXMLDOMDocument, u"An attribute name must be an XML name.");
-  *attribute = WrapAttribute(makeDetachedAttribute(Utf16ToUtf8(name)));
+  *attribute = WrapAttribute(MakeDetachedAttribute(this, Utf16ToUtf8(name).c_str()));
   return S_OK;
 }
 
@@ -182,21 +175,21 @@ HRESULT Document::createNode(VARIANT type, const char16_t* name, const char16_t*
   }
   if (!IsXmlName(name)) return Fail(E_FAIL, IID_IXMLDOMDocument, u"A node name must be an XML name.");
   std::string narrow = Utf16ToUtf8(name);
-  *node = WrapNode(kind == NODE_ELEMENT ? makeDetached(pugi::node_element, narrow) : makeDetachedAttribute(narrow));
+  *node = WrapNode(kind == NODE_ELEMENT ? makeDetached(pugi::node_element, narrow)
+                                        : MakeDetachedAttribute(this, narrow.c_str()));
   return S_OK;
 }
 
+// S_OK, or S_FALSE with the document emptied. The reason isn't kept: MSXML
+// gives it through parseError, not as error information.
 HRESULT Document::loadFile(const std::string& path) {
   DomTree& tree = *ref.tree;
   pugi::xml_parse_result result = tree.xml.load_file(path.c_str(), kParseFlags, pugi::encoding_auto);
-  const char* problem = result ? nullptr : result.description();
-  if (result && !IsWellFormedDocument(tree.xml)) problem = "not a document with one root element";
-  if (!problem) {
+  if (result && IsWellFormedDocument(tree.xml)) {
     tree.encoding = result.encoding;
     return S_OK;
   }
   tree.xml.reset();
-  Fail(E_FAIL, IID_IXMLDOMDocument, Describe("Can't load", path, problem));
   return S_FALSE;
 }
 
@@ -208,7 +201,7 @@ HRESULT Document::load(VARIANT source, VARIANT_BOOL* isSuccessful) {
   if (HRESULT injected = TakeInjectedFailure(Injected::load); FAILED(injected))
     return Fail(injected, IID_IXMLDOMDocument, u"load failed (injected).");
   std::optional<std::string> path = WindowsPathToPosix(source.bstrVal);
-  HRESULT hr = path ? loadFile(*path) : Fail(S_FALSE, IID_IXMLDOMDocument, u"The path has no place here.");
+  HRESULT hr = path ? loadFile(*path) : S_FALSE;
   if (hr == S_OK) *isSuccessful = VARIANT_TRUE;
   return hr;
 }

@@ -1,7 +1,6 @@
 // The node kinds of the XML DOM stand-in: plain nodes, elements, attributes
 // and node lists, with the operations they share.
 #include <mutex>
-#include <vector>
 
 #include "com/XmlDom_internal.h"
 #include "com/XmlDom_testing.h"
@@ -14,8 +13,8 @@ std::atomic<long> gLiveObjects{0};
 std::mutex gQueryFailureMutex;
 IID gQueryFailureIid{};
 HRESULT gQueryFailure = S_OK;
-int gQueriesToPass = 0;
-std::atomic<bool> gQueryFailureArmed{false};  // lets queries skip the lock when no failure waits  // queries of gQueryFailureIid that still succeed before the failure
+int gQueriesToPass = 0;                       // queries of gQueryFailureIid that still succeed first
+std::atomic<bool> gQueryFailureArmed{false};  // lets queries skip the lock when no failure waits
 std::atomic<HRESULT> gInjected[3]{S_OK, S_OK, S_OK};  // by Injected
 
 std::string Narrow(const char16_t* text) { return Utf16ToUtf8(text ? std::u16string_view(text) : u""); }
@@ -179,15 +178,6 @@ HRESULT Element::checkNewAttribute(NodeRef* attribute) const {
   return S_OK;
 }
 
-// A detached attribute node holding `name` and `value`.
-IXMLDOMAttribute* DetachedAttribute(const void* owner, const char* name, const char* value) {
-  auto tree = std::make_shared<DomTree>(owner, true);
-  pugi::xml_node holder = tree->attributeHolder = tree->xml.append_child("holder");
-  pugi::xml_attribute copy = holder.append_attribute(name);
-  copy.set_value(value);
-  return new Attribute(NodeRef{tree, holder, copy});
-}
-
 HRESULT Element::setAttributeNode(IXMLDOMAttribute* attribute, IXMLDOMAttribute** old) {
   if (old) *old = nullptr;
   if (!attribute) return E_POINTER;
@@ -195,7 +185,11 @@ HRESULT Element::setAttributeNode(IXMLDOMAttribute* attribute, IXMLDOMAttribute*
   if (HRESULT hr = checkNewAttribute(place); FAILED(hr)) return hr;
   const char* name = place->attribute.name();
   pugi::xml_attribute target = ref.node.attribute(name);
-  if (target && old) *old = DetachedAttribute(ref.tree->owner, name, target.value());
+  if (target && old) {
+    NodeRef replaced = MakeDetachedAttribute(ref.tree->owner, name);
+    replaced.attribute.set_value(target.value());
+    *old = WrapAttribute(std::move(replaced));
+  }
   if (!target) target = ref.node.append_attribute(name);
   target.set_value(place->attribute.value());
   *place = NodeRef{ref.tree, ref.node, target};
@@ -295,6 +289,12 @@ IXMLDOMNode* WrapNode(NodeRef ref) {
   return new PlainNode(std::move(ref));
 }
 
+NodeRef MakeDetachedAttribute(const void* owner, const char* name) {
+  auto tree = std::make_shared<DomTree>(owner, true);
+  pugi::xml_node holder = tree->attributeHolder = tree->xml.append_child("holder");
+  return NodeRef{tree, holder, holder.append_attribute(name)};
+}
+
 IXMLDOMElement* WrapElement(NodeRef ref) { return new Element(std::move(ref)); }
 IXMLDOMAttribute* WrapAttribute(NodeRef ref) { return new Attribute(std::move(ref)); }
 
@@ -313,7 +313,7 @@ bool IsXmlName(const char16_t* name) {
 HRESULT TextOf(const VARIANT& value, std::u16string* text) {
   VARIANT converted;
   HRESULT hr = VariantChangeType(&converted, &value, 0, VT_BSTR);
-  if (FAILED(hr)) return hr;
+  if (FAILED(hr)) return Fail(hr, IID_IXMLDOMNode, u"The value has no text.");
   *text = std::move(converted.bstrVal);
   return S_OK;
 }

@@ -61,6 +61,9 @@ IXMLDOMNode* WrapNode(NodeRef ref);
 // The same for a place known to be an element, or an attribute.
 IXMLDOMElement* WrapElement(NodeRef ref);
 IXMLDOMAttribute* WrapAttribute(NodeRef ref);
+// A new attribute named `name`, empty, standing apart in a tree of its own
+// made for document `owner`.
+NodeRef MakeDetachedAttribute(const void* owner, const char* name);
 // The place of a node object of this stand-in; null for anything else.
 NodeRef* RefOf(IUnknown* node);
 

@@ -181,37 +181,37 @@ TEST_F(OhmCfgXMLTest, SettingChangesOnlyTheValue) {
             u"<Property Name=\"q\" Value=\"q\"/></Setting></Settings>");
 }
 
+struct TwoSetsCase {
+  const char* name;
+  int type;
+  const char16_t* secondProperty;
+  const char16_t* readBack;  // the first property, read under the type after both sets
+  const char16_t* savedXml;
+};
+
+// Two setSetting calls on a file that lacks the Setting: "v1" into property
+// "p", then "v2" into `secondProperty`.
 TEST_F(OhmCfgXMLTest, MissingSettingIsAddedAtTheEndWithNameThenValue) {
-  loadFile("<Settings><Setting Name=\"Custom\"/></Settings>");
-  set(u"v1", SettingType::TermSchSortOrder, u"first");
-  set(u"v2", SettingType::TermSchSortOrder, u"second");
-  EXPECT_EQ(get(SettingType::TermSchSortOrder, u"first"), u"v1");
-  ASSERT_TRUE(mConfig.saveCfgXML());
-  EXPECT_EQ(fileXml(),
-            u"<Settings><Setting Name=\"Custom\"/><Setting Name=\"TermSchSortOrder\">"
-            u"<Property Name=\"first\" Value=\"v1\"/><Property Name=\"second\" Value=\"v2\"/>"
-            u"</Setting></Settings>");
-}
-
-TEST_F(OhmCfgXMLTest, BrowsePathTypeReadsBackWhatItWrites) {
-  loadFile("<Settings/>");
-  set(u"C:\\one", SettingType::DefaultBrowsePath, u"path");
-  set(u"C:\\two", SettingType::DefaultBrowsePath, u"path");
-  EXPECT_EQ(get(SettingType::DefaultBrowsePath, u"path"), u"C:\\two");
-  ASSERT_TRUE(mConfig.saveCfgXML());
-  EXPECT_EQ(fileXml(), u"<Settings><Setting Name=\"DefaultBrowsePath\"><Property Name=\"path\" Value=\"C:\\two\"/>"
-                       u"</Setting></Settings>");
-}
-
-TEST_F(OhmCfgXMLTest, UnknownTypeFindsNothingAndAddsAnUnnamedSettingEachTime) {
-  loadFile("<Settings/>");
-  set(u"a", 7, u"p");
-  set(u"b", 7, u"p");
-  EXPECT_EQ(get(7, u"p"), u"");
-  ASSERT_TRUE(mConfig.saveCfgXML());
-  EXPECT_EQ(fileXml(),
-            u"<Settings><Setting Name=\"\"><Property Name=\"p\" Value=\"a\"/></Setting>"
-            u"<Setting Name=\"\"><Property Name=\"p\" Value=\"b\"/></Setting></Settings>");
+  const TwoSetsCase cases[] = {
+      {"new Setting, two properties", SettingType::TermSchSortOrder, u"q", u"v1",
+       u"<Settings><Setting Name=\"Custom\"/><Setting Name=\"TermSchSortOrder\">"
+       u"<Property Name=\"p\" Value=\"v1\"/><Property Name=\"q\" Value=\"v2\"/></Setting></Settings>"},
+      {"browse path reads back under its type", SettingType::DefaultBrowsePath, u"p", u"v2",
+       u"<Settings><Setting Name=\"Custom\"/><Setting Name=\"DefaultBrowsePath\">"
+       u"<Property Name=\"p\" Value=\"v2\"/></Setting></Settings>"},
+      {"unknown type: an unnamed Setting each time", 7, u"p", u"",
+       u"<Settings><Setting Name=\"Custom\"/><Setting Name=\"\"><Property Name=\"p\" Value=\"v1\"/></Setting>"
+       u"<Setting Name=\"\"><Property Name=\"p\" Value=\"v2\"/></Setting></Settings>"},
+  };
+  for (const TwoSetsCase& c : cases) {
+    SCOPED_TRACE(c.name);
+    loadFile("<Settings><Setting Name=\"Custom\"/></Settings>");
+    set(u"v1", c.type, u"p");
+    set(u"v2", c.type, c.secondProperty);
+    EXPECT_EQ(get(c.type, u"p"), c.readBack);
+    ASSERT_TRUE(mConfig.saveCfgXML());
+    EXPECT_EQ(fileXml(), c.savedXml);
+  }
 }
 
 TEST_F(OhmCfgXMLTest, ChangesReachTheFileOnlyThroughSaveAndSurviveAReload) {
