@@ -12,7 +12,9 @@
 #include "ohmutils/xref/OhmNoRxUtilsSettingOverride.h"
 #include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 #include "ohmutils/xref/OhmUtXrefEntity.h"
+#include "ohmutils/xref/OhmUtXrefEntityFactory.h"
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
+#include "ohmutils/xref/OhmUtXrefTableEntity.h"
 #include "ohmutils/xref/OhmUtXrefTextEntity.h"
 #include "ohmutils/xref/ReplaceStringInString.h"
 
