@@ -1,11 +1,13 @@
 #include "zd/ZdDbDatabase.h"
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <set>
 #include <unordered_map>
 
 #include "win/CrtChar.h"
+#include "zd/ZdDbBlockReference.h"
 #include "zd/ZdDbDatabase_testing.h"
 
 namespace {
@@ -102,11 +104,125 @@ ZdDbObjectIterator* ZdDbBlockReference::attributeIterator() const {
   return new ZdDbObjectIterator(database(), mAttributes, true);
 }
 
-ZdDbObjectIterator* ZdDbBlockTableRecord::newEntityIterator(bool atBeginning, bool skipErased) const {
+// --- block records and their iterator -------------------------------------------
+
+ZdDbBlockTableRecordIterator::ZdDbBlockTableRecordIterator(const ZdDbDatabase* database, std::vector<ZdDbObjectId> ids)
+    : mDatabase(database), mIds(std::move(ids)) {
+  ++gLiveIterators;
+}
+
+ZdDbBlockTableRecordIterator::~ZdDbBlockTableRecordIterator() { --gLiveIterators; }
+
+bool ZdDbBlockTableRecordIterator::isErasedAt(std::size_t position) const {
+  const ZdDbObject* object = mDatabase->objectAt(mIds[position]);
+  return !object || object->isErased();
+}
+
+void ZdDbBlockTableRecordIterator::start(bool atBeginning, bool skipDeleted) noexcept {
+  mPosition = atBeginning ? 0 : (mIds.empty() ? 0 : mIds.size() - 1);
+  if (skipDeleted && !done() && isErasedAt(mPosition)) step(atBeginning, true);
+}
+
+void ZdDbBlockTableRecordIterator::step(bool forward, bool skipDeleted) noexcept {
+  do {
+    mPosition = forward ? mPosition + 1 : (mPosition == 0 ? mIds.size() : mPosition - 1);
+  } while (skipDeleted && !done() && isErasedAt(mPosition));
+}
+
+Zeda::ErrorStatus ZdDbBlockTableRecordIterator::getEntity(ZdDbEntity*& entity, ZdDb::OpenMode mode,
+                                                          bool openErasedEntity) const {
+  entity = nullptr;
+  if (done()) return Zeda::eIteratorDone;
+  ZdDbObject* object = nullptr;
+  const Zeda::ErrorStatus status = zddbOpenObject(object, mIds[mPosition], mode, openErasedEntity);
+  if (status != Zeda::eOk) return status;
+  entity = dynamic_cast<ZdDbEntity*>(object);
+  if (entity) return Zeda::eOk;
+  object->close();
+  return Zeda::eWrongObjectType;
+}
+
+Zeda::ErrorStatus ZdDbBlockTableRecordIterator::getEntityId(ZdDbObjectId& id) const {
+  id = done() ? ZdDbObjectId() : mIds[mPosition];
+  return done() ? Zeda::eIteratorDone : Zeda::eOk;
+}
+
+Zeda::ErrorStatus ZdDbBlockTableRecord::newIterator(ZdDbBlockTableRecordIterator*& iterator, bool atBeginning,
+                                                    bool skipDeleted) const {
+  iterator = nullptr;
+  if (gFailNextIterator.exchange(false)) return Zeda::eOutOfMemory;
+  iterator = new ZdDbBlockTableRecordIterator(database(), mEntities);
+  iterator->start(atBeginning, skipDeleted);
+  return Zeda::eOk;
+}
+
+// --- symbol tables and dictionaries -----------------------------------------------
+
+bool ZdDbSymbolTable::has(const char16_t* name) const {
+  ZdDbObjectId id;
+  return getIdAt(name, id) == Zeda::eOk;
+}
+
+Zeda::ErrorStatus ZdDbBlockTable::getIdAt(const char16_t* name, ZdDbObjectId& id, bool getErasedRecord) const {
+  id = name ? database()->blockTableRecordId(name) : ZdDbObjectId();
+  const ZdDbObject* record = database()->objectAt(id);
+  if (record && record->isErased() && !getErasedRecord) id = ZdDbObjectId();
+  return id.isNull() ? Zeda::eKeyNotFound : Zeda::eOk;
+}
+
+ZdDbDictionaryIterator::ZdDbDictionaryIterator(std::vector<Entry> entries) : mEntries(std::move(entries)) {
+  ++gLiveIterators;
+}
+
+ZdDbDictionaryIterator::~ZdDbDictionaryIterator() { --gLiveIterators; }
+
+bool ZdDbDictionaryIterator::next() noexcept {
+  if (!done()) ++mPosition;
+  return !done();
+}
+
+const char16_t* ZdDbDictionaryIterator::name() const noexcept { return done() ? u"" : mEntries[mPosition].first.c_str(); }
+
+ZdDbObjectId ZdDbDictionaryIterator::objectId() const noexcept {
+  return done() ? ZdDbObjectId() : mEntries[mPosition].second;
+}
+
+void ZdDbDictionary::setAt(const std::u16string& name, ZdDbObjectId id) {
+  for (auto& [entryName, entryId] : mEntries) {
+    if (!CrtEqualNoCase(entryName, name)) continue;
+    entryId = id;
+    return;
+  }
+  mEntries.emplace_back(name, id);
+}
+
+Zeda::ErrorStatus ZdDbDictionary::getAt(const char16_t* name, ZdDbObjectId& id) const {
+  id = ZdDbObjectId();
+  for (const auto& [entryName, entryId] : mEntries) {
+    if (name && CrtEqualNoCase(entryName, name)) {
+      id = entryId;
+      return Zeda::eOk;
+    }
+  }
+  return Zeda::eKeyNotFound;
+}
+
+Zeda::ErrorStatus ZdDbDictionary::remove(const char16_t* name) {
+  const auto found = std::find_if(mEntries.begin(), mEntries.end(),
+                                  [&](const auto& entry) { return name && CrtEqualNoCase(entry.first, name); });
+  if (found == mEntries.end()) return Zeda::eKeyNotFound;
+  mEntries.erase(found);
+  return Zeda::eOk;
+}
+
+ZdDbDictionaryIterator* ZdDbDictionary::newIterator() const {
   if (gFailNextIterator.exchange(false)) return nullptr;
-  auto* iterator = new ZdDbObjectIterator(database(), mEntities, skipErased);
-  iterator->start(atBeginning, skipErased);
-  return iterator;
+  return new ZdDbDictionaryIterator(mEntries);
+}
+
+Zeda::ErrorStatus ZdDbLayout::getLayoutName(ZdString& name) const {
+  name.assign(mName.c_str());
+  return Zeda::eOk;
 }
 
 Zeda::ErrorStatus ZdDbBlockTableRecord::getName(ZdString& name) const {
@@ -114,9 +230,40 @@ Zeda::ErrorStatus ZdDbBlockTableRecord::getName(ZdString& name) const {
   return Zeda::eOk;
 }
 
-ZdDbDatabase::ZdDbDatabase(bool, bool) {
+// --- the database ------------------------------------------------------------------
+
+ZdDbDatabase::ZdDbDatabase(bool buildDefaultDrawing, bool) {
+  mBlockTable = addObject(std::make_unique<ZdDbBlockTable>());
+  mLayoutDictionary = addObject(std::make_unique<ZdDbDictionary>());
   mModelSpace = blockTableRecordId(u"*Model_Space", true);
   mPaperSpace = blockTableRecordId(u"*Paper_Space", true);
+  if (!buildDefaultDrawing) return;
+  addLayout(u"Model", 0, mModelSpace);
+  addLayout(u"Layout1", 1, mPaperSpace);
+}
+
+Zeda::ErrorStatus ZdDbDatabase::getSymbolTable(ZdDbBlockTable*& table, ZdDb::OpenMode mode) const {
+  ZdDbObject* object = nullptr;
+  const Zeda::ErrorStatus status = zddbOpenObject(object, mBlockTable, mode);
+  table = static_cast<ZdDbBlockTable*>(object);
+  return status;
+}
+
+Zeda::ErrorStatus ZdDbDatabase::getLayoutDictionary(ZdDbDictionary*& dictionary, ZdDb::OpenMode mode) const {
+  ZdDbObject* object = nullptr;
+  const Zeda::ErrorStatus status = zddbOpenObject(object, mLayoutDictionary, mode);
+  dictionary = static_cast<ZdDbDictionary*>(object);
+  return status;
+}
+
+ZdDbObjectId ZdDbDatabase::addLayout(const std::u16string& name, std::int32_t tabOrder, ZdDbObjectId block) {
+  auto layout = std::make_unique<ZdDbLayout>();
+  layout->setLayoutName(name);
+  layout->setTabOrder(tabOrder);
+  layout->setBlockTableRecordId(block);
+  const ZdDbObjectId id = addObject(std::move(layout), mLayoutDictionary);
+  static_cast<ZdDbDictionary*>(objectAt(mLayoutDictionary))->setAt(name, id);
+  return id;
 }
 
 ZdDbDatabase::~ZdDbDatabase() {
@@ -153,7 +300,7 @@ ZdDbObjectId ZdDbDatabase::blockTableRecordId(const std::u16string& name, bool c
   for (const ZdDbObjectId id : mBlocks)
     if (CrtEqualNoCase(static_cast<ZdDbBlockTableRecord*>(objectAt(id))->name(), name)) return id;
   if (!create) return {};
-  mBlocks.push_back(addObject(std::make_unique<ZdDbBlockTableRecord>(name)));
+  mBlocks.push_back(addObject(std::make_unique<ZdDbBlockTableRecord>(name), mBlockTable));
   return mBlocks.back();
 }
 
