@@ -20,6 +20,7 @@
 
 // Drawing access
 #include "ohmutils/dwg/OhmDwgUtils.h"
+#include "ohmutils/dwg/OhmUtilsTempIntVarOverride.h"
 
 // Text, path and date utilities
 #include "ohmutils/util/OhmUtilsPaths.h"

@@ -96,6 +96,9 @@ class CString {
   // --- comparing: <0, 0, >0 -------------------------------------------------
   int Compare(LPCWSTR other) const noexcept;        // unit by unit
   int CompareNoCase(LPCWSTR other) const noexcept;  // unit by unit after A-Z -> a-z
+  // Collation without case in the "C" locale, which the host keeps: the order
+  // of CompareNoCase.
+  int CollateNoCase(LPCWSTR other) const noexcept { return CompareNoCase(other); }
 
   // --- raw buffer -------------------------------------------------------------
   // The buffer holds at least minLength units plus a terminator; write into it,

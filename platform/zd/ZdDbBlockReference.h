@@ -59,4 +59,7 @@ class ZdDbTable : public ZdDbBlockReference {
  public:
   static const ZdRxClass* desc();
   ZdDbTable() : ZdDbBlockReference(desc()) {}
+
+ protected:
+  explicit ZdDbTable(const ZdRxClass* cls) : ZdDbBlockReference(cls) {}
 };

@@ -27,7 +27,15 @@ ObjectRegistry& registry() {
 
 std::atomic<long> gOpenAccesses{0};
 std::atomic<long> gLiveIterators{0};
-std::atomic<bool> gFailNextIterator{false};
+std::atomic<int> gFailingIterators{0};
+
+// Takes one planned iterator failure, if any is left.
+bool iteratorFails() {
+  int left = gFailingIterators.load();
+  while (left > 0 && !gFailingIterators.compare_exchange_weak(left, left - 1)) {
+  }
+  return left > 0;
+}
 
 ZdDbObject* lookUp(ZdDbObjectId id) {
   ObjectRegistry& r = registry();
@@ -100,7 +108,7 @@ void ZdDbObjectIterator::start(bool atBeginning, bool skipErased) {
 }
 
 ZdDbObjectIterator* ZdDbBlockReference::attributeIterator() const {
-  if (gFailNextIterator.exchange(false)) return nullptr;
+  if (iteratorFails()) return nullptr;
   return new ZdDbObjectIterator(database(), mAttributes, true);
 }
 
@@ -150,7 +158,7 @@ Zeda::ErrorStatus ZdDbBlockTableRecordIterator::getEntityId(ZdDbObjectId& id) co
 Zeda::ErrorStatus ZdDbBlockTableRecord::newIterator(ZdDbBlockTableRecordIterator*& iterator, bool atBeginning,
                                                     bool skipDeleted) const {
   iterator = nullptr;
-  if (gFailNextIterator.exchange(false)) return Zeda::eOutOfMemory;
+  if (iteratorFails()) return Zeda::eOutOfMemory;
   iterator = new ZdDbBlockTableRecordIterator(database(), mEntities);
   iterator->start(atBeginning, skipDeleted);
   return Zeda::eOk;
@@ -216,7 +224,7 @@ Zeda::ErrorStatus ZdDbDictionary::remove(const char16_t* name) {
 }
 
 ZdDbDictionaryIterator* ZdDbDictionary::newIterator() const {
-  if (gFailNextIterator.exchange(false)) return nullptr;
+  if (iteratorFails()) return nullptr;
   return new ZdDbDictionaryIterator(mEntries);
 }
 
@@ -363,13 +371,15 @@ void failOpenOf(ZdDbObjectId id) {
   r.failingOpens.insert(id);
 }
 
-void failNextObjectIterator() noexcept { gFailNextIterator = true; }
+void failNextObjectIterator() noexcept { gFailingIterators = 1; }
+
+void failNextObjectIterators(int count) noexcept { gFailingIterators = count; }
 
 void clearDatabaseFaults() {
   ObjectRegistry& r = registry();
   std::lock_guard lock(r.mutex);
   r.failingOpens.clear();
-  gFailNextIterator = false;
+  gFailingIterators = 0;
 }
 
 }  // namespace zd_testing

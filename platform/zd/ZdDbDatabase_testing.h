@@ -15,6 +15,8 @@ void failOpenOf(ZdDbObjectId id);
 // The next iterator made (attributeIterator, ZdDbBlockTableRecord::newIterator,
 // ZdDbDictionary::newIterator) fails: null, or eOutOfMemory.
 void failNextObjectIterator() noexcept;
+// The next `count` iterators made fail likewise.
+void failNextObjectIterators(int count) noexcept;
 // Forgets every fault above.
 void clearDatabaseFaults();
 
