@@ -3,8 +3,8 @@
 // entities it owns.
 //
 // ZdDbBlockTableRecordIterator walks those entities: a new object, owned and
-// deleted by the caller, counted by the host while it lives. It keeps the ids
-// it was made with; entities opened through it are closed by the caller.
+// deleted by the caller before the record goes, counted by the host while it
+// lives; entities opened through it are closed by the caller.
 #pragma once
 
 #include <string>
@@ -30,10 +30,11 @@ class ZdDbBlockTableRecordIterator {
 
  private:
   friend class ZdDbBlockTableRecord;
-  ZdDbBlockTableRecordIterator(const ZdDbDatabase* database, std::vector<ZdDbObjectId> ids);
+  // Walks the record's own list by position; it must outlive the iterator.
+  ZdDbBlockTableRecordIterator(const ZdDbDatabase* database, const std::vector<ZdDbObjectId>& ids);
   bool isErasedAt(std::size_t position) const;
   const ZdDbDatabase* mDatabase;
-  std::vector<ZdDbObjectId> mIds;
+  const std::vector<ZdDbObjectId>& mIds;
   std::size_t mPosition = 0;
 };
 

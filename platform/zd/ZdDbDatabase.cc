@@ -44,7 +44,10 @@ ZdDbObject* lookUp(ZdDbObjectId id) {
   return it == r.objects.end() ? nullptr : it->second;
 }
 
+std::atomic<bool> gAnyFailingOpen{false};
+
 bool openFails(ZdDbObjectId id) {
+  if (!gAnyFailingOpen.load(std::memory_order_relaxed)) return false;
   ObjectRegistry& r = registry();
   std::lock_guard lock(r.mutex);
   return r.failingOpens.count(id) > 0;
@@ -83,8 +86,9 @@ Zeda::ErrorStatus ZdDbObject::close() {
   return Zeda::eOk;
 }
 
-ZdDbObjectIterator::ZdDbObjectIterator(const ZdDbDatabase* database, std::vector<ZdDbObjectId> ids, bool skipErased)
-    : mDatabase(database), mIds(std::move(ids)) {
+ZdDbObjectIterator::ZdDbObjectIterator(const ZdDbDatabase* database, const std::vector<ZdDbObjectId>& ids,
+                                       bool skipErased)
+    : mDatabase(database), mIds(ids) {
   ++gLiveIterators;
   start(true, skipErased);
 }
@@ -114,8 +118,9 @@ ZdDbObjectIterator* ZdDbBlockReference::attributeIterator() const {
 
 // --- block records and their iterator -------------------------------------------
 
-ZdDbBlockTableRecordIterator::ZdDbBlockTableRecordIterator(const ZdDbDatabase* database, std::vector<ZdDbObjectId> ids)
-    : mDatabase(database), mIds(std::move(ids)) {
+ZdDbBlockTableRecordIterator::ZdDbBlockTableRecordIterator(const ZdDbDatabase* database,
+                                                           const std::vector<ZdDbObjectId>& ids)
+    : mDatabase(database), mIds(ids) {
   ++gLiveIterators;
 }
 
@@ -369,6 +374,7 @@ void failOpenOf(ZdDbObjectId id) {
   ObjectRegistry& r = registry();
   std::lock_guard lock(r.mutex);
   r.failingOpens.insert(id);
+  gAnyFailingOpen = true;
 }
 
 void failNextObjectIterator() noexcept { gFailingIterators = 1; }
@@ -379,6 +385,7 @@ void clearDatabaseFaults() {
   ObjectRegistry& r = registry();
   std::lock_guard lock(r.mutex);
   r.failingOpens.clear();
+  gAnyFailingOpen = false;
   gFailingIterators = 0;
 }
 

@@ -14,6 +14,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "zd/ZdDbBlockTableRecord.h"
@@ -82,7 +83,10 @@ class ZdDbDatabase {
   Zeda::ErrorStatus dxfOut(const char16_t* fileName, const std::u16string& version = u"") const;
 
  private:
-  std::map<ZdDbObjectId, std::unique_ptr<ZdDbObject>> mObjects;
+  struct IdHash {
+    std::size_t operator()(ZdDbObjectId id) const noexcept { return std::hash<std::uint64_t>()(id.value()); }
+  };
+  std::unordered_map<ZdDbObjectId, std::unique_ptr<ZdDbObject>, IdHash> mObjects;
   std::map<ZdDbHandle, ZdDbObjectId> mHandles;
   std::vector<ZdDbObjectId> mBlocks;
   ZdDbObjectId mModelSpace;
