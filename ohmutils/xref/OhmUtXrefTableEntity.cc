@@ -119,7 +119,7 @@ bool OhmUtXrefTableEntity::getTableCellValue(const OhmDsComponentOcc& occurrence
     case ColumnSymbol: {
       const bool found = getSymbolTextForContact(occurrence, value);
       // A contact-map cell is never empty, so that a table shows it was filled.
-      if (value.empty() && getGraphicalStyle() == GraphicalContactMap) value = u" ";
+      if (value.empty() && getGraphicalStyle() == GraphicalContactMap) value.assign(1, u' ');
       return found;
     }
     case ColumnSheet: value = ohm_internal::lookupProperty(occurrence.mSheetProperties, OhmDsKeys::SHEET); return true;
