@@ -20,5 +20,6 @@
 #include "ohmutils/dwg/OhmDwgUtils.h"
 
 // Text, path and date utilities
+#include "ohmutils/util/OhmUtilsCharStrings.h"
 #include "ohmutils/util/OhmUtilsPaths.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
