@@ -22,6 +22,7 @@ inline constexpr LONG ERROR_PROC_NOT_FOUND = 127;
 inline constexpr LONG ERROR_DIR_NOT_EMPTY = 145;
 inline constexpr LONG ERROR_ALREADY_EXISTS = 183;
 inline constexpr LONG ERROR_FILENAME_EXCED_RANGE = 206;
+inline constexpr LONG ERROR_DIRECTORY = 267;           // a folder was expected, a file is there
 inline constexpr LONG ERROR_MORE_DATA = 234;           // the caller's buffer is too small
 inline constexpr LONG ERROR_NO_MORE_ITEMS = 259;       // an enumeration index past the end
 inline constexpr LONG ERROR_RESOURCE_DATA_NOT_FOUND = 1812;
