@@ -5,10 +5,10 @@
 
 #include <array>
 
+#include "win/FileFunctions_testing.h"
 #include "zd/ZdDbDatabase_testing.h"
 #include "zd/ZdDocManager_testing.h"
 #include "zd/ZdValueNode_testing.h"
-#include "win/FileFunctions_testing.h"
 
 namespace {
 
