@@ -21,6 +21,7 @@
 
 // Text, path and date utilities
 #include "ohmutils/util/OhmUtilsCharStrings.h"
+#include "ohmutils/util/OhmUtilsDates.h"
 #include "ohmutils/util/OhmUtilsFolders.h"
 #include "ohmutils/util/OhmUtilsHostFolders.h"
 #include "ohmutils/util/OhmUtilsPaths.h"

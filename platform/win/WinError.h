@@ -28,6 +28,7 @@ inline constexpr LONG ERROR_NO_MORE_ITEMS = 259;       // an enumeration index p
 inline constexpr LONG ERROR_RESOURCE_DATA_NOT_FOUND = 1812;
 inline constexpr LONG ERROR_RESOURCE_TYPE_NOT_FOUND = 1813;
 inline constexpr LONG ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
+inline constexpr LONG ERROR_INVALID_FLAGS = 1004;       // flags that the call doesn't take, or not together
 inline constexpr LONG ERROR_BADDB = 1009;              // the registry store is not a readable database
 inline constexpr LONG ERROR_CANTOPEN = 1011;
 inline constexpr LONG ERROR_CANTREAD = 1012;
