@@ -70,11 +70,21 @@ std::string userLocaleName() {
 
 u16string text(const icu::UnicodeString& value) { return u16string(value.getBuffer(), static_cast<std::size_t>(value.length())); }
 
-// `count` names of an ICU array from `first` on; missing ones stay empty.
+// Names of an ICU array, from index `first` on; missing ones stay empty.
 template <std::size_t N>
 void copyNames(std::array<u16string, N>& target, const icu::UnicodeString* names, int32_t count, int32_t first) {
   for (std::size_t i = 0; i < N && names && first + static_cast<int32_t>(i) < count; ++i)
     target[i] = text(names[first + static_cast<int32_t>(i)]);
+}
+
+// An ICU name list getter called before its count is read.
+using NameList = const icu::UnicodeString* (icu::DateFormatSymbols::*)(int32_t&) const;
+
+template <std::size_t N>
+void copyNames(std::array<u16string, N>& target, const icu::DateFormatSymbols& symbols, NameList list, int32_t first) {
+  int32_t count = 0;
+  const icu::UnicodeString* names = (symbols.*list)(count);
+  copyNames(target, names, count, first);
 }
 
 LocaleNames namesOf(const icu::Locale& locale) {
@@ -82,11 +92,11 @@ LocaleNames namesOf(const icu::Locale& locale) {
   const icu::DateFormatSymbols symbols(locale, status);
   LocaleNames names;
   if (U_FAILURE(status)) return names;
+  copyNames(names.months, symbols, &icu::DateFormatSymbols::getMonths, 0);
+  copyNames(names.shortMonths, symbols, &icu::DateFormatSymbols::getShortMonths, 0);
+  copyNames(names.days, symbols, &icu::DateFormatSymbols::getWeekdays, 1);  // ICU counts from 1, Sunday
+  copyNames(names.shortDays, symbols, &icu::DateFormatSymbols::getShortWeekdays, 1);
   int32_t count = 0;
-  copyNames(names.months, symbols.getMonths(count), count, 0);
-  copyNames(names.shortMonths, symbols.getShortMonths(count), count, 0);
-  copyNames(names.days, symbols.getWeekdays(count), count, 1);  // ICU counts from 1, Sunday
-  copyNames(names.shortDays, symbols.getShortWeekdays(count), count, 1);
   const icu::UnicodeString* eras = symbols.getEras(count);
   if (eras && count > 1) names.era = text(eras[1]);
   const icu::UnicodeString* markers = symbols.getAmPmStrings(count);
