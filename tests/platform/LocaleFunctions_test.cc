@@ -9,7 +9,6 @@
 #include "support/u16.h"
 #include "win/DatePicture.h"
 #include "win/LastError.h"
-#include "win/LocaleFunctions_testing.h"
 #include "win/WinError.h"
 
 namespace {
@@ -148,30 +147,6 @@ TEST(LocaleFunctions, FailuresGiveZeroAndTheLastError) {
   EXPECT_EQ(std::u16string(buffer), u"untouched");
 }
 
-TEST(LocaleFunctions, SizeZeroGivesTheUnitsNeeded) {
-  ScopedLocale locale("en_US");
-  EXPECT_EQ(GetDateFormatW(LOCALE_USER_DEFAULT, 0, &kAfternoon, u"yyyyMMdd", nullptr, 0), 9);
-  EXPECT_EQ(GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &kAfternoon, u"HHmmss", nullptr, 0), 7);
-  EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, nullptr, 0), 2);
-  char16_t exact[9];
-  EXPECT_EQ(GetDateFormatW(LOCALE_USER_DEFAULT, 0, &kAfternoon, u"yyyyMMdd", exact, 9), 9);
-  EXPECT_EQ(std::u16string(exact), u"20170305");
-}
-
-TEST(LocaleFunctions, FaultSwitchesFailOneCall) {
-  ScopedLocale locale("en_US");
-  char16_t buffer[16] = u"untouched";
-  win_testing::failNextGetLocaleInfo(ERROR_INVALID_PARAMETER);
-  EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, buffer, 16), 0);
-  EXPECT_EQ(std::u16string(buffer), u"untouched");
-  EXPECT_EQ(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, buffer, 16), 2);
-  win_testing::failNextGetDateFormat(ERROR_INVALID_PARAMETER);
-  EXPECT_EQ(GetDateFormatW(LOCALE_USER_DEFAULT, 0, &kAfternoon, nullptr, buffer, 16), 0);
-  win_testing::failNextGetTimeFormat(ERROR_INVALID_PARAMETER);
-  EXPECT_EQ(GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &kAfternoon, nullptr, buffer, 16), 0);
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_PARAMETER));
-}
-
 TEST(PictureFromIcuPattern, TurnsIcuPatternsIntoWindowsPictures) {
   struct Case { std::u16string pattern, picture; } cases[] = {
       {u"M/d/yy", u"M/d/yyyy"},
@@ -187,12 +162,6 @@ TEST(PictureFromIcuPattern, TurnsIcuPatternsIntoWindowsPictures) {
     SCOPED_TRACE(U8(c.pattern));
     EXPECT_EQ(PictureFromIcuPattern(c.pattern), c.picture);
   }
-}
-
-TEST(DayOfWeek, CountsFromSunday) {
-  EXPECT_EQ(DayOfWeek(2017, 3, 5), 0);
-  EXPECT_EQ(DayOfWeek(2000, 2, 29), 2);
-  EXPECT_EQ(DayOfWeek(1601, 1, 1), 1);
 }
 
 }  // namespace

@@ -2,13 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <string>
-#include <vector>
 
-#include "support/TempFolder.h"
 #include "support/u16.h"
-#include "win/CrtString.h"
 
 namespace {
 
@@ -19,17 +15,6 @@ std::u16string inPlace(const std::u16string& path, Function function) {
   path.copy(buffer, path.size());
   function(buffer);
   return buffer;
-}
-
-TEST(PathStripPathW, LeavesTheLastComponent) {
-  struct Case { std::u16string path, expected; } cases[] = {
-      {u"C:\\a\\b.dwg", u"b.dwg"}, {u"C:\\a\\b\\", u"b\\"}, {u"b.dwg", u"b.dwg"},
-      {u"C:b.dwg", u"b.dwg"},      {u"a/b/c.txt", u"c.txt"}, {u"C:\\", u"C:\\"}, {u"", u""},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.path));
-    EXPECT_EQ(inPlace(c.path, PathStripPathW), c.expected);
-  }
 }
 
 TEST(PathRemoveFileSpecW, CutsTheLastComponentAndKeepsRoots) {
@@ -106,42 +91,6 @@ TEST(PathCompactPathExW, PutsAnEllipsisInPlaceOfMiddleComponents) {
   EXPECT_FALSE(PathCompactPathExW(out, path.c_str(), 0, 0));
   EXPECT_FALSE(PathCompactPathExW(out, path.c_str(), 8, 1));
   EXPECT_FALSE(PathCompactPathExW(out, nullptr, 8, 0));
-}
-
-TEST(PathFileExistsW, SeesFilesAndFoldersThroughTheDriveTable) {
-  TempFolder temp;
-  temp.makeFile("a.txt");
-  EXPECT_TRUE(PathFileExistsW(temp.windows().c_str()));
-  EXPECT_TRUE(PathFileExistsW((temp.windows() + u"\\").c_str()));
-  EXPECT_TRUE(PathFileExistsW(temp.windows("a.txt").c_str()));
-  EXPECT_TRUE(PathFileExistsW((u"z:" + temp.windows("a.txt")).c_str()));
-  EXPECT_FALSE(PathFileExistsW(temp.windows("b.txt").c_str()));
-  EXPECT_FALSE(PathFileExistsW((u"Q:" + temp.windows("a.txt")).c_str()));
-  EXPECT_FALSE(PathFileExistsW(u""));
-  EXPECT_FALSE(PathFileExistsW(nullptr));
-}
-
-TEST(WcscpySafe, CopiesOnlyWhatFitsWithItsTerminator) {
-  char16_t buffer[4] = u"xyz";
-  EXPECT_EQ(wcscpy_s(buffer, 4, u"abc"), 0);
-  EXPECT_EQ(std::u16string(buffer), u"abc");
-  EXPECT_EQ(wcscpy_s(buffer, 4, u"abcd"), ERANGE);
-  EXPECT_EQ(buffer[0], u'\0');
-  EXPECT_EQ(wcscpy_s(buffer, 4, nullptr), EINVAL);
-  EXPECT_EQ(wcscpy_s(nullptr, 4, u"a"), EINVAL);
-  EXPECT_EQ(wcscpy_s(buffer, 0, u"a"), EINVAL);
-}
-
-TEST(WcstokSafe, SkipsRunsOfSeparators) {
-  std::u16string text = u";;a;;b;c d;";
-  std::vector<std::u16string> tokens;
-  char16_t* context = nullptr;
-  for (char16_t* token = wcstok_s(text.data(), u";", &context); token; token = wcstok_s(nullptr, u";", &context))
-    tokens.emplace_back(token);
-  EXPECT_EQ(tokens, (std::vector<std::u16string>{u"a", u"b", u"c d"}));
-  EXPECT_EQ(wcstok_s(nullptr, u";", &context), nullptr);  // stays at the end
-  std::u16string separatorsOnly = u";;;";
-  EXPECT_EQ(wcstok_s(separatorsOnly.data(), u";", &context), nullptr);
 }
 
 }  // namespace
