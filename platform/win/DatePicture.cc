@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace {
 
@@ -10,8 +11,10 @@ using std::u16string_view;
 
 u16string number(int value, int width) {
   u16string digits;
-  for (int rest = value; rest > 0 || digits.empty(); rest /= 10) digits.insert(digits.begin(), static_cast<char16_t>(u'0' + rest % 10));
-  if (static_cast<int>(digits.size()) < width) digits.insert(0, static_cast<std::size_t>(width) - digits.size(), u'0');
+  for (int rest = value; rest > 0 || digits.empty(); rest /= 10)
+    digits.insert(digits.begin(), static_cast<char16_t>(u'0' + rest % 10));
+  const auto wanted = static_cast<std::size_t>(width);
+  if (digits.size() < wanted) digits.insert(0, wanted - digits.size(), u'0');
   return digits;
 }
 

@@ -220,7 +220,8 @@ BOOL SetFileAttributesW(LPCWSTR path, DWORD attributes) {
   if (!posix) return FALSE;
   if (::stat(posix->c_str(), &info) != 0) return fail(errorFor(errno, *posix));
   if (S_ISDIR(info.st_mode)) return TRUE;  // a folder's read-only flag protects nothing on the platform
-  const mode_t mode = (attributes & FILE_ATTRIBUTE_READONLY) ? (info.st_mode & ~mode_t{0222}) : (info.st_mode | S_IWUSR);
+  const bool readOnly = attributes & FILE_ATTRIBUTE_READONLY;
+  const mode_t mode = readOnly ? (info.st_mode & ~mode_t{0222}) : (info.st_mode | S_IWUSR);
   if (::chmod(posix->c_str(), mode & 07777) != 0) return fail(errorFor(errno, *posix));
   return TRUE;
 }

@@ -68,7 +68,9 @@ std::string userLocaleName() {
   return name.empty() || name == "C" || name == "POSIX" ? "en_US" : name;
 }
 
-u16string text(const icu::UnicodeString& value) { return u16string(value.getBuffer(), static_cast<std::size_t>(value.length())); }
+u16string text(const icu::UnicodeString& value) {
+  return u16string(value.getBuffer(), static_cast<std::size_t>(value.length()));
+}
 
 // Names of an ICU array, from index `first` on; missing ones stay empty.
 template <std::size_t N>
@@ -124,7 +126,8 @@ std::unique_ptr<LocaleData> loadLocale(const std::string& name) {
   data->timeFormat = pictureOf(icu::DateFormat::createTimeInstance(icu::DateFormat::kMedium, locale), u"HH:mm:ss");
   UErrorCode status = U_ZERO_ERROR;
   const icu::DecimalFormatSymbols symbols(locale, status);
-  data->decimal = U_SUCCESS(status) ? text(symbols.getSymbol(icu::DecimalFormatSymbols::kDecimalSeparatorSymbol)) : u".";
+  const auto decimalSymbol = icu::DecimalFormatSymbols::kDecimalSeparatorSymbol;
+  data->decimal = U_SUCCESS(status) ? text(symbols.getSymbol(decimalSymbol)) : u".";
   data->list = data->decimal == u"," ? u";" : u",";
   return data;
 }
@@ -144,9 +147,9 @@ SYSTEMTIME localNow() {
   const std::time_t now = std::time(nullptr);
   std::tm local{};
   localtime_r(&now, &local);
-  return SYSTEMTIME{static_cast<WORD>(local.tm_year + 1900), static_cast<WORD>(local.tm_mon + 1),
-                    static_cast<WORD>(local.tm_wday), static_cast<WORD>(local.tm_mday), static_cast<WORD>(local.tm_hour),
-                    static_cast<WORD>(local.tm_min), static_cast<WORD>(local.tm_sec), 0};
+  const auto word = [](int value) { return static_cast<WORD>(value); };
+  return SYSTEMTIME{word(local.tm_year + 1900), word(local.tm_mon + 1), word(local.tm_wday), word(local.tm_mday),
+                    word(local.tm_hour),        word(local.tm_min),      word(local.tm_sec),  0};
 }
 
 bool validDate(const SYSTEMTIME& time) {

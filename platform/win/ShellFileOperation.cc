@@ -39,7 +39,8 @@ int SHFileOperationW(SHFILEOPSTRUCTW* operation) {
   if (const int fault = gNextFault.exchange(kNoFault); fault != kNoFault) return fault;
   if (!operation || operation->wFunc != FO_DELETE) return ERROR_INVALID_PARAMETER;
   operation->fAnyOperationsAborted = FALSE;
-  const std::vector<std::u16string_view> names = operation->pFrom ? sourceNames(operation->pFrom) : std::vector<std::u16string_view>{};
+  if (!operation->pFrom) return DE_INVALIDFILES;
+  const std::vector<std::u16string_view> names = sourceNames(operation->pFrom);
   if (names.empty()) return DE_INVALIDFILES;
   for (std::u16string_view name : names)
     if (const int status = deleteTree(name); status != 0) return status;
