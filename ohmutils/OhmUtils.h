@@ -23,5 +23,9 @@
 #include "ohmutils/dwg/OhmUtilsTempIntVarOverride.h"
 
 // Text, path and date utilities
+#include "ohmutils/util/OhmUtilsCharStrings.h"
+#include "ohmutils/util/OhmUtilsDates.h"
+#include "ohmutils/util/OhmUtilsFolders.h"
+#include "ohmutils/util/OhmUtilsHostFolders.h"
 #include "ohmutils/util/OhmUtilsPaths.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
