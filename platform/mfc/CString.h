@@ -97,6 +97,14 @@ class CString {
   int Compare(LPCWSTR other) const noexcept;        // unit by unit
   int CompareNoCase(LPCWSTR other) const noexcept;  // unit by unit after A-Z -> a-z
 
+  // --- resources ------------------------------------------------------------
+  // Becomes string `id` of `module`; FALSE and unchanged when it isn't there
+  // (or is empty).
+  BOOL LoadString(HINSTANCE module, UINT id);
+  // Becomes string `id` of the first module of MFC's resource chain that has
+  // it; FALSE and unchanged when none has.
+  BOOL LoadString(UINT id);
+
   // --- raw buffer -------------------------------------------------------------
   // The buffer holds at least minLength units plus a terminator; write into it,
   // then call ReleaseBuffer (-1: up to the first terminator).

@@ -59,3 +59,6 @@ DWORD GetModuleFileNameW(HMODULE module, LPWSTR buffer, DWORD size);
 // The address of an exported function or object; null with
 // ERROR_PROC_NOT_FOUND when the module doesn't export the name.
 void* GetProcAddress(HMODULE module, LPCSTR name);
+
+// The exported name of a module's entry function.
+inline constexpr const char* kModuleEntryName = "DllMain";

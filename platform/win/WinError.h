@@ -38,3 +38,4 @@ inline constexpr LONG ERROR_INVALID_LEVEL = 124;       // an information level t
 inline constexpr LONG ERROR_BAD_EXE_FORMAT = 193;      // a file that isn't a loadable module
 inline constexpr LONG ERROR_MR_MID_NOT_FOUND = 317;    // no message text for that code
 inline constexpr LONG ERROR_RESOURCE_LANG_NOT_FOUND = 1815;
+inline constexpr LONG ERROR_DLL_INIT_FAILED = 1114;   // a module's entry refused the attach
