@@ -22,3 +22,10 @@
 // Text, path and date utilities
 #include "ohmutils/util/OhmUtilsPaths.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
+
+// Host services
+#include "ohmutils/host/OhmGetBuildVersion.h"
+#include "ohmutils/host/OhmLispBridge.h"
+#include "ohmutils/host/OhmOSVersion.h"
+#include "ohmutils/host/OhmResDll.h"
+#include "ohmutils/host/OhmUtilsModule.h"

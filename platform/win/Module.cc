@@ -73,6 +73,12 @@ bool fileNameMatches(const std::string& candidate, const std::string& wanted) {
   return rest.empty() || (rest[0] == '.' && rest.find_first_not_of("0123456789.") == std::string::npos);
 }
 
+const link_map* definingModule(void* address) {
+  Dl_info info{};
+  link_map* map = nullptr;
+  return dladdr1(address, &info, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP) ? map : nullptr;
+}
+
 std::string programPath() {
   std::string path(4096, '\0');
   const ssize_t length = ::readlink("/proc/self/exe", path.data(), path.size());
@@ -169,6 +175,8 @@ void* GetProcAddress(HMODULE module, LPCSTR name) {
   void* handle = map ? dlopen(map == programMap() ? nullptr : map->l_name, RTLD_LAZY | RTLD_NOLOAD) : nullptr;
   void* address = handle && name ? dlsym(handle, name) : nullptr;
   if (handle) dlclose(handle);
+  // dlsym also searches the module's dependencies; only the module's own exports count.
+  if (address && definingModule(address) != map) address = nullptr;
   if (!address) SetLastError(ERROR_PROC_NOT_FOUND);
   return address;
 }

@@ -1,6 +1,7 @@
 #include "win/VersionInfo.h"
 
 #include <dlfcn.h>
+#include <link.h>
 #include <unistd.h>
 
 #include <cstring>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "win/LastError.h"
+#include "win/Module.h"
 #include "win/PathMapping.h"
 #include "win/ResourceTable.h"
 #include "win/WinError.h"
@@ -20,7 +22,10 @@ namespace {
 std::string filePathForLoader(std::string path) { return path.find('/') == std::string::npos ? "./" + path : path; }
 
 std::vector<BYTE> versionBlockOf(void* handle) {
-  const auto* entry = static_cast<const ResourceEntry*>(dlsym(handle, kResourceDirectorySymbol));
+  link_map* map = nullptr;
+  if (dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0) return {};
+  const auto* entry =
+      static_cast<const ResourceEntry*>(GetProcAddress(reinterpret_cast<HMODULE>(map), kResourceDirectorySymbol));
   for (; entry && entry->type != 0; ++entry) {
     if (entry->type != RT_VERSION_ID || entry->id != VS_VERSION_INFO) continue;
     const auto* bytes = static_cast<const BYTE*>(entry->data);

@@ -29,9 +29,15 @@ HMODULE zdLoadModule(const char16_t* path) {
   const HMODULE module = LoadLibraryW(path);
   if (!module) return nullptr;
   const ModuleEntryFunction entry = entryOf(module);
-  if (!entry || !entry(module, DLL_PROCESS_ATTACH, nullptr)) {
+  if (!entry) {
     FreeLibrary(module);
-    SetLastError(entry ? ERROR_DLL_INIT_FAILED : ERROR_PROC_NOT_FOUND);
+    SetLastError(ERROR_PROC_NOT_FOUND);
+    return nullptr;
+  }
+  if (!entry(module, DLL_PROCESS_ATTACH, nullptr)) {
+    entry(module, DLL_PROCESS_DETACH, nullptr);  // as the platform does: a refused attach is followed by detach
+    FreeLibrary(module);
+    SetLastError(ERROR_DLL_INIT_FAILED);
     return nullptr;
   }
   loadedModules().push_back({module, entry});

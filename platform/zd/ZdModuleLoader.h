@@ -1,7 +1,8 @@
 // The host's module loader: how the host brings a plug-in module into the
 // session and takes it out again. Loading calls the module's entry function
 // (kModuleEntryName of win/Module.h) with DLL_PROCESS_ATTACH; a module whose
-// attach fails is unloaded at once. Unloading calls the entry with
+// attach fails gets DLL_PROCESS_DETACH at once, as on the platform, and is
+// unloaded. Unloading calls the entry with
 // DLL_PROCESS_DETACH before the module is freed.
 //
 // The loader holds one module reference per successful load.
