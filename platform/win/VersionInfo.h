@@ -1,5 +1,8 @@
-// Version blocks: the version resource of a module file, read without
-// loading the module for use, and queried for its fixed file information.
+// Version blocks: the version resource of a module file, and its fixed file
+// information. Reading a file's block loads the file for a moment, as
+// LoadLibraryW would (its initialisers run), and unloads it; a copy of a
+// module already loaded in the process loads as a second module, so don't
+// point these at copies of the platform's or the library's own modules.
 //
 // A version block starts as the platform's VS_VERSIONINFO does: a header
 // (total length, value length, type 0), the key "VS_VERSION_INFO", padding to

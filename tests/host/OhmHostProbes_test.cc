@@ -98,7 +98,7 @@ TEST_F(BuildVersion, NoVersionLeavesTheOutputAlone) {
       {"not on the search path", [](const fs::path&) {}},
       {"not a module", [](const fs::path& file) { std::ofstream(file) << "MZ not really\n"; }},
       {"module without version block",
-       [](const fs::path& file) { fs::copy_file(fs::path(OHM_LIBRARY_DIR) / "libOhmPlatform.so", file); }},
+       [](const fs::path& file) { fs::copy_file(OHM_TEST_PLAIN_MODULE, file); }},
   };
   SearchPath(Windows(mFolder.path()));
   for (const Case& c : cases) {
