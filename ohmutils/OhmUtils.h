@@ -29,3 +29,10 @@
 #include "ohmutils/util/OhmUtilsHostFolders.h"
 #include "ohmutils/util/OhmUtilsPaths.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
+
+// Host services
+#include "ohmutils/host/OhmGetBuildVersion.h"
+#include "ohmutils/host/OhmLispBridge.h"
+#include "ohmutils/host/OhmOSVersion.h"
+#include "ohmutils/host/OhmResDll.h"
+#include "ohmutils/host/OhmUtilsModule.h"

@@ -100,6 +100,14 @@ class CString {
   // of CompareNoCase.
   int CollateNoCase(LPCWSTR other) const noexcept { return CompareNoCase(other); }
 
+  // --- resources ------------------------------------------------------------
+  // Becomes string `id` of `module`; FALSE and unchanged when it isn't there
+  // (or is empty).
+  BOOL LoadString(HINSTANCE module, UINT id);
+  // Becomes string `id` of the first module of MFC's resource chain that has
+  // it; FALSE and unchanged when none has.
+  BOOL LoadString(UINT id);
+
   // --- raw buffer -------------------------------------------------------------
   // The buffer holds at least minLength units plus a terminator; write into it,
   // then call ReleaseBuffer (-1: up to the first terminator).

@@ -34,3 +34,10 @@ inline constexpr LONG ERROR_CANTOPEN = 1011;
 inline constexpr LONG ERROR_CANTREAD = 1012;
 inline constexpr LONG ERROR_CANTWRITE = 1013;
 inline constexpr LONG ERROR_KEY_DELETED = 1018;
+// Modules, messages and the workstation query.
+inline constexpr LONG ERROR_BAD_NETPATH = 53;          // a remote machine that can't be reached
+inline constexpr LONG ERROR_INVALID_LEVEL = 124;       // an information level the call doesn't know
+inline constexpr LONG ERROR_BAD_EXE_FORMAT = 193;      // a file that isn't a loadable module
+inline constexpr LONG ERROR_MR_MID_NOT_FOUND = 317;    // no message text for that code
+inline constexpr LONG ERROR_RESOURCE_LANG_NOT_FOUND = 1815;
+inline constexpr LONG ERROR_DLL_INIT_FAILED = 1114;   // a module's entry refused the attach
