@@ -12,17 +12,31 @@
 #include "ohmutils/xref/OhmNoRxUtilsSettingOverride.h"
 #include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 #include "ohmutils/xref/OhmUtXrefEntity.h"
+#include "ohmutils/xref/OhmUtXrefEntityFactory.h"
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
+#include "ohmutils/xref/OhmUtXrefTableEntity.h"
 #include "ohmutils/xref/OhmUtXrefTextEntity.h"
 #include "ohmutils/xref/ReplaceStringInString.h"
 
 // Drawing access
 #include "ohmutils/dwg/OhmDwgUtils.h"
+#include "ohmutils/dwg/OhmUtilsTempIntVarOverride.h"
 
 // Configuration stores
 #include "ohmutils/config/ConfigurationXML.h"
 #include "ohmutils/config/OhmCfgXML.h"
 
 // Text, path and date utilities
+#include "ohmutils/util/OhmUtilsCharStrings.h"
+#include "ohmutils/util/OhmUtilsDates.h"
+#include "ohmutils/util/OhmUtilsFolders.h"
+#include "ohmutils/util/OhmUtilsHostFolders.h"
 #include "ohmutils/util/OhmUtilsPaths.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
+
+// Host services
+#include "ohmutils/host/OhmGetBuildVersion.h"
+#include "ohmutils/host/OhmLispBridge.h"
+#include "ohmutils/host/OhmOSVersion.h"
+#include "ohmutils/host/OhmResDll.h"
+#include "ohmutils/host/OhmUtilsModule.h"

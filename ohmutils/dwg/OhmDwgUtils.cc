@@ -1,5 +1,6 @@
 #include "ohmutils/dwg/OhmDwgUtils.h"
 
+#include "ohmutils/dwg/OhmDwgReadAccess_internal.h"
 #include "zd/ZdCodes.h"
 #include "zd/ZdDbDatabase.h"
 #include "zd/ZdDbText.h"
@@ -23,17 +24,11 @@ bool isOptionRecord(const ZdValueNode* chain) {
 // The text of the attribute if its tag fits the pattern; null otherwise.
 // The access to the attribute ends before it returns.
 const char16_t* matchingText(ZdDbObjectId attributeId, const char16_t* tagPattern) {
-  ZdDbObject* object = nullptr;
-  bool wasOpened = false;
-  bool wasWritable = false;
-  if (accessZdDbObjectForRead(object, attributeId, ZdDbAttribute::desc(), wasOpened, wasWritable) != Zeda::eOk)
-    return nullptr;
-  const auto* attribute = static_cast<const ZdDbAttribute*>(object);
+  const ohm_internal::ReadAccess access(attributeId, ZdDbAttribute::desc());
+  const auto* attribute = access.get<ZdDbAttribute>();
+  if (!attribute) return nullptr;
   const char16_t* tag = attribute->tagConst();
-  const char16_t* text = tag && zdutWcMatchEx(tag, tagPattern, true) ? attribute->textStringConst() : nullptr;
-  revertZdDbObjectFromWrite(object, wasWritable);
-  if (wasOpened) object->close();
-  return text;
+  return tag && zdutWcMatchEx(tag, tagPattern, true) ? attribute->textStringConst() : nullptr;
 }
 
 }  // namespace

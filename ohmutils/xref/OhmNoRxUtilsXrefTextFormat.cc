@@ -115,7 +115,8 @@ void OhmNoRxUtilsXrefTextFormat::substituteInOrder(const std::u16string& format,
                                                    std::u16string& output) {
   CString working(format);
   for (const std::int32_t index : kSubstitutionOrder) {
-    ReplaceStringInString(working, mPropAliases.at(index), fieldForIndex(index, data)->c_str());
+    // Every index of the order has a field.
+    if (const std::u16string* field = fieldForIndex(index, data)) ReplaceStringInString(working, mPropAliases.at(index), field->c_str());
   }
   output = working.str();
 }

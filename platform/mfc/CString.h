@@ -96,6 +96,17 @@ class CString {
   // --- comparing: <0, 0, >0 -------------------------------------------------
   int Compare(LPCWSTR other) const noexcept;        // unit by unit
   int CompareNoCase(LPCWSTR other) const noexcept;  // unit by unit after A-Z -> a-z
+  // Collation without case in the "C" locale, which the host keeps: the order
+  // of CompareNoCase.
+  int CollateNoCase(LPCWSTR other) const noexcept { return CompareNoCase(other); }
+
+  // --- resources ------------------------------------------------------------
+  // Becomes string `id` of `module`; FALSE and unchanged when it isn't there
+  // (or is empty).
+  BOOL LoadString(HINSTANCE module, UINT id);
+  // Becomes string `id` of the first module of MFC's resource chain that has
+  // it; FALSE and unchanged when none has.
+  BOOL LoadString(UINT id);
 
   // --- raw buffer -------------------------------------------------------------
   // The buffer holds at least minLength units plus a terminator; write into it,

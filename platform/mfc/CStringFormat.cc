@@ -75,9 +75,13 @@ std::u16string FormatUnit(const Spec& spec, va_list& args) {
 
 template <typename T>
 std::u16string Narrow(const Spec& spec, const std::string& lengthMod, T value) {
-  std::string format = "%" + spec.flags;
+  std::string format = "%";
+  format += spec.flags;
   if (spec.width >= 0) format += std::to_string(spec.width);
-  if (spec.precision >= 0) format += "." + std::to_string(spec.precision);
+  if (spec.precision >= 0) {
+    format += '.';
+    format += std::to_string(spec.precision);
+  }
   format += lengthMod;
   format += static_cast<char>(spec.conversion);
   const int size = std::snprintf(nullptr, 0, format.c_str(), value);

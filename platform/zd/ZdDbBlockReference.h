@@ -1,7 +1,8 @@
 // ZdDbBlockReference: an insert of a block definition, with its attributes in
 // drawing order. The attributes are objects of the same database, owned by it;
 // the reference keeps their ids. ZdDbObjectIterator walks them: a new object,
-// owned and deleted by the caller, counted by the host while it lives.
+// owned and deleted by the caller, counted by the host while it lives, and
+// deleted before its reference goes.
 #pragma once
 
 #include <string>
@@ -26,10 +27,12 @@ class ZdDbObjectIterator {
  private:
   friend class ZdDbBlockReference;
   friend class ZdDbBlockTableRecord;
-  ZdDbObjectIterator(const ZdDbDatabase* database, std::vector<ZdDbObjectId> ids, bool skipErased);
+  // Walks `ids`, the owner's own list, by position: attributes appended
+  // meanwhile are seen, and the list must outlive the iterator.
+  ZdDbObjectIterator(const ZdDbDatabase* database, const std::vector<ZdDbObjectId>& ids, bool skipErased);
   bool skip(std::size_t position) const;
   const ZdDbDatabase* mDatabase;
-  std::vector<ZdDbObjectId> mIds;
+  const std::vector<ZdDbObjectId>& mIds;
   std::size_t mPosition = 0;
 };
 
@@ -59,4 +62,7 @@ class ZdDbTable : public ZdDbBlockReference {
  public:
   static const ZdRxClass* desc();
   ZdDbTable() : ZdDbBlockReference(desc()) {}
+
+ protected:
+  explicit ZdDbTable(const ZdRxClass* cls) : ZdDbBlockReference(cls) {}
 };

@@ -1,11 +1,13 @@
 #include "zd/ZdDbDatabase.h"
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <set>
 #include <unordered_map>
 
 #include "win/CrtChar.h"
+#include "zd/ZdDbBlockReference.h"
 #include "zd/ZdDbDatabase_testing.h"
 
 namespace {
@@ -25,7 +27,15 @@ ObjectRegistry& registry() {
 
 std::atomic<long> gOpenAccesses{0};
 std::atomic<long> gLiveIterators{0};
-std::atomic<bool> gFailNextIterator{false};
+std::atomic<int> gFailingIterators{0};
+
+// Takes one planned iterator failure, if any is left.
+bool iteratorFails() {
+  int left = gFailingIterators.load();
+  while (left > 0 && !gFailingIterators.compare_exchange_weak(left, left - 1)) {
+  }
+  return left > 0;
+}
 
 ZdDbObject* lookUp(ZdDbObjectId id) {
   ObjectRegistry& r = registry();
@@ -34,7 +44,10 @@ ZdDbObject* lookUp(ZdDbObjectId id) {
   return it == r.objects.end() ? nullptr : it->second;
 }
 
+std::atomic<bool> gAnyFailingOpen{false};
+
 bool openFails(ZdDbObjectId id) {
+  if (!gAnyFailingOpen.load(std::memory_order_relaxed)) return false;
   ObjectRegistry& r = registry();
   std::lock_guard lock(r.mutex);
   return r.failingOpens.count(id) > 0;
@@ -73,8 +86,9 @@ Zeda::ErrorStatus ZdDbObject::close() {
   return Zeda::eOk;
 }
 
-ZdDbObjectIterator::ZdDbObjectIterator(const ZdDbDatabase* database, std::vector<ZdDbObjectId> ids, bool skipErased)
-    : mDatabase(database), mIds(std::move(ids)) {
+ZdDbObjectIterator::ZdDbObjectIterator(const ZdDbDatabase* database, const std::vector<ZdDbObjectId>& ids,
+                                       bool skipErased)
+    : mDatabase(database), mIds(ids) {
   ++gLiveIterators;
   start(true, skipErased);
 }
@@ -98,15 +112,130 @@ void ZdDbObjectIterator::start(bool atBeginning, bool skipErased) {
 }
 
 ZdDbObjectIterator* ZdDbBlockReference::attributeIterator() const {
-  if (gFailNextIterator.exchange(false)) return nullptr;
+  if (iteratorFails()) return nullptr;
   return new ZdDbObjectIterator(database(), mAttributes, true);
 }
 
-ZdDbObjectIterator* ZdDbBlockTableRecord::newEntityIterator(bool atBeginning, bool skipErased) const {
-  if (gFailNextIterator.exchange(false)) return nullptr;
-  auto* iterator = new ZdDbObjectIterator(database(), mEntities, skipErased);
-  iterator->start(atBeginning, skipErased);
-  return iterator;
+// --- block records and their iterator -------------------------------------------
+
+ZdDbBlockTableRecordIterator::ZdDbBlockTableRecordIterator(const ZdDbDatabase* database,
+                                                           const std::vector<ZdDbObjectId>& ids)
+    : mDatabase(database), mIds(ids) {
+  ++gLiveIterators;
+}
+
+ZdDbBlockTableRecordIterator::~ZdDbBlockTableRecordIterator() { --gLiveIterators; }
+
+bool ZdDbBlockTableRecordIterator::isErasedAt(std::size_t position) const {
+  const ZdDbObject* object = mDatabase->objectAt(mIds[position]);
+  return !object || object->isErased();
+}
+
+void ZdDbBlockTableRecordIterator::start(bool atBeginning, bool skipDeleted) noexcept {
+  mPosition = atBeginning ? 0 : (mIds.empty() ? 0 : mIds.size() - 1);
+  if (skipDeleted && !done() && isErasedAt(mPosition)) step(atBeginning, true);
+}
+
+void ZdDbBlockTableRecordIterator::step(bool forward, bool skipDeleted) noexcept {
+  do {
+    mPosition = forward ? mPosition + 1 : (mPosition == 0 ? mIds.size() : mPosition - 1);
+  } while (skipDeleted && !done() && isErasedAt(mPosition));
+}
+
+Zeda::ErrorStatus ZdDbBlockTableRecordIterator::getEntity(ZdDbEntity*& entity, ZdDb::OpenMode mode,
+                                                          bool openErasedEntity) const {
+  entity = nullptr;
+  if (done()) return Zeda::eIteratorDone;
+  ZdDbObject* object = nullptr;
+  const Zeda::ErrorStatus status = zddbOpenObject(object, mIds[mPosition], mode, openErasedEntity);
+  if (status != Zeda::eOk) return status;
+  entity = dynamic_cast<ZdDbEntity*>(object);
+  if (entity) return Zeda::eOk;
+  object->close();
+  return Zeda::eWrongObjectType;
+}
+
+Zeda::ErrorStatus ZdDbBlockTableRecordIterator::getEntityId(ZdDbObjectId& id) const {
+  id = done() ? ZdDbObjectId() : mIds[mPosition];
+  return done() ? Zeda::eIteratorDone : Zeda::eOk;
+}
+
+Zeda::ErrorStatus ZdDbBlockTableRecord::newIterator(ZdDbBlockTableRecordIterator*& iterator, bool atBeginning,
+                                                    bool skipDeleted) const {
+  iterator = nullptr;
+  if (iteratorFails()) return Zeda::eOutOfMemory;
+  iterator = new ZdDbBlockTableRecordIterator(database(), mEntities);
+  iterator->start(atBeginning, skipDeleted);
+  return Zeda::eOk;
+}
+
+// --- symbol tables and dictionaries -----------------------------------------------
+
+bool ZdDbSymbolTable::has(const char16_t* name) const {
+  ZdDbObjectId id;
+  return getIdAt(name, id) == Zeda::eOk;
+}
+
+Zeda::ErrorStatus ZdDbBlockTable::getIdAt(const char16_t* name, ZdDbObjectId& id, bool getErasedRecord) const {
+  id = name ? database()->blockTableRecordId(name) : ZdDbObjectId();
+  const ZdDbObject* record = database()->objectAt(id);
+  if (record && record->isErased() && !getErasedRecord) id = ZdDbObjectId();
+  return id.isNull() ? Zeda::eKeyNotFound : Zeda::eOk;
+}
+
+ZdDbDictionaryIterator::ZdDbDictionaryIterator(std::vector<Entry> entries) : mEntries(std::move(entries)) {
+  ++gLiveIterators;
+}
+
+ZdDbDictionaryIterator::~ZdDbDictionaryIterator() { --gLiveIterators; }
+
+bool ZdDbDictionaryIterator::next() noexcept {
+  if (!done()) ++mPosition;
+  return !done();
+}
+
+const char16_t* ZdDbDictionaryIterator::name() const noexcept { return done() ? u"" : mEntries[mPosition].first.c_str(); }
+
+ZdDbObjectId ZdDbDictionaryIterator::objectId() const noexcept {
+  return done() ? ZdDbObjectId() : mEntries[mPosition].second;
+}
+
+void ZdDbDictionary::setAt(const std::u16string& name, ZdDbObjectId id) {
+  for (auto& [entryName, entryId] : mEntries) {
+    if (!CrtEqualNoCase(entryName, name)) continue;
+    entryId = id;
+    return;
+  }
+  mEntries.emplace_back(name, id);
+}
+
+Zeda::ErrorStatus ZdDbDictionary::getAt(const char16_t* name, ZdDbObjectId& id) const {
+  id = ZdDbObjectId();
+  for (const auto& [entryName, entryId] : mEntries) {
+    if (name && CrtEqualNoCase(entryName, name)) {
+      id = entryId;
+      return Zeda::eOk;
+    }
+  }
+  return Zeda::eKeyNotFound;
+}
+
+Zeda::ErrorStatus ZdDbDictionary::remove(const char16_t* name) {
+  const auto found = std::find_if(mEntries.begin(), mEntries.end(),
+                                  [&](const auto& entry) { return name && CrtEqualNoCase(entry.first, name); });
+  if (found == mEntries.end()) return Zeda::eKeyNotFound;
+  mEntries.erase(found);
+  return Zeda::eOk;
+}
+
+ZdDbDictionaryIterator* ZdDbDictionary::newIterator() const {
+  if (iteratorFails()) return nullptr;
+  return new ZdDbDictionaryIterator(mEntries);
+}
+
+Zeda::ErrorStatus ZdDbLayout::getLayoutName(ZdString& name) const {
+  name.assign(mName.c_str());
+  return Zeda::eOk;
 }
 
 Zeda::ErrorStatus ZdDbBlockTableRecord::getName(ZdString& name) const {
@@ -114,9 +243,40 @@ Zeda::ErrorStatus ZdDbBlockTableRecord::getName(ZdString& name) const {
   return Zeda::eOk;
 }
 
-ZdDbDatabase::ZdDbDatabase(bool, bool) {
+// --- the database ------------------------------------------------------------------
+
+ZdDbDatabase::ZdDbDatabase(bool buildDefaultDrawing, bool) {
+  mBlockTable = addObject(std::make_unique<ZdDbBlockTable>());
+  mLayoutDictionary = addObject(std::make_unique<ZdDbDictionary>());
   mModelSpace = blockTableRecordId(u"*Model_Space", true);
   mPaperSpace = blockTableRecordId(u"*Paper_Space", true);
+  if (!buildDefaultDrawing) return;
+  addLayout(u"Model", 0, mModelSpace);
+  addLayout(u"Layout1", 1, mPaperSpace);
+}
+
+Zeda::ErrorStatus ZdDbDatabase::getSymbolTable(ZdDbBlockTable*& table, ZdDb::OpenMode mode) const {
+  ZdDbObject* object = nullptr;
+  const Zeda::ErrorStatus status = zddbOpenObject(object, mBlockTable, mode);
+  table = static_cast<ZdDbBlockTable*>(object);
+  return status;
+}
+
+Zeda::ErrorStatus ZdDbDatabase::getLayoutDictionary(ZdDbDictionary*& dictionary, ZdDb::OpenMode mode) const {
+  ZdDbObject* object = nullptr;
+  const Zeda::ErrorStatus status = zddbOpenObject(object, mLayoutDictionary, mode);
+  dictionary = static_cast<ZdDbDictionary*>(object);
+  return status;
+}
+
+ZdDbObjectId ZdDbDatabase::addLayout(const std::u16string& name, std::int32_t tabOrder, ZdDbObjectId block) {
+  auto layout = std::make_unique<ZdDbLayout>();
+  layout->setLayoutName(name);
+  layout->setTabOrder(tabOrder);
+  layout->setBlockTableRecordId(block);
+  const ZdDbObjectId id = addObject(std::move(layout), mLayoutDictionary);
+  static_cast<ZdDbDictionary*>(objectAt(mLayoutDictionary))->setAt(name, id);
+  return id;
 }
 
 ZdDbDatabase::~ZdDbDatabase() {
@@ -153,7 +313,7 @@ ZdDbObjectId ZdDbDatabase::blockTableRecordId(const std::u16string& name, bool c
   for (const ZdDbObjectId id : mBlocks)
     if (CrtEqualNoCase(static_cast<ZdDbBlockTableRecord*>(objectAt(id))->name(), name)) return id;
   if (!create) return {};
-  mBlocks.push_back(addObject(std::make_unique<ZdDbBlockTableRecord>(name)));
+  mBlocks.push_back(addObject(std::make_unique<ZdDbBlockTableRecord>(name), mBlockTable));
   return mBlocks.back();
 }
 
@@ -214,15 +374,19 @@ void failOpenOf(ZdDbObjectId id) {
   ObjectRegistry& r = registry();
   std::lock_guard lock(r.mutex);
   r.failingOpens.insert(id);
+  gAnyFailingOpen = true;
 }
 
-void failNextObjectIterator() noexcept { gFailNextIterator = true; }
+void failNextObjectIterator() noexcept { gFailingIterators = 1; }
+
+void failNextObjectIterators(int count) noexcept { gFailingIterators = count; }
 
 void clearDatabaseFaults() {
   ObjectRegistry& r = registry();
   std::lock_guard lock(r.mutex);
   r.failingOpens.clear();
-  gFailNextIterator = false;
+  gAnyFailingOpen = false;
+  gFailingIterators = 0;
 }
 
 }  // namespace zd_testing

@@ -14,15 +14,19 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "zd/ZdDbBlockTableRecord.h"
+#include "zd/ZdDbDictionary.h"
+#include "zd/ZdDbSymbolTable.h"
 #include "zd/ZdDbObject.h"
 
 class ZdDbDatabase {
  public:
-  // An empty database with model and paper space. The arguments are the
-  // host's (build a default drawing, no document) and are not used.
+  // An empty database with model and paper space; with `buildDefaultDrawing`
+  // also the layouts "Model" (tab 0) and "Layout1" (tab 1). `noDocument` is
+  // the host's and not used.
   explicit ZdDbDatabase(bool buildDefaultDrawing = true, bool noDocument = false);
   virtual ~ZdDbDatabase();
   ZdDbDatabase(const ZdDbDatabase&) = delete;
@@ -47,13 +51,51 @@ class ZdDbDatabase {
   // The next handle that addObject gives.
   ZdDbHandle handseed() const noexcept { return ZdDbHandle(mNextHandle); }
 
+  // The block table, opened in `mode`: the status of zddbOpenObject.
+  Zeda::ErrorStatus getSymbolTable(ZdDbBlockTable*& table, ZdDb::OpenMode mode) const;
+  Zeda::ErrorStatus getBlockTable(ZdDbBlockTable*& table, ZdDb::OpenMode mode) const {
+    return getSymbolTable(table, mode);
+  }
+  // The layout dictionary, opened in `mode`: the status of zddbOpenObject.
+  Zeda::ErrorStatus getLayoutDictionary(ZdDbDictionary*& dictionary, ZdDb::OpenMode mode) const;
+  ZdDbObjectId blockTableId() const noexcept { return mBlockTable; }
+  ZdDbObjectId layoutDictionaryId() const noexcept { return mLayoutDictionary; }
+  // Adds a layout of that name and tab order, with the block record that
+  // holds its entities; its id.
+  ZdDbObjectId addLayout(const std::u16string& name, std::int32_t tabOrder, ZdDbObjectId block);
+
+  // The drawing file's version ("AC1032", ...) and code page ("ANSI_1252",
+  // ...); those of the file last read, or of a new drawing.
+  const std::u16string& dwgVersion() const noexcept { return mVersion; }
+  void setDwgVersion(std::u16string version) { mVersion = std::move(version); }
+  const std::u16string& codePage() const noexcept { return mCodePage; }
+  void setCodePage(std::u16string codePage) { mCodePage = std::move(codePage); }
+
+  // Reads a DXF file (Windows-form or POSIX name) in place of what the
+  // database held. eOk; eFileNotFound, eFileAccessErr, eBadDxfFile (the
+  // database as it was) otherwise. `shareMode`, `allowCPConversion` and
+  // `password` are the host's and not used.
+  Zeda::ErrorStatus readDwgFile(const char16_t* fileName, int shareMode = 1, bool allowCPConversion = false,
+                                const char16_t* password = nullptr);
+  // Writes the database as an ASCII DXF file of `version` (an $ACADVER value,
+  // empty: dwgVersion()). eOk; eFileAccessErr when it can't be written,
+  // eInvalidInput for a version the writer doesn't know.
+  Zeda::ErrorStatus dxfOut(const char16_t* fileName, const std::u16string& version = u"") const;
+
  private:
-  std::map<ZdDbObjectId, std::unique_ptr<ZdDbObject>> mObjects;
+  struct IdHash {
+    std::size_t operator()(ZdDbObjectId id) const noexcept { return std::hash<std::uint64_t>()(id.value()); }
+  };
+  std::unordered_map<ZdDbObjectId, std::unique_ptr<ZdDbObject>, IdHash> mObjects;
   std::map<ZdDbHandle, ZdDbObjectId> mHandles;
   std::vector<ZdDbObjectId> mBlocks;
   ZdDbObjectId mModelSpace;
   ZdDbObjectId mPaperSpace;
+  ZdDbObjectId mBlockTable;
+  ZdDbObjectId mLayoutDictionary;
   std::uint64_t mNextHandle = 0x20;
+  std::u16string mVersion = u"AC1032";
+  std::u16string mCodePage = u"ANSI_1252";
 };
 
 // Opens the object for read or write. eOk and the object; eNullObjectId,

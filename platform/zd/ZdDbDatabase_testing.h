@@ -7,13 +7,16 @@ namespace zd_testing {
 
 // Accesses opened (zddbOpenObject, accessZdDbObjectForRead) and not yet closed.
 long openObjectCount() noexcept;
-// Object iterators made and not yet deleted.
+// Iterators (attribute, block record entity, dictionary) made and not yet deleted.
 long liveObjectIterators() noexcept;
 // zddbOpenObject and accessZdDbObjectForRead of this object fail with
 // eWasOpenForWrite until clearFaults.
 void failOpenOf(ZdDbObjectId id);
-// The next attributeIterator / newEntityIterator call gives null.
+// The next iterator made (attributeIterator, ZdDbBlockTableRecord::newIterator,
+// ZdDbDictionary::newIterator) fails: null, or eOutOfMemory.
 void failNextObjectIterator() noexcept;
+// The next `count` iterators made fail likewise.
+void failNextObjectIterators(int count) noexcept;
 // Forgets every fault above.
 void clearDatabaseFaults();
 

@@ -14,6 +14,35 @@ ZdDbBlockReference* ZdDbDrawingBuilder::insertBlock(const std::u16string& blockN
   return reference;
 }
 
+namespace {
+
+// Objects of classes derived from the host's, known by descriptor only.
+class DerivedBlockReference : public ZdDbBlockReference {
+ public:
+  explicit DerivedBlockReference(const ZdRxClass* cls) : ZdDbBlockReference(cls) {}
+};
+class DerivedTable : public ZdDbTable {
+ public:
+  explicit DerivedTable(const ZdRxClass* cls) : ZdDbTable(cls) {}
+};
+
+}  // namespace
+
+ZdDbBlockReference* ZdDbDrawingBuilder::insertDerived(const std::u16string& className, const ZdRxClass* base,
+                                                      const std::u16string& blockName, ZdDbObjectId space) {
+  const ZdRxClass* cls = ZdRxClass::forName(className, base);
+  std::unique_ptr<ZdDbBlockReference> owned;
+  if (base == ZdDbTable::desc()) {
+    owned = std::make_unique<DerivedTable>(cls);
+  } else {
+    owned = std::make_unique<DerivedBlockReference>(cls);
+  }
+  ZdDbBlockReference* reference = owned.get();
+  reference->setBlockTableRecord(defineBlock(blockName));
+  mDatabase.appendEntity(spaceOr(space), std::move(owned));
+  return reference;
+}
+
 ZdDbTable* ZdDbDrawingBuilder::addTable(ZdDbObjectId space) {
   auto owned = std::make_unique<ZdDbTable>();
   ZdDbTable* table = owned.get();

@@ -22,6 +22,11 @@ class ZdDbDrawingBuilder {
   // A reference to block `blockName` in `space` (null: model space), with attributes.
   ZdDbBlockReference* insertBlock(const std::u16string& blockName, const Attributes& attributes = {},
                                   ZdDbObjectId space = {});
+  // A reference of a class derived from the block reference or table class
+  // (`className` made under `base`, which is ZdDbBlockReference::desc() or
+  // ZdDbTable::desc()), as a third-party application's objects are.
+  ZdDbBlockReference* insertDerived(const std::u16string& className, const ZdRxClass* base,
+                                    const std::u16string& blockName, ZdDbObjectId space = {});
   // A table in `space` (null: model space).
   ZdDbTable* addTable(ZdDbObjectId space = {});
   // An entity of a class known by name only (e.g. "ZdDbLine"), in `space`.

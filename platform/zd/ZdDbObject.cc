@@ -9,6 +9,8 @@
 #include "zd/ZdCodes.h"
 #include "zd/ZdDbBlockReference.h"
 #include "zd/ZdDbBlockTableRecord.h"
+#include "zd/ZdDbDictionary.h"
+#include "zd/ZdDbSymbolTable.h"
 #include "zd/ZdDbText.h"
 
 bool ZdRxClass::isDerivedFrom(const ZdRxClass* other) const noexcept {
@@ -38,7 +40,11 @@ OHM_ZD_DESCRIPTOR(ZdDbText, ZdDbEntity::desc())
 OHM_ZD_DESCRIPTOR(ZdDbAttribute, ZdDbText::desc())
 OHM_ZD_DESCRIPTOR(ZdDbBlockReference, ZdDbEntity::desc())
 OHM_ZD_DESCRIPTOR(ZdDbTable, ZdDbBlockReference::desc())
+OHM_ZD_DESCRIPTOR(ZdDbSymbolTable, ZdDbObject::desc())
+OHM_ZD_DESCRIPTOR(ZdDbBlockTable, ZdDbSymbolTable::desc())
 OHM_ZD_DESCRIPTOR(ZdDbBlockTableRecord, ZdDbObject::desc())
+OHM_ZD_DESCRIPTOR(ZdDbDictionary, ZdDbObject::desc())
+OHM_ZD_DESCRIPTOR(ZdDbLayout, ZdDbObject::desc())
 
 ZdDbObject::~ZdDbObject() = default;
 

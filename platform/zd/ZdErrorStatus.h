@@ -22,6 +22,7 @@ enum ErrorStatus : int {
   eUnknownHandle = 97,
   eNullObjectPointer = 101,
   eIteratorDone = 105,
+  eDrawingNotOpen = 364,  // the drawing is not open in the host
 };
 
 }  // namespace Zeda

@@ -21,6 +21,7 @@ struct LispState {
   std::optional<int> nextFault;
   long calls = 0;
   long usrbrkChanges = 0;
+  std::u16string lastName;
 };
 
 LispState& state() {
@@ -52,6 +53,7 @@ int zdedInvoke(const ZdValueNode* request, ZdValueNode** reply) {
   {
     LispState& s = state();
     std::lock_guard lock(s.mutex);
+    s.lastName = request->resval.rstring;
     if (s.nextFault) {
       const int status = *s.nextFault;
       s.nextFault.reset();
@@ -103,6 +105,7 @@ void resetLisp() {
   s.nextFault.reset();
   s.calls = 0;
   s.usrbrkChanges = 0;
+  s.lastName.clear();
 }
 
 void failNextInvoke(int status) {
@@ -115,6 +118,12 @@ long lispCallCount() {
   LispState& s = state();
   std::lock_guard lock(s.mutex);
   return s.calls;
+}
+
+std::u16string lastInvokedName() {
+  LispState& s = state();
+  std::lock_guard lock(s.mutex);
+  return s.lastName;
 }
 
 long usrbrkChangeCount() {

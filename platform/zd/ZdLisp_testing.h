@@ -17,6 +17,8 @@ void resetLisp();
 void failNextInvoke(int status);
 // How many zdedInvoke calls reached a function since resetLisp.
 long lispCallCount();
+// The function name of the last named request, exactly as the caller wrote it.
+std::u16string lastInvokedName();
 // How often the user-break state was changed (disable or enable) since resetLisp.
 long usrbrkChangeCount();
 

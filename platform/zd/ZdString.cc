@@ -9,6 +9,14 @@ ZdString::ZdString(const char16_t* text) : m_str(text ? text : u"") {}
 
 ZdString::ZdString(char16_t unit) : m_str(1, unit) {}
 
+ZdString::ZdString(ZdDbHandle handle) {
+  std::uint64_t value = handle.value();
+  do {
+    m_str.insert(m_str.begin(), u"0123456789ABCDEF"[value & 0xF]);
+    value >>= 4;
+  } while (value != 0);
+}
+
 ZdString& ZdString::setEmpty() noexcept {
   m_str.clear();
   return *this;

@@ -9,12 +9,16 @@
 #include <string>
 #include <string_view>
 
+#include "zd/ZdDbObjectId.h"
+
 class ZdString {
  public:
   ZdString() = default;
   ZdString(const char16_t* text);  // null gives the empty string
   ZdString(char16_t unit);
   explicit ZdString(std::u16string_view text) : m_str(text) {}
+  // The handle's hexadecimal digits, upper case, without leading zeros ("0" for null).
+  explicit ZdString(ZdDbHandle handle);
 
   // Pointer to the terminated units; valid until the string changes.
   const char16_t* kwszPtr() const noexcept { return m_str.c_str(); }

@@ -4,15 +4,20 @@
 
 #include <string_view>
 
-#include "win/CrtChar.h"
 
 namespace {
 
-char16_t fold(char16_t unit, bool ignoreCase) {
-  if (!ignoreCase) return unit;
-  if (unit < 0x80) return CrtToUpper(unit);
+char16_t foldBeyondAscii(char16_t unit) {
   const UChar32 upper = u_toupper(unit);
   return upper <= 0xFFFF ? static_cast<char16_t>(upper) : unit;
+}
+
+// ASCII is folded inline (a-z only, as the C runtime does): names and tags
+// are nearly always ASCII, and this runs for every unit compared.
+inline char16_t fold(char16_t unit, bool ignoreCase) {
+  if (!ignoreCase) return unit;
+  if (unit < 0x80) return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - (u'a' - u'A')) : unit;
+  return foldBeyondAscii(unit);
 }
 
 bool unitMatches(char16_t patternUnit, char16_t textUnit, bool ignoreCase) {

@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 
+#include "ContactOcc.h"
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "support/u16.h"
 #include "zd/ZdDbDrawingBuilder.h"
@@ -11,22 +12,10 @@
 namespace {
 
 using Map = OhmNoRxUtilsSettingOverride::SettingMap;
-using Pins = std::vector<std::pair<std::u16string, std::u16string>>;  // TERMCODE, TERM
-
-OhmDsComponentOcc Contact(const std::u16string& contact, const Pins& pins) {
-  OhmDsComponentOcc occ;
-  occ.mOccID.mDwgPath = u"Z:\\p\\b.dxf";
-  if (!contact.empty()) occ.mProperties[OhmDsKeys::CONTACT] = contact;
-  occ.mSheetProperties[OhmDsKeys::SHEET] = u"3";
-  occ.mProperties[OhmDsKeys::REF] = u"12";
-  for (const auto& [code, term] : pins) {
-    OhmDsComponentPinOcc pin;
-    pin.mProperties[OhmDsKeys::TERMCODE] = code;
-    if (!term.empty()) pin.mProperties[OhmDsKeys::TERM] = term;
-    occ.mPins.push_back(pin);
-  }
-  return occ;
-}
+using xref_test::Contact;
+using xref_test::kFormC;
+using xref_test::k13_14;
+using xref_test::Pins;
 
 // The reference of every contact is [3-12].
 Map Settings(const std::u16string& graphic, const std::u16string& family) {
@@ -66,9 +55,6 @@ TEST_P(GraphicText, JoinsTerminalsSymbolAndReference) {
   EXPECT_EQ(text, c.text);
   EXPECT_EQ(ncText, c.ncText);
 }
-
-const Pins k13_14{{u"1", u"13"}, {u"2", u"14"}};
-const Pins kFormC{{u"1", u"11"}, {u"2", u"14"}, {u"3", u"12"}};
 
 INSTANTIATE_TEST_SUITE_P(
     WorkedExamples, GraphicText,

@@ -4,7 +4,6 @@
 
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "support/u16.h"
-#include "zd/ZdDbDrawingBuilder.h"
 
 namespace {
 
@@ -103,51 +102,6 @@ TEST_F(OhmUtXrefTextEntityTest, LabelPrefix) {
   entity.setXrefAttPrompt(u"");
   std::u16string value = u" 3.105";
   EXPECT_EQ(entity.removeLabelPrefixFromAttribute(u"XREF", value), 0u);
-}
-
-// The road of one text cross-reference: a coil block in a drawing with its
-// own options in xdata, the factory's override step, then the texts of its
-// three attributes joined with the separator.
-TEST(TextCrossReferenceRoad, FromDrawingEntityToAttributeTexts) {
-  ZdDbDatabase db;
-  ZdDbDrawingBuilder build(db);
-  ZdDbBlockReference* coil = build.insertBlock(u"HCR1", {{u"TAG1", u"CR1"}, {u"XREFNO", u""}, {u"XREFNC", u""}, {u"XREF", u""}});
-  ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_STYLE", u"0");
-  ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_ALTFORMAT", u"%D:%S.%N");
-  ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_TXTBTWN", u"; ");
-  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_FORMAT, u"%S.%N"},
-                                           {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D-%S.%N"},
-                                           {OhmCfgSetting::WD_XREF_STYLE, u"1"},
-                                           {OhmCfgSetting::WD_XREF_TXTBTWN, u","}});
-  OhmUtXrefTextEntity entity(settings);
-  entity.applyEntityOverrides(coil);
-  entity.setHostDwgPath(u"C:\\PROJ\\SHT02.DWG");
-  std::u16string style;
-  ASSERT_TRUE(settings.getSettingValue(OhmCfgSetting::WD_XREF_STYLE, style));
-  EXPECT_EQ(style, u"0");
-  EXPECT_EQ(entity.getStyle(), OhmUtXrefEntity::StyleText);
-
-  std::vector<OhmDsComponentOcc> contacts{Occurrence(8, u"NO"), Occurrence(8, u"NC"), Occurrence(8, u"NONC")};
-  contacts[0].mOccID.mDwgPath = u"c:\\proj\\sht02.dwg";  // same drawing, other case
-  contacts[0].mSheetProperties[OhmDsKeys::SHEET] = u"2";
-  contacts[0].mProperties[OhmDsKeys::REF] = u"104";
-  std::map<std::u16string, std::u16string> joined;
-  for (const char16_t* tag : {u"XREFNO", u"XREFNC", u"XREF"}) {
-    for (const OhmDsComponentOcc& contact : contacts) {
-      std::u16string text;
-      if (!entity.getXrefText(tag, contact, text)) continue;
-      std::u16string& attribute = joined[tag];
-      if (!attribute.empty()) attribute += entity.getSeparator();
-      attribute += text;
-    }
-  }
-  EXPECT_EQ(joined[u"XREFNO"], u"2.104; SHT03:3.105");
-  EXPECT_EQ(joined[u"XREFNC"], u"%%uSHT03:3.105%%u; %%uSHT03:3.105%%u");
-  EXPECT_EQ(joined[u"XREF"], u"2.104; %%uSHT03:3.105%%u; SHT03:3.105");
-
-  // A null drawing entity clears the overrides again.
-  entity.applyEntityOverrides(nullptr);
-  EXPECT_EQ(entity.getSeparator(), u",");
 }
 
 }  // namespace

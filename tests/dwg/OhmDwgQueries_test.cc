@@ -1,0 +1,197 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "ohmutils/dwg/OhmDwgUtils.h"
+#include "support/u16.h"
+#include "zd/ZdDbDatabase_testing.h"
+#include "zd/ZdDbDrawingBuilder.h"
+#include "zd/ZdDocManager_testing.h"
+
+namespace {
+
+// Drawings open in the host; every test ends with none open and nothing left
+// open or alive in the database.
+class DrawingQueries : public ::testing::Test {
+ protected:
+  void TearDown() override {
+    zdDocManagerPtr()->closeAll();
+    zd_testing::clearDatabaseFaults();
+    EXPECT_EQ(zd_testing::openObjectCount(), 0);
+    EXPECT_EQ(zd_testing::liveObjectIterators(), 0);
+    EXPECT_EQ(zd_testing::liveDocumentIterators(), 0);
+  }
+  std::shared_ptr<ZdDbDatabase> open(const std::u16string& fileName) {
+    auto database = std::make_shared<ZdDbDatabase>();
+    zdDocManagerPtr()->addDocument(fileName, database);
+    return database;
+  }
+  static std::vector<std::u16string> names(const OhmDwgUtils::LayoutList& list) {
+    std::vector<std::u16string> out;
+    for (int i = 0; i < list.length(); ++i) out.push_back(list[i].str());
+    return out;
+  }
+};
+
+TEST_F(DrawingQueries, IsDrawingOpenComparesPathsWithoutCase) {
+  open(u"C:\\Proj\\SHT01.dxf");
+  ZdApDocument* odd = zdDocManagerPtr()->addDocument(u"C:/Proj/odd.dxf", nullptr);
+  struct Case {
+    const char16_t* name;
+    bool open;
+  } cases[] = {{u"C:\\Proj\\SHT01.dxf", true}, {u"c:\\proj\\sht01.DXF", true}, {u"C:/Proj/SHT01.dxf", true},
+               {u"C:\\Proj\\SHT02.dxf", false}, {u"C:\\Proj\\odd.dxf", false}, {u"C:/Proj/odd.dxf", false},
+               {u"", false},                     {nullptr, false}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name ? U8(c.name) : "null");
+    ZdApDocument* document = reinterpret_cast<ZdApDocument*>(&cases);  // a marker that must stay unless found
+    EXPECT_EQ(OhmDwgUtils::isDrawingOpen(c.name, &document), c.open);
+    if (c.open) {
+      EXPECT_STREQ(U8(document->fileName()).c_str(), "C:\\Proj\\SHT01.dxf");
+    } else {
+      EXPECT_EQ(document, reinterpret_cast<ZdApDocument*>(&cases));
+    }
+  }
+  EXPECT_TRUE(OhmDwgUtils::isDrawingOpen(u"C:\\PROJ\\SHT01.DXF", nullptr));
+  EXPECT_NE(odd, nullptr);
+  zd_testing::failNextDocumentIterator();
+  EXPECT_FALSE(OhmDwgUtils::isDrawingOpen(u"C:\\Proj\\SHT01.dxf", nullptr));
+}
+
+TEST_F(DrawingQueries, OpenedDatabaseBelongsToItsDocument) {
+  const auto database = open(u"C:\\Proj\\SHT01.dxf");
+  zdDocManagerPtr()->addDocument(u"C:\\Proj\\NoDb.dxf", nullptr);
+  ZdDbDatabase* found = reinterpret_cast<ZdDbDatabase*>(1);
+  EXPECT_TRUE(OhmDwgUtils::getOpenedDwgDatabase(ZdString(u"c:/proj/sht01.dxf"), &found));
+  EXPECT_EQ(found, database.get());
+  EXPECT_FALSE(OhmDwgUtils::getOpenedDwgDatabase(ZdString(u"C:\\Proj\\NoDb.dxf"), &found));
+  EXPECT_EQ(found, nullptr);
+  found = reinterpret_cast<ZdDbDatabase*>(1);
+  EXPECT_FALSE(OhmDwgUtils::getOpenedDwgDatabase(ZdString(u"C:\\Proj\\Other.dxf"), &found));
+  EXPECT_EQ(found, nullptr);
+  EXPECT_FALSE(OhmDwgUtils::getOpenedDwgDatabase(ZdString(u"C:\\Proj\\SHT01.dxf"), nullptr));
+}
+
+TEST_F(DrawingQueries, LayoutsInTabOrderWithoutModel) {
+  struct Layout {
+    std::u16string name;
+    std::int32_t tabOrder;
+  };
+  struct Case {
+    std::vector<Layout> layouts;  // in dictionary order, after a fresh database's none
+    std::vector<std::u16string> listed;
+  } cases[] = {
+      {{{u"Model", 0}, {u"Layout2", 2}, {u"Layout1", 1}}, {u"Layout1", u"Layout2"}},
+      {{{u"MODEL", 3}, {u"model", 4}, {u"Sheet", 5}}, {u"Sheet"}},
+      {{{u"A", 1}, {u"B", 1}}, {u"B"}},
+      {{{u"Neg", -1}, {u"Zero", 0}}, {u"Neg", u"Zero"}},
+      {{{u"Model", 0}}, {}},
+      {{}, {}},
+  };
+  for (const Case& c : cases) {
+    ZdDbDatabase db(false, true);
+    for (const Layout& layout : c.layouts) db.addLayout(layout.name, layout.tabOrder, db.paperSpaceId());
+    OhmDwgUtils::LayoutList list;
+    list.append(ZdString(u"stale"));
+    EXPECT_EQ(OhmDwgUtils::getAllLayoutNames(&db, list), !c.listed.empty());
+    EXPECT_EQ(names(list), c.listed);
+  }
+  OhmDwgUtils::LayoutList list;
+  list.append(ZdString(u"stale"));
+  EXPECT_FALSE(OhmDwgUtils::getAllLayoutNames(static_cast<ZdDbDatabase*>(nullptr), list));
+  EXPECT_TRUE(names(list).empty());
+}
+
+TEST_F(DrawingQueries, LayoutFailuresLeaveTheRestListed) {
+  ZdDbDatabase db(false, true);
+  const ZdDbObjectId broken = db.addLayout(u"Broken", 1, db.paperSpaceId());
+  db.addLayout(u"Fine", 2, db.paperSpaceId());
+  OhmDwgUtils::LayoutList list;
+  zd_testing::failOpenOf(broken);
+  EXPECT_TRUE(OhmDwgUtils::getAllLayoutNames(&db, list));
+  EXPECT_EQ(names(list), std::vector<std::u16string>{u"Fine"});
+  zd_testing::failNextObjectIterator();
+  EXPECT_FALSE(OhmDwgUtils::getAllLayoutNames(&db, list));
+  zd_testing::failOpenOf(db.layoutDictionaryId());
+  EXPECT_FALSE(OhmDwgUtils::getAllLayoutNames(&db, list));
+  EXPECT_TRUE(names(list).empty());
+}
+
+TEST_F(DrawingQueries, LayoutsOfAnOpenDrawingComeFromMemory) {
+  const auto database = open(u"C:\\Proj\\SHT01.dxf");
+  database->addLayout(u"Unsaved", 7, database->paperSpaceId());
+  OhmDwgUtils::LayoutList list;
+  EXPECT_TRUE(OhmDwgUtils::getAllLayoutNames(ZdString(u"c:\\proj\\sht01.dxf"), list));
+  EXPECT_EQ(names(list), (std::vector<std::u16string>{u"Layout1", u"Unsaved"}));
+  // A drawing that is neither open nor readable leaves the list as it was.
+  EXPECT_FALSE(OhmDwgUtils::getAllLayoutNames(ZdString(u"Z:\\no\\such\\drawing.dxf"), list));
+  EXPECT_EQ(names(list), (std::vector<std::u16string>{u"Layout1", u"Unsaved"}));
+}
+
+TEST_F(DrawingQueries, BlocksOfOneKindInBothSpaces) {
+  const auto database = open(u"C:\\Proj\\SHT01.dxf");
+  ZdDbDrawingBuilder build(*database);
+  ZdDbBlockReference* inModel = build.insertBlock(u"X", {{u"TAG1", u"CR1"}});
+  ZdDbBlockReference* inPaper = build.insertBlock(u"Y", {{u"TAG1", u"CR2"}}, database->paperSpaceId());
+  build.insertBlock(u"Z", {{u"TAG2", u"S1"}});
+  // Nested in another block's definition: never listed.
+  build.insertBlock(u"N", {{u"TAG1", u"CR9"}}, build.defineBlock(u"OUTER"));
+  ZdDbBlockReference* erased = build.insertBlock(u"X", {{u"TAG1", u"CR3"}});
+  ZdDbObject* writable = nullptr;
+  ASSERT_EQ(zddbOpenObject(writable, erased->objectId(), ZdDb::kForWrite), Zeda::eOk);
+  writable->erase();
+  writable->close();
+  ZdDbBlockReference* derived = build.insertDerived(u"ThirdPartyInsert", ZdDbBlockReference::desc(), u"PLCIO1");
+  ZdDbBlockReference* plain = build.insertBlock(u"PLAIN");
+  ZdDbTable* table = build.addTable();
+
+  OhmDwgUtils::BlockMap blocks{{ZdDbObjectId(999999), nullptr}};
+  ASSERT_EQ(OhmDwgUtils::getBlocks(u"C:/PROJ/sht01.dxf", blocks, OhmDwgUtils::EntityTag1), Zeda::eOk);
+  EXPECT_EQ(blocks, (OhmDwgUtils::BlockMap{{inModel->objectId(), inModel}, {inPaper->objectId(), inPaper}}));
+  EXPECT_FALSE(inModel->isReadEnabled());
+  // Kind 0 gathers unclaimed references, derived classes (a table too) included.
+  ASSERT_EQ(OhmDwgUtils::getBlocks(u"C:\\Proj\\SHT01.dxf", blocks, OhmDwgUtils::EntityUnknown), Zeda::eOk);
+  EXPECT_EQ(blocks, (OhmDwgUtils::BlockMap{
+                        {derived->objectId(), derived}, {plain->objectId(), plain}, {table->objectId(), table}}));
+}
+
+TEST_F(DrawingQueries, BlocksFailures) {
+  OhmDwgUtils::BlockMap blocks{{ZdDbObjectId(999999), nullptr}};
+  EXPECT_EQ(OhmDwgUtils::getBlocks(u"C:\\Proj\\Closed.dxf", blocks, OhmDwgUtils::EntityTag1), Zeda::eDrawingNotOpen);
+  EXPECT_EQ(static_cast<int>(Zeda::eDrawingNotOpen), 0x16C);
+  EXPECT_TRUE(blocks.empty());
+
+  const auto database = open(u"C:\\Proj\\SHT01.dxf");
+  ZdDbDrawingBuilder build(*database);
+  ZdDbBlockReference* inPaper = build.insertBlock(u"Y", {{u"TAG1", u"CR2"}}, database->paperSpaceId());
+  ZdDbBlockReference* unopenable = build.insertBlock(u"X", {{u"TAG1", u"CR1"}}, database->paperSpaceId());
+  ZdDbBlockReference* inModel = build.insertBlock(u"X", {{u"TAG1", u"CR1"}});
+
+  zd_testing::failOpenOf(database->blockTableId());
+  EXPECT_EQ(OhmDwgUtils::getBlocks(u"C:\\Proj\\SHT01.dxf", blocks, OhmDwgUtils::EntityTag1), Zeda::eOk);
+  EXPECT_TRUE(blocks.empty());
+  zd_testing::clearDatabaseFaults();
+
+  zd_testing::failOpenOf(unopenable->objectId());
+  zd_testing::failOpenOf(database->modelSpaceId());
+  EXPECT_EQ(OhmDwgUtils::getBlocks(u"C:\\Proj\\SHT01.dxf", blocks, OhmDwgUtils::EntityTag1), Zeda::eWasOpenForWrite);
+  EXPECT_EQ(blocks, (OhmDwgUtils::BlockMap{{inPaper->objectId(), inPaper}}));
+  zd_testing::clearDatabaseFaults();
+
+  zd_testing::failNextObjectIterator();
+  EXPECT_EQ(OhmDwgUtils::getBlocks(u"C:\\Proj\\SHT01.dxf", blocks, OhmDwgUtils::EntityTag1), Zeda::eOutOfMemory);
+  EXPECT_TRUE(blocks.empty());
+  EXPECT_NE(inModel, nullptr);
+}
+
+TEST(OhmDwgUtils, HandleStrings) {
+  struct Case {
+    std::uint64_t value;
+    const char16_t* text;
+  } cases[] = {{0, u""}, {0x1, u"h=1"}, {0x2F, u"h=2F"}, {0xABCDEF0123456789ull, u"h=ABCDEF0123456789"}};
+  for (const Case& c : cases) {
+    EXPECT_EQ(OhmDwgUtils::getOhmHandleString(ZdDbHandle(c.value)).str(), std::u16string(c.text)) << c.value;
+  }
+}
+
+}  // namespace

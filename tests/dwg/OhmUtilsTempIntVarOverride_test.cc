@@ -1,0 +1,102 @@
+#include "ohmutils/dwg/OhmUtilsTempIntVarOverride.h"
+
+#include <gtest/gtest.h>
+
+#include "zd/ZdCodes.h"
+
+#include "zd/ZdSysVars.h"
+#include "zd/ZdSysVars_testing.h"
+#include "zd/ZdValueNode.h"
+
+namespace {
+
+// The variable's value as the host holds it, or nullopt when it isn't a short.
+std::optional<short> ShortVar(const char16_t* name) {
+  ZdValueNode* node = zdutNewRb(RTSHORT);
+  const bool isShort = zdedGetVar(name, node) == RTNORM && node->restype == RTSHORT;
+  const short value = node->resval.rint;
+  zdutRelRb(node);
+  return isShort ? std::optional<short>(value) : std::nullopt;
+}
+
+class TempIntVarOverride : public ::testing::Test {
+ protected:
+  void TearDown() override { zd_testing::resetSysVars(); }
+};
+
+TEST_F(TempIntVarOverride, SetsForTheScopeAndRestores) {
+  struct Case {
+    short old;
+    int value;
+    short during;
+  } cases[] = {{1, 0, 0}, {-7, 3, 3}, {5, 5, 5}, {0, 70000, static_cast<short>(70000)}};
+  for (const Case& c : cases) {
+    zd_testing::defineSysVar(u"CMDECHO", c.old);
+    {
+      OhmUtilsTempIntVarOverride scope(ZdString(u"CMDECHO"), c.value);
+      EXPECT_EQ(ShortVar(u"CMDECHO"), c.during) << c.value;
+    }
+    EXPECT_EQ(ShortVar(u"CMDECHO"), c.old) << c.value;
+  }
+}
+
+TEST_F(TempIntVarOverride, NestedScopesEndInReverseOrder) {
+  zd_testing::defineSysVar(u"OSMODE", short{4});
+  {
+    OhmUtilsTempIntVarOverride outer(ZdString(u"OSMODE"), 1);
+    {
+      OhmUtilsTempIntVarOverride inner(ZdString(u"osmode"), 2);
+      EXPECT_EQ(ShortVar(u"OSMODE"), 2);
+    }
+    EXPECT_EQ(ShortVar(u"OSMODE"), 1);
+  }
+  EXPECT_EQ(ShortVar(u"OSMODE"), 4);
+}
+
+TEST_F(TempIntVarOverride, CopiesRestoreToo) {
+  zd_testing::defineSysVar(u"OSMODE", short{4});
+  {
+    OhmUtilsTempIntVarOverride first(ZdString(u"OSMODE"), 1);
+    OhmUtilsTempIntVarOverride copy(first);
+    zd_testing::defineSysVar(u"FILEDIA", short{0});
+    OhmUtilsTempIntVarOverride assigned(ZdString(u"FILEDIA"), 1);
+    assigned = first;
+    EXPECT_EQ(ShortVar(u"OSMODE"), 1);  // copying touched nothing
+    EXPECT_EQ(ShortVar(u"FILEDIA"), 1);
+  }
+  EXPECT_EQ(ShortVar(u"OSMODE"), 4);
+  EXPECT_EQ(ShortVar(u"FILEDIA"), 1);  // `assigned` took first's name and restored OSMODE instead
+}
+
+TEST_F(TempIntVarOverride, UnreadableVariableIsSetButNotRestored) {
+  zd_testing::defineSysVar(u"LUPREC", 2.5);
+  { OhmUtilsTempIntVarOverride scope(ZdString(u"LUPREC"), 3); }
+  EXPECT_EQ(ShortVar(u"LUPREC"), std::nullopt);
+
+  zd_testing::defineSysVar(u"MENUNAME", std::u16string(u"acad"));
+  { OhmUtilsTempIntVarOverride scope(ZdString(u"MENUNAME"), 3); }
+
+  zd_testing::defineSysVar(u"CMDECHO", short{1});
+  zd_testing::failNextGetVar();
+  {
+    OhmUtilsTempIntVarOverride scope(ZdString(u"CMDECHO"), 0);
+    EXPECT_EQ(ShortVar(u"CMDECHO"), 0);
+  }
+  EXPECT_EQ(ShortVar(u"CMDECHO"), 0);  // nothing to give back
+}
+
+TEST_F(TempIntVarOverride, FailedSetStillRestores) {
+  zd_testing::defineSysVar(u"CMDECHO", short{1});
+  zd_testing::failNextSetVar();
+  {
+    OhmUtilsTempIntVarOverride scope(ZdString(u"CMDECHO"), 0);
+    EXPECT_EQ(ShortVar(u"CMDECHO"), 1);
+    ASSERT_EQ(zdedSetVar(u"CMDECHO", nullptr), RTREJ);
+  }
+  EXPECT_EQ(ShortVar(u"CMDECHO"), 1);
+  zd_testing::defineSysVar(u"DWGTITLED", short{0}, true);
+  { OhmUtilsTempIntVarOverride scope(ZdString(u"DWGTITLED"), 1); }
+  EXPECT_EQ(ShortVar(u"DWGTITLED"), 0);
+}
+
+}  // namespace

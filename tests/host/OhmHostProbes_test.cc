@@ -1,0 +1,206 @@
+// The module's probes and resource libraries: its folder, loading and
+// unloading resource libraries, the main module's version, the system's
+// version and the themed look.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "HostTestSupport.h"
+#include "ohmutils/host/OhmGetBuildVersion.h"
+#include "ohmutils/host/OhmOSVersion.h"
+#include "ohmutils/host/OhmResDll.h"
+#include "support/u16.h"
+#include "win/FormatMessage_testing.h"
+#include "win/MessageBox.h"
+#include "win/Module_testing.h"
+#include "win/NetWksta_testing.h"
+#include "win/Resource.h"
+#include "win/UiSink_testing.h"
+#include "win/WinError.h"
+#include "zd/CZdUiVisualStyles_testing.h"
+#include "zd/ZdCodes.h"
+#include "zd/ZdEnv.h"
+#include "zd/ZdEnv_testing.h"
+
+namespace {
+
+using host_test::TempFolder;
+using host_test::Windows;
+namespace fs = std::filesystem;
+
+const fs::path kLibraryDir = OHM_LIBRARY_DIR;
+
+// --- module folder and resource libraries ----------------------------------------
+
+TEST(GenerateProgramDir, LoadedModuleGivesItsFolderAndOtherNamesTheProgramsFolder) {
+  CString folder(u"old");
+  GenerateProgramDir(folder, u"OhmUtils.dll");
+  EXPECT_EQ(folder.str(), Windows(kLibraryDir));
+  GenerateProgramDir(folder, u"NotLoadedHere.dll");
+  EXPECT_EQ(folder.str(), Windows(fs::read_symlink("/proc/self/exe").parent_path()));
+}
+
+TEST(LoadResDll, LoadsFromBesideTheModuleAndUnloads) {
+  const long before = win_testing::loadedLibraryCount();
+  const HINSTANCE audit = LoadResDll(u"OhmUtils.dll", u"OhmAuditRes.dll");
+  ASSERT_NE(audit, nullptr);
+  EXPECT_EQ(win_testing::loadedLibraryPaths().back(), (kLibraryDir / "libOhmAuditRes.so").string());
+  char16_t caption[260] = u"";
+  EXPECT_GT(LoadStringW(audit, 139, caption, 260), 0);
+  UnloadResDll(audit);
+  EXPECT_EQ(win_testing::loadedLibraryCount(), before);
+  UnloadResDll(nullptr);
+  EXPECT_EQ(win_testing::loadedLibraryCount(), before);
+}
+
+TEST(LoadResDll, MissingLibraryShowsOneStopBoxAndGivesNull) {
+  win_testing::RecordingUiSink ui;
+  const long blocks = win_testing::liveLocalBlocks();
+  EXPECT_EQ(LoadResDll(u"OhmUtils.dll", u"NoSuchRes.dll"), nullptr);
+  ASSERT_EQ(ui.boxes().size(), 1u);
+  EXPECT_EQ(ui.boxes()[0].caption, u"Load Error");
+  EXPECT_EQ(ui.boxes()[0].text, u"Error loading NoSuchRes.dll.\nThe specified module could not be found.\r\n");
+  EXPECT_EQ(ui.boxes()[0].type, MB_OK | MB_ICONSTOP);
+  EXPECT_EQ(ui.boxes()[0].owner, nullptr);
+  EXPECT_EQ(win_testing::liveLocalBlocks(), blocks);  // the system text was freed
+}
+
+TEST(LoadResDll, UnloadedModuleLooksInTheProgramsFolderThenTheSearchPath) {
+  win_testing::RecordingUiSink ui;
+  // Neither the program's folder nor the search path has the library.
+  EXPECT_EQ(LoadResDll(u"NotLoadedHere.dll", u"OhmUtilsRes.dll"), nullptr);
+  EXPECT_EQ(ui.boxes().size(), 1u);
+}
+
+// --- the main module's version ---------------------------------------------------------
+
+class BuildVersion : public ::testing::Test {
+ protected:
+  void TearDown() override { zd_testing::resetEnv(); }
+  void SearchPath(const std::u16string& folders) { ASSERT_EQ(zdedSetEnv(u"ZEDA", folders.c_str()), RTNORM); }
+  TempFolder mEmpty, mFolder;
+};
+
+TEST_F(BuildVersion, FileVersionOfTheMainModuleOnTheSearchPath) {
+  fs::copy_file(OHM_TEST_MAIN_MODULE, mFolder / "ohmmain.dll");
+  SearchPath(Windows(mEmpty.path()) + u";" + Windows(mFolder.path()));
+  CString version(u"before");
+  EXPECT_TRUE(OhmGetBuildVersion(version));
+  EXPECT_EQ(version, u"23.1.47.0");
+}
+
+TEST_F(BuildVersion, NoVersionLeavesTheOutputAlone) {
+  struct Case {
+    const char* label;
+    std::function<void(const fs::path&)> place;
+  };
+  const Case cases[] = {
+      {"not on the search path", [](const fs::path&) {}},
+      {"not a module", [](const fs::path& file) { std::ofstream(file) << "MZ not really\n"; }},
+      {"module without version block",
+       [](const fs::path& file) { fs::copy_file(OHM_TEST_PLAIN_MODULE, file); }},
+  };
+  SearchPath(Windows(mFolder.path()));
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.label);
+    fs::remove(mFolder / "ohmmain.dll");
+    c.place(mFolder / "ohmmain.dll");
+    CString version(u"kept");
+    EXPECT_FALSE(OhmGetBuildVersion(version));
+    EXPECT_EQ(version, u"kept");
+  }
+}
+
+// --- the system's version and the themed look ----------------------------------------------
+
+class OSVersion : public ::testing::Test {
+ protected:
+  void TearDown() override {
+    win_testing::clearWorkstationVersion();
+    win_testing::failNetWkstaGetInfo(NERR_Success);
+    zd_testing::setAppThemed(0);
+    EXPECT_EQ(win_testing::liveNetApiBuffers(), 0);
+  }
+};
+
+TEST_F(OSVersion, VistaOrLaterFromMajorVersionOnly) {
+  struct Case {
+    DWORD major, minor;
+    bool vistaOrLater;
+  };
+  for (const Case& c : {Case{5, 2, false}, Case{6, 0, true}, Case{10, 0, true}, Case{0, 9, false}}) {
+    SCOPED_TRACE(std::to_string(c.major) + "." + std::to_string(c.minor));
+    win_testing::setWorkstationVersion(c.major, c.minor);
+    OhmOSVersion os;
+    unsigned major = 99, minor = 99;
+    os.GetOsVersion(major, minor);
+    EXPECT_EQ(major, c.major);
+    EXPECT_EQ(minor, c.minor);
+    EXPECT_EQ(os.IsVistaOrLaterOS(), c.vistaOrLater);
+    EXPECT_EQ(os.IsVistaOrLater(), c.vistaOrLater);
+  }
+}
+
+TEST_F(OSVersion, ProbesOnceThenKeepsAndCopiesCarryIt) {
+  win_testing::setWorkstationVersion(6, 1);
+  OhmOSVersion os;
+  const long calls = win_testing::netWkstaGetInfoCalls();
+  os.GetStaticVersionInfo();
+  os.GetStaticVersionInfo();
+  EXPECT_EQ(win_testing::netWkstaGetInfoCalls(), calls + 1);
+  win_testing::setWorkstationVersion(5, 0);  // the machine "changes"; the object doesn't
+  OhmOSVersion copy;
+  copy = os;
+  unsigned major = 0, minor = 0;
+  copy.GetOsVersion(major, minor);
+  EXPECT_EQ(major, 6u);
+  EXPECT_EQ(minor, 1u);
+  EXPECT_EQ(win_testing::netWkstaGetInfoCalls(), calls + 1);
+}
+
+TEST_F(OSVersion, FailedProbeGivesZerosAndIsRetried) {
+  win_testing::setWorkstationVersion(10, 0);
+  win_testing::failNetWkstaGetInfo(ERROR_ACCESS_DENIED);
+  OhmOSVersion os;
+  unsigned major = 7, minor = 7;
+  os.GetOsVersion(major, minor);
+  EXPECT_EQ(major, 0u);
+  EXPECT_EQ(minor, 0u);
+  EXPECT_FALSE(os.IsVistaOrLaterOS());
+  win_testing::failNetWkstaGetInfo(NERR_Success);
+  EXPECT_TRUE(os.IsVistaOrLaterOS());
+}
+
+TEST_F(OSVersion, RealKernelVersion) {
+  std::ifstream release("/proc/sys/kernel/osrelease");
+  unsigned kernelMajor = 0, kernelMinor = 0;
+  char dot = 0;
+  ASSERT_TRUE(release >> kernelMajor >> dot >> kernelMinor);
+  OhmOSVersion os;
+  unsigned major = 0, minor = 0;
+  os.GetOsVersion(major, minor);
+  EXPECT_EQ(major, kernelMajor);
+  EXPECT_EQ(minor, kernelMinor);
+}
+
+TEST_F(OSVersion, ThemedOnlyForExactlyOneAndNotAskedBeforeVista) {
+  struct Case {
+    DWORD major;
+    int themed;
+    bool isThemed, vistaTheme;
+    long queries;  // of IsVistaTheme
+  };
+  for (const Case& c : {Case{10, 1, true, true, 1}, Case{10, 0, false, false, 1}, Case{10, 2, false, false, 1},
+                        Case{5, 1, true, false, 0}}) {
+    SCOPED_TRACE(std::to_string(c.major) + " themed " + std::to_string(c.themed));
+    win_testing::setWorkstationVersion(c.major, 0);
+    zd_testing::setAppThemed(c.themed);
+    OhmOSVersion os;
+    EXPECT_EQ(os.IsThemed(), c.isThemed);
+    const long queries = zd_testing::appThemedQueries();
+    EXPECT_EQ(os.IsVistaTheme(), c.vistaTheme);
+    EXPECT_EQ(zd_testing::appThemedQueries() - queries, c.queries);
+  }
+}
+
+}  // namespace

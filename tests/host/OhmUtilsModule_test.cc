@@ -1,0 +1,166 @@
+// The module entry through the host's module loader: what attach takes and
+// registers, what detach gives back, and where the resource library is found.
+#include "ohmutils/host/OhmUtilsModule.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "HostTestSupport.h"
+#include "mfc/AfxExtensionModule_testing.h"
+#include "support/u16.h"
+#include "win/LastError.h"
+#include "win/Module.h"
+#include "win/Module_testing.h"
+#include "win/WinError.h"
+#include "zd/ZdCodes.h"
+#include "zd/ZdDocManager.h"
+#include "zd/ZdLisp.h"
+#include "zd/ZdLispEval.h"
+#include "zd/ZdLisp_testing.h"
+#include "zd/ZdModuleLoader.h"
+
+namespace {
+
+using host_test::Child;
+using host_test::TempFolder;
+using host_test::Windows;
+namespace fs = std::filesystem;
+
+const fs::path kLibraryDir = OHM_LIBRARY_DIR;
+
+class ModuleLoad : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    zd_testing::resetLisp();
+    mDocument = zdDocManagerPtr()->addDocument(u"\\tmp\\module.dwg", nullptr);
+    mLibraries = win_testing::loadedLibraryCount();
+    mDynLinkLibraries = mfc_testing::liveDynLinkLibraries();
+  }
+  void TearDown() override {
+    if (mDocument) zdDocManagerPtr()->closeDocument(mDocument);
+    zd_testing::resetLisp();
+    EXPECT_EQ(win_testing::loadedLibraryCount(), mLibraries) << "libraries left loaded";
+    EXPECT_EQ(mfc_testing::liveDynLinkLibraries(), mDynLinkLibraries);
+  }
+  // Records the expressions given to "veval-str+" and answers T.
+  void RecordEvaluations() {
+    zd_testing::defineLispFunction(u"veval-str+", [this](const ZdValueNode* args, ZdValueNode** reply) {
+      mExpressions.push_back(args && args->restype == RTSTR ? args->resval.rstring : u"?");
+      *reply = zdutNewRb(RTT);
+      return RTNORM;
+    });
+  }
+  static HMODULE Load() { return zdLoadModule(Windows(kLibraryDir / "OhmUtils.dll").c_str()); }
+
+  ZdApDocument* mDocument = nullptr;
+  long mLibraries = 0;
+  long mDynLinkLibraries = 0;
+  std::vector<std::u16string> mExpressions;
+};
+
+TEST_F(ModuleLoad, AttachTakesTheResourceLibraryAndRegistersTheLispNames) {
+  RecordEvaluations();
+  const HMODULE module = Load();
+  ASSERT_NE(module, nullptr);
+  EXPECT_EQ(mExpressions, (std::vector<std::u16string>{u"(vl-zeda-defun ' wdupda_chkdwglockstatus_internal)",
+                                                       u"(vl-zeda-defun 'c:ohm_upd_unlock_dwgs)",
+                                                       u"(vl-zeda-defun 'wd_mdb2_WFRM2ALL_verify)"}));
+  EXPECT_EQ(win_testing::loadedLibraryCount(), mLibraries + 2);  // the module and its resource library
+  const auto paths = win_testing::loadedLibraryPaths();
+  EXPECT_NE(std::find(paths.begin(), paths.end(), (kLibraryDir / "libOhmUtilsRes.so").string()), paths.end());
+  EXPECT_EQ(mfc_testing::liveDynLinkLibraries(), mDynLinkLibraries + 1);
+  EXPECT_TRUE(zdUnloadModule(module));
+  EXPECT_FALSE(zdUnloadModule(module));
+}
+
+TEST_F(ModuleLoad, TheHostsLispLearnsTheNames) {
+  const HMODULE module = Load();
+  ASSERT_NE(module, nullptr);
+  const std::vector<std::u16string> names = zdLispDefunNames();
+  for (const char16_t* name : {u"wdupda_chkdwglockstatus_internal", u"c:ohm_upd_unlock_dwgs", u"wd_mdb2_WFRM2ALL_verify"}) {
+    SCOPED_TRACE(U8(name));
+    EXPECT_NE(std::find(names.begin(), names.end(), name), names.end());
+  }
+  zdUnloadModule(module);
+}
+
+TEST_F(ModuleLoad, WithoutCurrentDocumentAttachSucceedsAndRegistersNothing) {
+  zdDocManagerPtr()->closeDocument(mDocument);
+  mDocument = nullptr;
+  RecordEvaluations();
+  const HMODULE module = Load();
+  ASSERT_NE(module, nullptr);
+  EXPECT_TRUE(mExpressions.empty());
+  EXPECT_EQ(zd_testing::lispCallCount(), 0);
+  zdUnloadModule(module);
+}
+
+TEST_F(ModuleLoad, FailedExtensionSetUpFailsTheLoadAndReleasesTheResourceLibrary) {
+  RecordEvaluations();
+  mfc_testing::failNextInitExtensionModule();
+  EXPECT_EQ(Load(), nullptr);
+  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_DLL_INIT_FAILED));
+  EXPECT_TRUE(mExpressions.empty());
+  // TearDown checks that the resource library went with the module.
+}
+
+TEST_F(ModuleLoad, ThreadNotificationsChangeNothing) {
+  const HMODULE self = GetModuleHandleW(u"OhmUtils.dll");
+  ASSERT_NE(self, nullptr);
+  EXPECT_TRUE(DllMain(self, DLL_THREAD_ATTACH, nullptr));
+  EXPECT_TRUE(DllMain(self, DLL_THREAD_DETACH, nullptr));
+  EXPECT_EQ(zd_testing::lispCallCount(), 0);
+}
+
+// --- where the resource library comes from, in a host of its own -------------------
+
+struct PlacementCase {
+  const char* label;
+  bool besideModule;
+  bool onSearchPath;
+  const char* expectedFolder;  // "module", "search" or null for a failed load
+};
+
+class ResourcePlacement : public ::testing::TestWithParam<PlacementCase> {};
+
+TEST_P(ResourcePlacement, FoundBesideTheModuleBeforeTheSearchPath) {
+  const PlacementCase& c = GetParam();
+  TempFolder moduleFolder, searchFolder;
+  fs::copy_file(kLibraryDir / "libOhmUtils.so", moduleFolder / "libOhmUtils.so");
+  if (c.besideModule) fs::copy_file(kLibraryDir / "libOhmUtilsRes.so", moduleFolder / "libOhmUtilsRes.so");
+  if (c.onSearchPath) fs::copy_file(kLibraryDir / "libOhmUtilsRes.so", searchFolder / "libOhmUtilsRes.so");
+
+  Child host(OHM_MODULE_HOST, {(moduleFolder / "libOhmUtils.so").string()},
+             {"LD_LIBRARY_PATH=" + searchFolder.path().string()});
+  ASSERT_TRUE(host.started());
+  const std::string all = host.readAll();
+  const int exitCode = host.wait();
+  SCOPED_TRACE(all);
+
+  if (!c.expectedFolder) {
+    EXPECT_EQ(exitCode, 3);
+    EXPECT_NE(all.find("[Load Error] Error loading OhmUtilsRes.dll.\nThe specified module could not be found."),
+              std::string::npos);
+    EXPECT_NE(all.find("load failed " + std::to_string(ERROR_DLL_INIT_FAILED)), std::string::npos);
+    return;
+  }
+  EXPECT_EQ(exitCode, 0);
+  const fs::path folder = std::string(c.expectedFolder) == "module" ? moduleFolder.path() : searchFolder.path();
+  EXPECT_NE(all.find("loaded " + (folder / "libOhmUtilsRes.so").string() + "\n"), std::string::npos);
+  EXPECT_NE(all.find("unloaded 0"), std::string::npos);
+  EXPECT_EQ(all.find("Load Error"), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(Placements, ResourcePlacement,
+                         ::testing::Values(PlacementCase{"both", true, true, "module"},
+                                           PlacementCase{"beside only", true, false, "module"},
+                                           PlacementCase{"search path only", false, true, "search"},
+                                           PlacementCase{"nowhere", false, false, nullptr}),
+                         [](const auto& placement) {
+                           std::string name = placement.param.label;
+                           std::replace(name.begin(), name.end(), ' ', '_');
+                           return name;
+                         });
+
+}  // namespace

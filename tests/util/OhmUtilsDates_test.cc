@@ -1,0 +1,156 @@
+#include "ohmutils/util/OhmUtilsDates.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <ctime>
+#include <regex>
+#include <string>
+
+#include "support/ScopedLocale.h"
+#include "support/TempFolder.h"
+#include "support/u16.h"
+#include "win/LocaleFunctions_testing.h"
+#include "win/WinError.h"
+
+namespace {
+
+constexpr SYSTEMTIME kAfternoon{2017, 3, 0, 5, 14, 7, 9, 0};  // 5 March 2017, 14:07:09
+
+TEST(FormatDate, ReplacesOrAppendsWithOneBlank) {
+  ScopedLocale locale("de_DE.UTF-8");
+  CString output(u"x");
+  FormatDate(&kAfternoon, output, true, DATE_SHORTDATE, nullptr);
+  EXPECT_EQ(output, u"x 05.03.2017");
+  FormatDate(&kAfternoon, output, false, 0, u"yyyyMMdd");
+  EXPECT_EQ(output, u"20170305");
+  FormatTime(&kAfternoon, output, true, 0, u"HHmmss");
+  EXPECT_EQ(output, u"20170305 140709");
+  FormatTime(&kAfternoon, output, false, 0, nullptr);
+  EXPECT_EQ(output, u"14:07:09");
+}
+
+TEST(FormatDate, AFailingFormatGivesTheEmptyText) {
+  ScopedLocale locale("en_US");
+  CString output(u"x");
+  win_testing::failNextGetDateFormat(ERROR_INVALID_PARAMETER);
+  FormatDate(&kAfternoon, output, true, DATE_SHORTDATE, nullptr);
+  EXPECT_EQ(output, u"x ");
+  win_testing::failNextGetTimeFormat(ERROR_INVALID_PARAMETER);
+  FormatTime(&kAfternoon, output, false, 0, nullptr);
+  EXPECT_EQ(output, u"");
+  const SYSTEMTIME february30{2017, 2, 0, 30, 0, 0, 0, 0};
+  output = u"x";
+  FormatDate(&february30, output, false, 0, u"yyyy");
+  EXPECT_EQ(output, u"");
+}
+
+TEST(GetLocaleDateTime, IsTheShortDateABlankAndTheDefaultTimeOfNow) {
+  ScopedLocale locale("en_US");
+  CString output(u"old");
+  GetLocaleDateTime(output);
+  const std::regex form(R"(\d{1,2}/\d{1,2}/\d{4} \d{1,2}:\d{2}:\d{2} (AM|PM))");
+  EXPECT_TRUE(std::regex_match(U8(output.str()), form)) << U8(output.str());
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  EXPECT_NE(output.Find(U16(std::to_string(local.tm_year + 1900)).c_str()), -1);
+}
+
+// A file in a temporary folder whose last write was at the given local time.
+class FileTimeTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_FALSE(mTemp.posix().empty());
+    mTemp.makeFile("sheet.dwg");
+    setLocalWriteTime("sheet.dwg", 2017, 3, 5, 14, 7, 9);
+  }
+  void setLocalWriteTime(const std::string& name, int year, int month, int day, int hour, int minute, int second) {
+    std::tm local{};
+    local.tm_year = year - 1900, local.tm_mon = month - 1, local.tm_mday = day;
+    local.tm_hour = hour, local.tm_min = minute, local.tm_sec = second, local.tm_isdst = -1;
+    setWriteTime(name, std::mktime(&local));
+  }
+  void setWriteTime(const std::string& name, std::time_t time) {
+    const timespec times[2] = {{time, 0}, {time, 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, mTemp.posix(name).c_str(), times, 0), 0);
+  }
+  std::u16string path(const std::string& name = "sheet.dwg") const { return mTemp.windows(name); }
+  ScopedLocale mLocale{"en_US.UTF-8"};
+  TempFolder mTemp;
+};
+
+TEST_F(FileTimeTest, ModeChoosesDateTimeOrBoth) {
+  struct Case { int mode; const char16_t* expected; } cases[] = {
+      {0, u"3/5/2017 2:07:09 PM"}, {1, u"3/5/2017 2:07:09 PM"}, {7, u"3/5/2017 2:07:09 PM"},
+      {2, u"3/5/2017"},            {3, u"2:07:09 PM"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.mode);
+    CString output(u"old text");
+    GetFileLocaleDateTime(path().c_str(), output, c.mode, nullptr);
+    EXPECT_EQ(output, c.expected);
+  }
+}
+
+TEST_F(FileTimeTest, StampIsFourteenDigitsInTheLocalTime) {
+  CString output, stamp(u"old");
+  GetFileLocaleDateTime(path().c_str(), output, 2, &stamp);
+  EXPECT_EQ(stamp, u"20170305140709");
+  EXPECT_EQ(output, u"3/5/2017");
+  ScopedLocale german("de_DE");  // the stamp doesn't follow the locale
+  GetFileLocaleDateTime(path().c_str(), output, 0, &stamp);
+  EXPECT_EQ(stamp, u"20170305140709");
+  EXPECT_EQ(output, u"05.03.2017 14:07:09");
+}
+
+TEST_F(FileTimeTest, WildcardsTakeTheFirstMatch) {
+  mTemp.makeFile("a.dwg");
+  setLocalWriteTime("a.dwg", 2001, 1, 2, 3, 4, 5);
+  CString output, stamp;
+  GetFileLocaleDateTime((mTemp.windows() + u"\\*.dwg").c_str(), output, 0, &stamp);
+  EXPECT_EQ(stamp, u"20010102030405");
+}
+
+TEST_F(FileTimeTest, NothingChangesWithoutAFileOrALocalTime) {
+  mTemp.makeFile("old.dwg");
+  setWriteTime("old.dwg", -86400 * 400);  // 1968
+  const std::u16string missing = path("missing.dwg"), old = path("old.dwg");
+  struct Case { const char* what; const char16_t* path; } cases[] = {
+      {"null path", nullptr}, {"empty path", u""}, {"missing file", missing.c_str()},
+      {"unmapped drive", u"Q:\\sheet.dwg"}, {"written before 1970", old.c_str()},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    CString output(u"output"), stamp(u"stamp");
+    GetFileLocaleDateTime(c.path, output, 0, &stamp);
+    EXPECT_EQ(output, u"output");
+    EXPECT_EQ(stamp, u"stamp");
+  }
+}
+
+TEST(LocaleSeparators, FollowTheLocaleAndFallBackWhenTheQueryFails) {
+  struct Case { const char* locale; const char16_t* decimal; const char16_t* list; } cases[] = {
+      {"en_US.UTF-8", u".", u","}, {"de_DE.UTF-8", u",", u";"}, {"ja_JP.UTF-8", u".", u","},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.locale);
+    ScopedLocale locale(c.locale);
+    CString decimal(u"old"), list(u"old");
+    GetLocaleDecimalSep(decimal);
+    GetLocaleListSep(list);
+    EXPECT_EQ(decimal, c.decimal);
+    EXPECT_EQ(list, c.list);
+  }
+  ScopedLocale german("de_DE.UTF-8");
+  CString separator;
+  win_testing::failNextGetLocaleInfo(ERROR_INVALID_PARAMETER);
+  GetLocaleDecimalSep(separator);
+  EXPECT_EQ(separator, u".");
+  win_testing::failNextGetLocaleInfo(ERROR_INVALID_PARAMETER);
+  GetLocaleListSep(separator);
+  EXPECT_EQ(separator, u",");
+}
+
+}  // namespace

@@ -1,0 +1,131 @@
+#include "ohmutils/xref/OhmUtXrefEntityFactory.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+#include "ContactOcc.h"
+#include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
+#include "ohmutils/xref/OhmUtXrefTableEntity.h"
+#include "support/u16.h"
+#include "zd/ZdDbDrawingBuilder.h"
+
+namespace {
+
+using Map = OhmNoRxUtilsSettingOverride::SettingMap;
+
+class OhmUtXrefEntityFactoryTest : public ::testing::Test {
+ protected:
+  // A coil block with the given style and pin list records (nullopt: none).
+  ZdDbBlockReference* coil(std::optional<std::u16string> style, std::optional<std::u16string> pinList = {}) {
+    ZdDbBlockReference* reference = mBuild.insertBlock(u"HCR1");
+    if (style) ZdDbDrawingBuilder::setOptionXData(*reference, u"KVA_WD_XREF_STYLE", *style);
+    if (pinList) ZdDbDrawingBuilder::setOptionXData(*reference, u"KVA_WD_PINLIST", *pinList);
+    return reference;
+  }
+  std::u16string option60(const OhmNoRxUtilsSettingOverride& settings) {
+    std::u16string value = u"(absent)";
+    settings.getSettingValue(OhmCfgSetting::WD_XREF_STYLE, value);
+    return value;
+  }
+
+  ZdDbDatabase mDb;
+  ZdDbDrawingBuilder mBuild{mDb};
+};
+
+TEST_F(OhmUtXrefEntityFactoryTest, StyleFromXDataThenOption60) {
+  struct Case {
+    std::optional<std::u16string> xdata;
+    std::optional<std::u16string> setting;
+    std::optional<OhmUtXrefEntity::Style> made;
+  } cases[] = {
+      {u"1", u"2", OhmUtXrefEntity::StyleGraphic},
+      {u"2", std::nullopt, OhmUtXrefEntity::StyleTable},
+      {u"0", u"1", OhmUtXrefEntity::StyleText},
+      {u"", u"2", OhmUtXrefEntity::StyleTable},
+      {std::nullopt, u"1", OhmUtXrefEntity::StyleGraphic},
+      {u"7", u"0", std::nullopt},  // a non-empty value stands, option 60 is not asked
+      {u" 1", u"1", std::nullopt},
+      {u"", std::nullopt, std::nullopt},
+      {std::nullopt, std::nullopt, std::nullopt},
+      {std::nullopt, u"", std::nullopt},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.xdata ? U8(*c.xdata) : "no xdata");
+    Map map;
+    if (c.setting) map[OhmCfgSetting::WD_XREF_STYLE] = *c.setting;
+    OhmNoRxUtilsSettingOverride settings(map);
+    std::unique_ptr<OhmUtXrefEntity> made(OhmUtXrefEntityFactory::getXrefEntity(coil(c.xdata), settings));
+    ASSERT_EQ(made != nullptr, c.made.has_value());
+    if (!made) continue;
+    EXPECT_EQ(made->getStyle(), *c.made);
+    const bool rightClass = (*c.made == OhmUtXrefEntity::StyleText && dynamic_cast<OhmUtXrefTextEntity*>(made.get())) ||
+                            (*c.made == OhmUtXrefEntity::StyleTable && dynamic_cast<OhmUtXrefTableEntity*>(made.get())) ||
+                            (*c.made == OhmUtXrefEntity::StyleGraphic && dynamic_cast<OhmUtXrefGraphicEntity*>(made.get()) &&
+                             !dynamic_cast<OhmUtXrefTableEntity*>(made.get()));
+    EXPECT_TRUE(rightClass);
+  }
+}
+
+TEST_F(OhmUtXrefEntityFactoryTest, NullEntityMakesNothingAndLeavesTheOverrides) {
+  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_STYLE, u"0"}});
+  delete OhmUtXrefEntityFactory::getXrefEntity(coil(u"2"), settings);
+  EXPECT_EQ(option60(settings), u"2");
+  EXPECT_EQ(OhmUtXrefEntityFactory::getXrefEntity(nullptr, settings), nullptr);
+  EXPECT_EQ(OhmUtXrefEntityFactory::getXrefTextEntity(nullptr, settings), nullptr);
+  EXPECT_EQ(OhmUtXrefEntityFactory::getXrefEntity(coil(u"9"), settings), nullptr);
+  EXPECT_EQ(option60(settings), u"2");
+}
+
+TEST_F(OhmUtXrefEntityFactoryTest, StyleIsDecidedBeforeTheEntityOverridesApply) {
+  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_STYLE, u"0"}});
+  std::unique_ptr<OhmUtXrefEntity> first(OhmUtXrefEntityFactory::getXrefEntity(coil(u"2"), settings));
+  // The second entity has no style of its own and sees the first's override.
+  std::unique_ptr<OhmUtXrefEntity> second(OhmUtXrefEntityFactory::getXrefEntity(coil(std::nullopt), settings));
+  ASSERT_TRUE(first && second);
+  EXPECT_EQ(second->getStyle(), OhmUtXrefEntity::StyleTable);
+  EXPECT_EQ(option60(settings), u"0");  // and its own overrides replaced the first's
+  settings.clearOverride();
+  std::unique_ptr<OhmUtXrefEntity> third(OhmUtXrefEntityFactory::getXrefEntity(coil(std::nullopt), settings));
+  EXPECT_EQ(third->getStyle(), OhmUtXrefEntity::StyleText);
+}
+
+TEST_F(OhmUtXrefEntityFactoryTest, TextEntityWhateverTheStyleSays) {
+  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_STYLE, u"0"}});
+  std::unique_ptr<OhmUtXrefTextEntity> text(OhmUtXrefEntityFactory::getXrefTextEntity(coil(u"2"), settings));
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(text->getStyle(), OhmUtXrefEntity::StyleText);
+  EXPECT_EQ(option60(settings), u"2");
+  OhmNoRxUtilsSettingOverride empty;
+  std::unique_ptr<OhmUtXrefTextEntity> plain(OhmUtXrefEntityFactory::getXrefTextEntity(coil(u"x"), empty));
+  EXPECT_NE(plain, nullptr);
+  EXPECT_EQ(option60(empty), u"(absent)");
+}
+
+TEST_F(OhmUtXrefEntityFactoryTest, PinListReachesGraphicAndTableObjects) {
+  const OhmDsComponentOcc partial = xref_test::Contact(u"NO", {{u"1", u"11"}, {u"2", u"14"}});
+  OhmNoRxUtilsSettingOverride settings;
+  for (const char16_t* style : {u"1", u"2"}) {
+    SCOPED_TRACE(U8(style));
+    std::unique_ptr<OhmUtXrefEntity> with(OhmUtXrefEntityFactory::getXrefEntity(coil(style, u"3,11,14,12"), settings));
+    std::unique_ptr<OhmUtXrefEntity> without(OhmUtXrefEntityFactory::getXrefEntity(coil(style), settings));
+    EXPECT_TRUE(dynamic_cast<OhmUtXrefGraphicEntity&>(*with).isPartialFormCContact(partial));
+    EXPECT_FALSE(dynamic_cast<OhmUtXrefGraphicEntity&>(*without).isPartialFormCContact(partial));
+  }
+}
+
+TEST_F(OhmUtXrefEntityFactoryTest, ObjectsOverOneOptionSetSeeTheLastEntitysOptions) {
+  ZdDbBlockReference* a = coil(u"0");
+  ZdDbBlockReference* b = coil(u"0");
+  ZdDbDrawingBuilder::setOptionXData(*a, u"KVA_WD_XREF_TXTBTWN", u";");
+  ZdDbDrawingBuilder::setOptionXData(*b, u"KVA_WD_XREF_TXTBTWN", u"/");
+  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_TXTBTWN, u","}});
+  std::unique_ptr<OhmUtXrefTextEntity> first(OhmUtXrefEntityFactory::getXrefTextEntity(a, settings));
+  EXPECT_EQ(first->getSeparator(), u";");
+  std::unique_ptr<OhmUtXrefTextEntity> second(OhmUtXrefEntityFactory::getXrefTextEntity(b, settings));
+  EXPECT_EQ(first->getSeparator(), u"/");
+  EXPECT_EQ(second->getSeparator(), u"/");
+}
+
+}  // namespace

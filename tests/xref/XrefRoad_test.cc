@@ -1,0 +1,156 @@
+// The whole road of a cross-reference, once per presentation: a coil block in
+// a drawing carries its options in xdata; the factory makes the object for
+// it; the host drawing is set; then the contacts of the coil, on several
+// sheets of several drawings, give their texts or are matched to table rows.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "ohmutils/xref/OhmDsPropertyKeys.h"
+#include "ohmutils/xref/OhmUtXrefEntityFactory.h"
+#include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
+#include "ohmutils/xref/OhmUtXrefTableEntity.h"
+#include "support/u16.h"
+#include "zd/ZdDbDrawingBuilder.h"
+
+namespace {
+
+using Map = OhmNoRxUtilsSettingOverride::SettingMap;
+
+struct ContactSpec {
+  std::u16string contact;
+  std::vector<std::u16string> terms;  // TERMCODE 1, 2, ...
+  std::u16string drawing, sheet, ref;
+};
+
+OhmDsComponentOcc Occurrence(const ContactSpec& spec) {
+  OhmDsComponentOcc occ;
+  occ.mType = 8;
+  occ.mOccID.mDwgPath = u"C:\\PROJ\\" + spec.drawing + u".DWG";
+  occ.mProperties[OhmDsKeys::CONTACT] = spec.contact;
+  occ.mProperties[OhmDsKeys::REF] = spec.ref;
+  occ.mSheetProperties[OhmDsKeys::SHEET] = spec.sheet;
+  occ.mSheetProperties[OhmDsKeys::SHEETDWGNAME] = spec.drawing;
+  for (std::size_t i = 0; i < spec.terms.size(); ++i) {
+    OhmDsComponentPinOcc pin;
+    pin.mProperties[OhmDsKeys::TERMCODE] = U16(std::to_string(i + 1));
+    pin.mProperties[OhmDsKeys::TERM] = spec.terms[i];
+    occ.mPins.push_back(pin);
+  }
+  return occ;
+}
+
+// The contacts of relay coil CR1, which stands on sheet 2 of SHT02.
+const std::vector<OhmDsComponentOcc> kContacts = {
+    Occurrence({u"NO", {u"13", u"14"}, u"SHT02", u"2", u"104"}),
+    Occurrence({u"NC", {u"21", u"22"}, u"SHT03", u"3", u"105"}),
+    Occurrence({u"NONC", {u"11", u"14", u"12"}, u"SHT03", u"4", u"201"}),
+    Occurrence({u"NO", {u"31", u"34"}, u"SHT05", u"5", u"302"}),
+    Occurrence({u"NC", {u"32", u"31"}, u"SHT05", u"5", u"303"}),
+};
+
+class XrefRoad : public ::testing::Test {
+ protected:
+  // The coil block with the options of one presentation.
+  ZdDbBlockReference* coil(const std::u16string& style) {
+    ZdDbBlockReference* block =
+        mBuild.insertBlock(u"HCR1", {{u"TAG1", u"CR1"}, {u"XREFNO", u""}, {u"XREFNC", u""}, {u"XREF", u""}});
+    ZdDbDrawingBuilder::setOptionXData(*block, u"KVA_WD_XREF_STYLE", style);
+    ZdDbDrawingBuilder::setOptionXData(*block, u"KVA_WD_PINLIST", u"3,31,34,32");
+    ZdDbDrawingBuilder::setOptionXData(*block, u"KVA_WD_XREF_ALTFORMAT", u" %D:%S.%N");
+    return block;
+  }
+  // The factory's object for the coil, with its host drawing set.
+  template <class Entity>
+  std::unique_ptr<Entity> make(const std::u16string& style) {
+    std::unique_ptr<OhmUtXrefEntity> object(OhmUtXrefEntityFactory::getXrefEntity(coil(style), mSettings));
+    if (!object) return nullptr;
+    object->setHostDwgPath(u"c:\\proj\\sht02.dwg");
+    auto* typed = dynamic_cast<Entity*>(object.get());
+    if (typed) object.release();
+    return std::unique_ptr<Entity>(typed);
+  }
+
+  ZdDbDatabase mDb;
+  ZdDbDrawingBuilder mBuild{mDb};
+  OhmNoRxUtilsSettingOverride mSettings{Map{{OhmCfgSetting::WD_XREF_FORMAT, u" %S.%N"},
+                                            {OhmCfgSetting::WD_XREF_ALTFORMAT, u" %D-%S.%N"},
+                                            {OhmCfgSetting::WD_XREF_STYLE, u"0"},
+                                            {OhmCfgSetting::WD_XREF_TXTBTWN, u","},
+                                            {OhmCfgSetting::WD_XREF_GRAPHIC, u"0"},
+                                            {OhmCfgSetting::WD_XREF_GRAPHICSTYLE, u"0"},
+                                            {OhmCfgSetting::WD_XREF_TBLINDEX, u"1,2,3,5,6"}}};
+};
+
+TEST_F(XrefRoad, TextPresentationFillsTheCoilsAttributes) {
+  ZdDbBlockReference* block = coil(u"0");
+  ZdDbDrawingBuilder::setOptionXData(*block, u"KVA_WD_XREF_TXTBTWN", u";");
+  std::unique_ptr<OhmUtXrefTextEntity> entity(OhmUtXrefEntityFactory::getXrefTextEntity(block, mSettings));
+  ASSERT_NE(entity, nullptr);
+  entity->setHostDwgPath(u"C:\\PROJ\\SHT02.DWG");
+  std::map<std::u16string, std::u16string> attributes;
+  for (const char16_t* tag : {u"XREFNO", u"XREFNC", u"XREF"}) {
+    for (const OhmDsComponentOcc& contact : kContacts) {
+      std::u16string text;
+      if (!entity->getXrefText(tag, contact, text)) continue;
+      std::u16string& attribute = attributes[tag];
+      if (!attribute.empty()) attribute += entity->getSeparator();
+      attribute += text;
+    }
+  }
+  EXPECT_EQ(attributes[u"XREFNO"], u" 2.104; SHT03:4.201; SHT05:5.302");
+  EXPECT_EQ(attributes[u"XREFNC"], u"%%u SHT03:3.105%%u;%%u SHT03:4.201%%u;%%u SHT05:5.303%%u");
+  EXPECT_EQ(attributes[u"XREF"],
+            u" 2.104;%%u SHT03:3.105%%u; SHT03:4.201; SHT05:5.302;%%u SHT05:5.303%%u");
+}
+
+TEST_F(XrefRoad, GraphicPresentationGivesALinePerContactSide) {
+  std::unique_ptr<OhmUtXrefGraphicEntity> entity = make<OhmUtXrefGraphicEntity>(u"1");
+  ASSERT_NE(entity, nullptr);
+  ASSERT_EQ(entity->getStyle(), OhmUtXrefEntity::StyleGraphic);
+  std::vector<std::u16string> lines;
+  for (const OhmDsComponentOcc& contact : kContacts) {
+    std::u16string text, ncText;
+    if (entity->isFullFormCContact(contact)) {
+      ASSERT_TRUE(entity->getUnformattedXrefTextForFullFormCContact(contact, text, ncText));
+      lines.push_back(text);
+      lines.push_back(ncText);
+    } else if (entity->isPartialFormCContact(contact)) {
+      ASSERT_TRUE(entity->getUnformattedXrefTextForPartialFormCContact(contact, text));
+      lines.push_back(text);
+    } else {
+      ASSERT_TRUE(entity->getUnformattedXrefText(contact, text));
+      lines.push_back(text);
+    }
+  }
+  EXPECT_EQ(lines, (std::vector<std::u16string>{u"13-o-14 2.104", u"21-x-22 SHT03:3.105", u"14-n-11 SHT03:4.201",
+                                                u"12-w- SHT03:4.201", u"34-n-31 SHT05:5.302", u"32-w- SHT05:5.303"}));
+}
+
+TEST_F(XrefRoad, TablePresentationMatchesRowsToContacts) {
+  std::unique_ptr<OhmUtXrefTableEntity> entity = make<OhmUtXrefTableEntity>(u"2");
+  ASSERT_NE(entity, nullptr);
+  EXPECT_EQ(entity->getVisibleColumnIndex(OhmUtXrefTableEntity::ColumnSheet), 4);
+  using Row = std::vector<std::u16string>;
+  const std::vector<Row> rows = {
+      {u"13", u"-o-", u"14", u" 2.104", u"2"},         {u"21", u"-x-", u"22", u" SHT03:3.105", u"3"},
+      {u"14", u"-n-", u"11", u" SHT03:4.201", u"4"},   {u"12", u"-w-", u"11", u" SHT03:4.201", u"4"},
+      {u"34", u"-n-", u"31", u" SHT05:5.302", u"5"},   {u"32", u"-w-", u"31", u" SHT05:5.303", u"5"},
+      {u"13", u"-o-", u"14", u" SHT03:3.105", u"2"},  // a stale reference
+  };
+  const std::vector<int> expectedContact = {0, 1, 2, 2, 3, 4, -1};
+  for (std::size_t r = 0; r < rows.size(); ++r) {
+    SCOPED_TRACE(r);
+    int matched = -1;
+    for (std::size_t c = 0; c < kContacts.size(); ++c) {
+      if (!entity->isCompOccMatchingRow(kContacts[c], rows[r])) continue;
+      EXPECT_EQ(matched, -1) << "a second contact matches";
+      matched = static_cast<int>(c);
+    }
+    EXPECT_EQ(matched, expectedContact[r]);
+  }
+}
+
+}  // namespace
