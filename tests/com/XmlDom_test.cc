@@ -14,7 +14,7 @@
 #include "com/ComApartment.h"
 #include "com/ComError.h"
 #include "com/XmlDom_testing.h"
-#include "support/temp_folder.h"
+#include "support/TempFolder.h"
 #include "support/u16.h"
 
 namespace {
@@ -45,7 +45,7 @@ class XmlDom : public ::testing::Test {
     CoUninitialize();
   }
 
-  _variant_t pathOf(const std::string& name) const { return _variant_t((mFolder.windowsPath() + U16(name)).c_str()); }
+  _variant_t pathOf(const std::string& name) const { return _variant_t(mFolder.windows(name).c_str()); }
 
   // Loads file `name`; the status must agree with the flag.
   bool load(const std::string& name) {
@@ -94,16 +94,16 @@ TEST_F(XmlDom, LoadAcceptsOnlyWellFormedDocuments) {
   };
   for (const LoadCase& c : cases) {
     SCOPED_TRACE(c.name);
-    std::filesystem::remove(mFolder.path() / "f.xml");
-    if (c.content) mFolder.write("f.xml", c.content);
+    std::filesystem::remove(mFolder.posix("f.xml"));
+    if (c.content) mFolder.makeFile("f.xml", c.content);
     EXPECT_EQ(load("f.xml"), c.loads);
     EXPECT_EQ(static_cast<bool>(root()), c.loads) << "a failed load leaves an empty document";
   }
-  EXPECT_FALSE(std::filesystem::exists(mFolder.path() / "missing"));
+  EXPECT_FALSE(std::filesystem::exists(mFolder.posix("missing")));
 }
 
 TEST_F(XmlDom, LoadRefusesWhatIsNotAPathAndEmptiesOnInjectedFailure) {
-  mFolder.write("f.xml", "<a/>");
+  mFolder.makeFile("f.xml", "<a/>");
   VARIANT_BOOL ok = VARIANT_TRUE;
   EXPECT_EQ(mDocument->load(_variant_t(5), &ok), E_INVALIDARG);
   EXPECT_EQ(ok, VARIANT_FALSE);
@@ -114,7 +114,7 @@ TEST_F(XmlDom, LoadRefusesWhatIsNotAPathAndEmptiesOnInjectedFailure) {
 }
 
 TEST_F(XmlDom, SaveKeepsWhatTheDocumentHoldsBesideTheChanges) {
-  mFolder.write("s.xml", kSample);
+  mFolder.makeFile("s.xml", kSample);
   ASSERT_TRUE(load("s.xml"));
   std::u16string before = xml(mDocument.GetInterfacePtr());
   IXMLDOMElementPtr property;
@@ -143,7 +143,7 @@ TEST_F(XmlDom, SaveKeepsTheFileEncoding) {
     utf16 += static_cast<char>(unit & 0xFF);
     utf16 += static_cast<char>(unit >> 8);
   }
-  mFolder.write("u.xml", utf16);
+  mFolder.makeFile("u.xml", utf16);
   ASSERT_TRUE(load("u.xml"));
   ASSERT_EQ(mDocument->save(pathOf("u.xml")), S_OK);
   EXPECT_EQ(mFolder.read("u.xml").substr(0, 4), std::string("\xFF\xFE<\0", 4));
@@ -152,13 +152,13 @@ TEST_F(XmlDom, SaveKeepsTheFileEncoding) {
 }
 
 TEST_F(XmlDom, SaveReplacesTheFileWholeByRenaming) {
-  mFolder.write("r.xml", "<old/>");
+  mFolder.makeFile("r.xml", "<old/>");
   ASSERT_TRUE(load("r.xml"));
   IXMLDOMElementPtr element = root();
   ASSERT_EQ(element->setAttribute(u"v", _variant_t(u"new")), S_OK);
-  int reader = ::open((mFolder.path() / "r.xml").c_str(), O_RDONLY);
+  int reader = ::open(mFolder.posix("r.xml").c_str(), O_RDONLY);
   ASSERT_GE(reader, 0);
-  ::chmod((mFolder.path() / "r.xml").c_str(), 0640);
+  ::chmod(mFolder.posix("r.xml").c_str(), 0640);
 
   ASSERT_EQ(mDocument->save(pathOf("r.xml")), S_OK);
 
@@ -168,15 +168,15 @@ TEST_F(XmlDom, SaveReplacesTheFileWholeByRenaming) {
   ::close(reader);
   EXPECT_NE(mFolder.read("r.xml").find("<old v=\"new\" />"), std::string::npos);
   struct stat info {};
-  ASSERT_EQ(::stat((mFolder.path() / "r.xml").c_str(), &info), 0);
+  ASSERT_EQ(::stat(mFolder.posix("r.xml").c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 0777, 0640u) << "the file keeps its mode";
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mFolder.path()), {}), 1) << "nothing left beside";
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mFolder.posix()), {}), 1) << "nothing left beside";
 }
 
 TEST_F(XmlDom, FailedSaveLeavesTheFileAsItWasWithErrorInformation) {
-  mFolder.write("f.xml", "<a/>");
+  mFolder.makeFile("f.xml", "<a/>");
   ASSERT_TRUE(load("f.xml"));
-  std::filesystem::create_directory(mFolder.path() / "dir.xml");
+  std::filesystem::create_directory(mFolder.posix("dir.xml"));
   struct SaveCase {
     const char* name;
     std::string target;
@@ -196,8 +196,8 @@ TEST_F(XmlDom, FailedSaveLeavesTheFileAsItWasWithErrorInformation) {
     owned->GetDescription(&description);
     EXPECT_NE(description.find(u"Can't save"), std::u16string::npos) << U8(description);
   }
-  EXPECT_TRUE(std::filesystem::is_directory(mFolder.path() / "dir.xml"));
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mFolder.path()), {}), 2) << "nothing left beside";
+  EXPECT_TRUE(std::filesystem::is_directory(mFolder.posix("dir.xml")));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mFolder.posix()), {}), 2) << "nothing left beside";
   EXPECT_EQ(mDocument->save(_variant_t(1)), E_INVALIDARG);
 }
 
@@ -207,7 +207,7 @@ TEST_F(XmlDom, KilledSaveNeverLeavesAHalfWrittenFile) {
   std::string big = "<Settings>";
   for (int i = 0; i < 20000; ++i) big += "<Property Name=\"n" + std::to_string(i) + "\" Value=\"old\"/>";
   big += "</Settings>";
-  mFolder.write("k.xml", big);
+  mFolder.makeFile("k.xml", big);
   for (int round = 0; round < 6; ++round) {
     SCOPED_TRACE(round);
     pid_t child = ::fork();
@@ -233,7 +233,7 @@ TEST_F(XmlDom, KilledSaveNeverLeavesAHalfWrittenFile) {
 }
 
 TEST_F(XmlDom, SelectionFollowsDocumentOrderAndReportsBadQueries) {
-  mFolder.write("s.xml", kSample);
+  mFolder.makeFile("s.xml", kSample);
   ASSERT_TRUE(load("s.xml"));
   IXMLDOMNodeListPtr settings;
   ASSERT_EQ(root()->selectNodes(u"Setting", &settings), S_OK);
@@ -260,7 +260,7 @@ TEST_F(XmlDom, SelectionFollowsDocumentOrderAndReportsBadQueries) {
 }
 
 TEST_F(XmlDom, AttributesReadAsStringsOrNull) {
-  mFolder.write("s.xml", kSample);
+  mFolder.makeFile("s.xml", kSample);
   ASSERT_TRUE(load("s.xml"));
   IXMLDOMElementPtr element = root();
   _variant_t value;
@@ -279,7 +279,7 @@ TEST_F(XmlDom, AttributesReadAsStringsOrNull) {
 }
 
 TEST_F(XmlDom, BuiltNodesJoinTheTreeInOrder) {
-  mFolder.write("b.xml", "<Settings><Setting Name=\"A\"/></Settings>");
+  mFolder.makeFile("b.xml", "<Settings><Setting Name=\"A\"/></Settings>");
   ASSERT_TRUE(load("b.xml"));
   IXMLDOMNodePtr node;
   ASSERT_EQ(mDocument->createNode(_variant_t(NODE_ELEMENT, VT_INT), u"Property", u"", &node), S_OK);
@@ -316,7 +316,7 @@ TEST_F(XmlDom, BuiltNodesJoinTheTreeInOrder) {
 }
 
 TEST_F(XmlDom, ReplacedAttributeComesBackDetachedAndKeepsItsPlace) {
-  mFolder.write("b.xml", "<a x=\"1\" y=\"2\"/>");
+  mFolder.makeFile("b.xml", "<a x=\"1\" y=\"2\"/>");
   ASSERT_TRUE(load("b.xml"));
   IXMLDOMAttributePtr attribute;
   mDocument->createAttribute(u"x", &attribute);
@@ -331,8 +331,8 @@ TEST_F(XmlDom, ReplacedAttributeComesBackDetachedAndKeepsItsPlace) {
 }
 
 TEST_F(XmlDom, NodesOutliveAReload) {
-  mFolder.write("one.xml", "<one k=\"v\"/>");
-  mFolder.write("two.xml", "<two/>");
+  mFolder.makeFile("one.xml", "<one k=\"v\"/>");
+  mFolder.makeFile("two.xml", "<two/>");
   ASSERT_TRUE(load("one.xml"));
   IXMLDOMElementPtr first = root();
   ASSERT_TRUE(load("two.xml"));

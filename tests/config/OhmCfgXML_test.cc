@@ -12,7 +12,7 @@
 #include "com/ComError.h"
 #include "com/Variant_testing.h"
 #include "com/XmlDom_testing.h"
-#include "support/temp_folder.h"
+#include "support/TempFolder.h"
 #include "support/u16.h"
 #include "zd/GblPm.h"
 
@@ -37,12 +37,12 @@ class OhmCfgXMLTest : public ::testing::Test {
     return programFolder;
   }
   static void SetUpTestSuite() {
-    GblPm_SetGblValue(u"GBL_wd_DocSetBase", folder().windowsPath().c_str());
+    GblPm_SetGblValue(u"GBL_wd_DocSetBase", (folder().windows() + u"\\").c_str());
     OhmCfgXML::GetInstance();
   }
   void SetUp() override {
     ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
-    std::filesystem::remove(folder().path() / "App.config");
+    std::filesystem::remove(folder().posix("App.config"));
   }
   void TearDown() override {
     dropDocument();
@@ -55,7 +55,7 @@ class OhmCfgXMLTest : public ::testing::Test {
     com_testing::failNextCreateInstance(E_FAIL);
     EXPECT_FALSE(mConfig.loadCfgXML());
   }
-  void write(const std::string& xml) { folder().write("App.config", xml); }
+  void write(const std::string& xml) { folder().makeFile("App.config", xml); }
   void loadFile(const std::string& xml) {
     write(xml);
     ASSERT_TRUE(mConfig.loadCfgXML()) << xml;
@@ -66,7 +66,7 @@ class OhmCfgXMLTest : public ::testing::Test {
     CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_ALL, IID_IXMLDOMDocument2,
                      reinterpret_cast<void**>(&document));
     VARIANT_BOOL ok = VARIANT_FALSE;
-    document->load(_variant_t((folder().windowsPath() + u"App.config").c_str()), &ok);
+    document->load(_variant_t(folder().windows("App.config").c_str()), &ok);
     IXMLDOMElementPtr root;
     document->get_documentElement(&root);
     std::u16string xml;
@@ -100,12 +100,12 @@ TEST_F(OhmCfgXMLTest, LoadNeedsAWellFormedFileWithASettingsRoot) {
   };
   for (const LoadCase& c : cases) {
     SCOPED_TRACE(c.name);
-    std::filesystem::remove(folder().path() / "App.config");
+    std::filesystem::remove(folder().posix("App.config"));
     if (c.content) write(c.content);
     EXPECT_EQ(mConfig.loadCfgXML(), c.loads);
     HRESULT readCode = raisedBy([&] { get(SettingType::SchSortOrder, u"p"); });
     EXPECT_EQ(readCode, c.loads ? S_OK : E_POINTER) << "a failed load leaves nothing to read";
-    EXPECT_EQ(std::filesystem::exists(folder().path() / "App.config"), c.content != nullptr)
+    EXPECT_EQ(std::filesystem::exists(folder().posix("App.config")), c.content != nullptr)
         << "a missing file is not made";
   }
 }
@@ -339,12 +339,12 @@ TEST_F(OhmCfgXMLTest, LoadFailsWhenTheDocumentObjectCantBeMade) {
 
 TEST_F(OhmCfgXMLTest, PathIsTakenOnceFromTheGlobalValue) {
   TempFolder elsewhere;
-  elsewhere.write("App.config", "<Settings><Setting Name=\"AuditSettings\"><Property Name=\"p\" Value=\"x\"/>"
+  elsewhere.makeFile("App.config", "<Settings><Setting Name=\"AuditSettings\"><Property Name=\"p\" Value=\"x\"/>"
                                 "</Setting></Settings>");
-  GblPm_SetGblValue(u"GBL_wd_DocSetBase", elsewhere.windowsPath().c_str());
+  GblPm_SetGblValue(u"GBL_wd_DocSetBase", (elsewhere.windows() + u"\\").c_str());
   loadFile("<Settings/>");
   EXPECT_EQ(get(SettingType::AuditSettings, u"p"), u"") << "still the first folder's file";
-  GblPm_SetGblValue(u"GBL_wd_DocSetBase", folder().windowsPath().c_str());
+  GblPm_SetGblValue(u"GBL_wd_DocSetBase", (folder().windows() + u"\\").c_str());
 }
 
 }  // namespace
