@@ -23,8 +23,10 @@
 #include "ohmutils/dwg/OhmUtilsTempIntVarOverride.h"
 
 // Configuration stores
+#include "ohmutils/config/CRegistryKey.h"
 #include "ohmutils/config/ConfigurationXML.h"
 #include "ohmutils/config/OhmCfgXML.h"
+#include "ohmutils/config/OhmRegSetting.h"
 
 // Text, path and date utilities
 #include "ohmutils/util/OhmUtilsCharStrings.h"
