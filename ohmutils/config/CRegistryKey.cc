@@ -31,6 +31,15 @@ CString ResourceString(UINT id) {
   return text;
 }
 
+// Counts the sub keys or values of `key` (either pointer may be null); the
+// status, after a box with string 113 when the key can't be counted.
+long CountEntries(HKEY key, DWORD* subKeys, DWORD* values) {
+  const long status =
+      RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, subKeys, nullptr, nullptr, values, nullptr, nullptr, nullptr, nullptr);
+  if (status != ERROR_SUCCESS) AfxMessageBox(ResourceString(kKeyNotCountable));
+  return status;
+}
+
 // The information box of a listing pass that failed: the system's text of
 // `status` under the registry title.
 void ShowListingFailure(long status) {
@@ -116,12 +125,7 @@ long CRegistryKey::DeleteAllValues() {
 long CRegistryKey::GetSubKeyList(CList<SUBKEY, SUBKEY&>* list) {
   if (!list) return ERROR_INVALID_PARAMETER;
   DWORD count = 0;
-  const long query =
-      RegQueryInfoKeyW(m_hKey, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
-  if (query != ERROR_SUCCESS) {
-    AfxMessageBox(ResourceString(kKeyNotCountable));
-    return query;
-  }
+  if (const long status = CountEntries(m_hKey, &count, nullptr)) return status;
   WCHAR name[kListNameUnits] = {};
   WCHAR keyClass[kListNameUnits] = {};
   long status = ERROR_SUCCESS;
@@ -140,12 +144,7 @@ long CRegistryKey::GetSubKeyList(CList<SUBKEY, SUBKEY&>* list) {
 long CRegistryKey::GetValueList(CList<REGITEM, REGITEM&>* list) {
   if (!list) return ERROR_INVALID_PARAMETER;
   DWORD count = 0;
-  const long query =
-      RegQueryInfoKeyW(m_hKey, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr);
-  if (query != ERROR_SUCCESS) {
-    AfxMessageBox(ResourceString(kKeyNotCountable));
-    return query;
-  }
+  if (const long status = CountEntries(m_hKey, nullptr, &count)) return status;
   WCHAR name[kListNameUnits] = {};
   char16_t data[kListDataBytes / 2] = {};
   long status = ERROR_SUCCESS;

@@ -92,6 +92,19 @@ LONG CheckAlive(StoreSession& session, const KeyRef& ref) {
   return code == SQLITE_DONE ? ERROR_KEY_DELETED : session.fail(code, false);
 }
 
+// Prepare, then CheckAlive: the key of a handle that is still there.
+LONG PrepareLive(StoreSession& session, HKEY key, REGSAM needed, KeyRef* ref) {
+  if (LONG status = Prepare(session, key, needed, ref)) return status;
+  return CheckAlive(session, *ref);
+}
+
+// Steps `query` (?1 the key, ?2 the index) to entry `index`; ERROR_NO_MORE_ITEMS past the end.
+LONG StepToEntry(StoreSession& session, StoreQuery& query, const KeyRef& ref, DWORD index) {
+  const int code = query.bind(1, ref.id).bind(2, index).step();
+  if (code == SQLITE_ROW) return ERROR_SUCCESS;
+  return code == SQLITE_DONE ? ERROR_NO_MORE_ITEMS : session.fail(code, false);
+}
+
 LONG FindKey(StoreSession& session, const std::u16string& path, KeyId* id) {
   StoreQuery query = session.query("SELECT id FROM keys WHERE path = ?1");
   const int code = query.bind(1, path).step();
@@ -127,8 +140,19 @@ LONG MakePath(StoreSession& session, const KeyRef& parent, const std::vector<std
   return ERROR_SUCCESS;
 }
 
-// Copies a name of `length` units into a buffer of `*size` units; ERROR_MORE_DATA
-// with nothing written when it doesn't fit with its terminator.
+// MakePath in a write transaction of its own, for a handle that may make keys.
+LONG CreatePath(StoreSession& session, const KeyRef& parent, const std::vector<std::u16string_view>& pieces, KeyId* id,
+                bool* created) {
+  if (!(parent.access & KEY_CREATE_SUB_KEY)) return ERROR_ACCESS_DENIED;
+  StoreTransaction transaction(session);
+  LONG status = transaction.begin();
+  if (status == ERROR_SUCCESS) status = CheckAlive(session, parent);
+  if (status == ERROR_SUCCESS) status = MakePath(session, parent, pieces, id, created);
+  return status ? status : transaction.commit();
+}
+
+// Copies `name` into a buffer of `*size` units; ERROR_MORE_DATA with nothing
+// written when it doesn't fit with its terminator.
 LONG CopyName(const std::u16string& name, LPWSTR buffer, LPDWORD size) {
   if (name.size() + 1 > *size) return ERROR_MORE_DATA;
   std::copy(name.begin(), name.end(), buffer);
@@ -231,14 +255,7 @@ LONG RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD, LPWSTR, DWORD, REGSAM acce
   bool created = false;
   LONG status = CheckAlive(session, parent);
   if (status == ERROR_SUCCESS) status = FindKey(session, path, &id);
-  if (status == ERROR_FILE_NOT_FOUND) {
-    if (!(parent.access & KEY_CREATE_SUB_KEY)) return ERROR_ACCESS_DENIED;
-    StoreTransaction transaction(session);
-    status = transaction.begin();
-    if (status == ERROR_SUCCESS) status = CheckAlive(session, parent);
-    if (status == ERROR_SUCCESS) status = MakePath(session, parent, pieces, &id, &created);
-    if (status == ERROR_SUCCESS) status = transaction.commit();
-  }
+  if (status == ERROR_FILE_NOT_FOUND) status = CreatePath(session, parent, pieces, &id, &created);
   if (status) return status;
   SetIf(disposition, created ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY);
   *result = NewHandle(id, access, path);
@@ -260,8 +277,7 @@ LONG RegQueryInfoKeyW(HKEY key, LPWSTR keyClass, LPDWORD classSize, LPDWORD, LPD
   StoreSession session;
   KeyRef ref;
   KeyCounts counts;
-  if (LONG status = Prepare(session, key, KEY_QUERY_VALUE, &ref)) return status;
-  if (LONG status = CheckAlive(session, ref)) return status;
+  if (LONG status = PrepareLive(session, key, KEY_QUERY_VALUE, &ref)) return status;
   if (LONG status = CountKey(session, ref.id, &counts)) return status;
   if (LONG status = CopyClass(keyClass, classSize)) return status;
   SetIf(subKeys, counts.subKeys);
@@ -280,12 +296,9 @@ LONG RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameSize, LPDWORD
   if (!name || !nameSize) return ERROR_INVALID_PARAMETER;
   StoreSession session;
   KeyRef ref;
-  if (LONG status = Prepare(session, key, KEY_ENUMERATE_SUB_KEYS, &ref)) return status;
-  if (LONG status = CheckAlive(session, ref)) return status;
+  if (LONG status = PrepareLive(session, key, KEY_ENUMERATE_SUB_KEYS, &ref)) return status;
   StoreQuery query = session.query("SELECT name FROM keys WHERE parent = ?1 ORDER BY path LIMIT 1 OFFSET ?2");
-  const int code = query.bind(1, ref.id).bind(2, index).step();
-  if (code == SQLITE_DONE) return ERROR_NO_MORE_ITEMS;
-  if (code != SQLITE_ROW) return session.fail(code, false);
+  if (LONG status = StepToEntry(session, query, ref, index)) return status;
   const std::u16string found = query.text(0);
   if (found.size() + 1 > *nameSize || (keyClass && classSize && *classSize == 0)) return ERROR_MORE_DATA;
   if (LONG status = CopyClass(keyClass, classSize)) return status;
@@ -298,12 +311,9 @@ LONG RegEnumValueW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameSize, LPDWORD
   if (!name || !nameSize || (data && !dataSize)) return ERROR_INVALID_PARAMETER;
   StoreSession session;
   KeyRef ref;
-  if (LONG status = Prepare(session, key, KEY_QUERY_VALUE, &ref)) return status;
-  if (LONG status = CheckAlive(session, ref)) return status;
+  if (LONG status = PrepareLive(session, key, KEY_QUERY_VALUE, &ref)) return status;
   StoreQuery query = session.query("SELECT name, type, data FROM vals WHERE key = ?1 ORDER BY rowid LIMIT 1 OFFSET ?2");
-  const int code = query.bind(1, ref.id).bind(2, index).step();
-  if (code == SQLITE_DONE) return ERROR_NO_MORE_ITEMS;
-  if (code != SQLITE_ROW) return session.fail(code, false);
+  if (LONG status = StepToEntry(session, query, ref, index)) return status;
   if (LONG status = CopyName(query.text(0), name, nameSize)) return status;
   SetIf(type, static_cast<DWORD>(query.integer(1)));
   return CopyData(query.blob(2), query.blobSize(2), data, dataSize);
