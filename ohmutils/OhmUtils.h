@@ -15,6 +15,7 @@
 #include "ohmutils/xref/OhmUtXrefEntityFactory.h"
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
+#include "ohmutils/xref/OhmUtXrefTableRows.h"
 #include "ohmutils/xref/OhmUtXrefTextEntity.h"
 #include "ohmutils/xref/ReplaceStringInString.h"
 
