@@ -9,13 +9,13 @@ class Scanner {
  public:
   explicit Scanner(std::string_view text) : mText(text) {}
 
-  std::size_t find(const std::vector<std::string>& tokens) {
+  std::size_t find(const std::vector<std::string>& tokens, bool memberName) {
     skipSpace();
     for (const std::string& token : tokens) {
       if (!enter(token)) return std::string_view::npos;
       skipSpace();
     }
-    return mAt;
+    return memberName && mNameAt != std::string_view::npos ? mNameAt : mAt;
   }
 
  private:
@@ -32,6 +32,7 @@ class Scanner {
   bool enterMember(const std::string& key) {
     ++mAt;
     for (skipSpace(); peek() == '"'; skipSpace()) {
+      mNameAt = mAt;
       const std::string name = readString();
       skipSpace();
       ++mAt;  // ':'
@@ -45,6 +46,7 @@ class Scanner {
     return false;
   }
   bool enterElement(const std::string& token) {
+    mNameAt = std::string_view::npos;
     std::size_t index = 0;
     for (char c : token) {
       if (c < '0' || c > '9') return false;
@@ -92,6 +94,7 @@ class Scanner {
 
   std::string_view mText;
   std::size_t mAt = 0;
+  std::size_t mNameAt = std::string_view::npos;  // where the name of the member last entered starts
 };
 
 // The reference tokens of a pointer, unescaped ("~1" is "/", "~0" is "~").
@@ -118,6 +121,6 @@ TextPosition PositionOfOffset(std::string_view text, std::size_t offset) {
   return position;
 }
 
-std::size_t OffsetOfValue(std::string_view text, const nlohmann::json::json_pointer& pointer) {
-  return Scanner(text).find(Tokens(pointer));
+std::size_t OffsetOfValue(std::string_view text, const nlohmann::json::json_pointer& pointer, bool memberName) {
+  return Scanner(text).find(Tokens(pointer), memberName);
 }

@@ -20,9 +20,11 @@ using Pointer = Json::json_pointer;
 struct SchemaError {
   Pointer at;
   std::string message;
+  bool atMemberName = false;  // the member's name is wrong, not its value
 };
 
 [[noreturn]] void Fail(const Pointer& at, const std::string& message) { throw SchemaError{at, message}; }
+[[noreturn]] void FailName(const Pointer& at, const std::string& message) { throw SchemaError{at, message, true}; }
 
 const char* KindOf(const Json& value) { return value.type_name(); }
 
@@ -38,7 +40,7 @@ void ExpectMembers(const Json& object, const Pointer& at, std::initializer_list<
     if (known) continue;
     std::string list;
     for (const char* name : allowed) list += std::string(list.empty() ? "" : ", ") + "\"" + name + "\"";
-    Fail(at / key, "unknown member \"" + key + "\"; expected one of " + list);
+    FailName(at / key, "unknown member \"" + key + "\"; expected one of " + list);
   }
 }
 
@@ -83,7 +85,7 @@ OhmCfgSetting::WD_M_ATTRIB OptionNumber(const std::string& key, const Pointer& a
   std::int32_t number = 0;
   const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), number);
   if (key.empty() || error != std::errc() || end != key.data() + key.size()) {
-    Fail(at, "expected an option number or an option name such as \"WD_XREF_FORMAT\" as the key, found \"" + key +
+    FailName(at, "expected an option number or an option name such as \"WD_XREF_FORMAT\" as the key, found \"" + key +
                  "\"");
   }
   return static_cast<OhmCfgSetting::WD_M_ATTRIB>(number);
@@ -248,6 +250,6 @@ Project LoadProject(const std::string& path) {
   try {
     return Read(document, path);
   } catch (const SchemaError& error) {
-    FailBadInput(Located(path, text, OffsetOfValue(text, error.at), error.message));
+    FailBadInput(Located(path, text, OffsetOfValue(text, error.at, error.atMemberName), error.message));
   }
 }
