@@ -49,6 +49,15 @@ class ZdDbDatabase {
   ZdDbObject* objectAt(ZdDbObjectId id) const;
   // The next handle that addObject gives.
   ZdDbHandle handseed() const noexcept { return ZdDbHandle(mNextHandle); }
+  // Raises the next handle to at least `seed` (a drawing file's $HANDSEED).
+  void raiseHandseed(ZdDbHandle seed) noexcept;
+  // Gives the object `handle`, as a drawing file names it; an object that
+  // held it moves to the next free handle. False (nothing changed) for an
+  // unknown id or a null handle.
+  bool setObjectHandle(ZdDbObjectId id, ZdDbHandle handle);
+  // Exchanges every object and drawing value with `other`; ids stay with
+  // their objects. How a drawing read in full replaces what a database held.
+  void swapContents(ZdDbDatabase& other) noexcept;
 
   // The block table, opened in `mode`: the status of zddbOpenObject.
   Zeda::ErrorStatus getSymbolTable(ZdDbBlockTable*& table, ZdDb::OpenMode mode) const;
