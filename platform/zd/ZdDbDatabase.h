@@ -86,8 +86,10 @@ class ZdDbDatabase {
   Zeda::ErrorStatus readDwgFile(const char16_t* fileName, int shareMode = 1, bool allowCPConversion = false,
                                 const char16_t* password = nullptr);
   // Writes the database as an ASCII DXF file of `version` (an $ACADVER value,
-  // empty: dwgVersion()). eOk; eFileAccessErr when it can't be written,
-  // eInvalidInput for a version the writer doesn't know.
+  // empty: dwgVersion()): AC1009 (R12) and AC1012 to AC1032. It is written
+  // beside the file and renamed over it. eOk; eFileAccessErr when it can't be
+  // written, eInvalidInput for a version the writer doesn't know or a null
+  // name, eOutOfMemory when the layout dictionary can't be walked.
   Zeda::ErrorStatus dxfOut(const char16_t* fileName, const std::u16string& version = u"") const;
 
  private:
