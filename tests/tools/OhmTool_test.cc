@@ -126,6 +126,7 @@ TEST(OhmTool, ExitStatusesAndMessages) {
       {"bad handle", {"xdata", ctrl01, "XYZ"}, 2, "", "\"XYZ\" is no handle"},
       {"unknown handle", {"xdata", ctrl01, "FFFF"}, 2, "", "no object with handle FFFF"},
       {"no xdata of that application", {"xdata", ctrl01, "2C", "NOAPP"}, 1, "", "has no xdata of NOAPP"},
+      {"lock without drawings", {"lock"}, 2, "", "DRAWING"},
   };
   for (const StatusCase& c : cases) {
     SCOPED_TRACE(c.what);
@@ -218,6 +219,32 @@ TEST(OhmTool, FailedEntitiesGiveStatusOneAndTheOthersArePrinted) {
             "entity \"text\" (text)\n"
             "  XREFNO: \"2.1\"\n");
   EXPECT_NE(result.err.find("entity \"bad pin\": the cross-reference failed"), std::string::npos) << result.err;
+}
+
+// Locks belong to the process that takes them: `lock --run` holds them while
+// its command runs, where another ohm sees them taken; afterwards they are
+// free again, and an unrelated process can't release them.
+TEST(OhmTool, LocksLastWhileTheCommandRuns) {
+  TempFolder folder;
+  folder.makeFile("a.dxf");
+  folder.makeFile("b.dxf");
+  const std::string a = folder.posix("a.dxf"), b = folder.posix("b.dxf"), missing = folder.posix("c.dxf");
+  const std::string inner = std::string(OHM_TOOL) + " lock --check " + a + " " + b + "; exit 3";
+  const Result held = Ohm({"lock", a, b, "--run", inner});
+  EXPECT_EQ(held.status, 3) << held.err;  // the command's status
+  EXPECT_EQ(held.out, a + "\tlocked\n" + b + "\tlocked\n" + a + "\tnot available\n" + b + "\tnot available\n");
+
+  const Result after = Ohm({"lock", "--check", a, b});
+  EXPECT_EQ(after.status, 0);
+  EXPECT_EQ(after.out, a + "\tavailable\n" + b + "\tavailable\n");
+
+  const Result some = Ohm({"lock", a, missing, "--run", "exit 0"});
+  EXPECT_EQ(some.status, 1);  // not every drawing was had, so the command didn't run
+  EXPECT_EQ(some.out, a + "\tlocked\n" + missing + "\tnot available\n");
+
+  const Result unlock = Ohm({"unlock", a});
+  EXPECT_EQ(unlock.status, 1);
+  EXPECT_EQ(unlock.out, a + "\tnot held by this process\n");
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 
 #include "CommandError.h"
 #include "DrawingCommands.h"
+#include "LockCommands.h"
 #include "Project.h"
 #include "XrefPrinter.h"
 #include "XrefReport.h"
@@ -18,9 +19,16 @@ namespace {
 
 struct Options {
   std::string project, drawing, handle;
-  std::optional<std::string> kind, app;
-  bool json = false;
+  std::vector<std::string> drawings;
+  std::optional<std::string> kind, app, run;
+  bool json = false, checkOnly = false, allOrNone = false;
 };
+
+int RunLockCommand(const Options& o) {
+  std::vector<std::string> command;
+  if (o.run) command = {"/bin/sh", "-c", *o.run};
+  return RunLock(o.drawings, o.checkOnly, o.allOrNone, command);
+}
 
 int RunXrefCommand(const Options& options) {
   const Project project = LoadProject(options.project);
@@ -75,6 +83,17 @@ int main(int argc, char** argv) {
   AddJsonFlag(*xdata, options);
   xdata->callback(
       [&] { run = [](const Options& o) { return RunXData(o.drawing, o.handle, o.app, o.json, std::cout); }; });
+
+  CLI::App* lock = app.add_subcommand("lock", "Take the drawings' locks; they last while ohm runs");
+  lock->add_option("DRAWING", options.drawings, "The drawings")->required();
+  lock->add_flag("--check", options.checkOnly, "Only check which drawings could be locked");
+  lock->add_flag("--all", options.allOrNone, "Lock all drawings or none");
+  lock->add_option("--run", options.run, "A shell command to run while the locks are held");
+  lock->callback([&] { run = RunLockCommand; });
+
+  CLI::App* unlock = app.add_subcommand("unlock", "Release the drawings' locks that this process holds");
+  unlock->add_option("DRAWING", options.drawings, "The drawings")->required();
+  unlock->callback([&] { run = [](const Options& o) { return RunUnlock(o.drawings); }; });
 
   try {
     app.parse(argc, argv);
