@@ -33,7 +33,10 @@
 
 // Host services
 #include "ohmutils/host/OhmGetBuildVersion.h"
+#include "ohmutils/host/OhmHostActions.h"
 #include "ohmutils/host/OhmLispBridge.h"
 #include "ohmutils/host/OhmOSVersion.h"
 #include "ohmutils/host/OhmResDll.h"
+#include "ohmutils/host/OhmTaskDialogs.h"
 #include "ohmutils/host/OhmUtilsModule.h"
+#include "ohmutils/host/OhmWaitCursor.h"
