@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -376,9 +377,12 @@ const std::string kBase =
     "  0\nSEQEND\n"
     "  0\nENDSEC\n  0\nEOF\n";
 
+// `text` with the first `from` replaced; a case whose `from` is missing is a
+// mistake in the table, which stops the program.
 std::string replaced(std::string text, const std::string& from, const std::string& to) {
   const std::size_t at = text.find(from);
-  return at == std::string::npos ? "<" + from + " not in base>" : text.replace(at, from.size(), to);
+  if (at == std::string::npos) throw std::invalid_argument("not in the text: " + from);
+  return text.replace(at, from.size(), to);
 }
 
 struct MalformedCase {
