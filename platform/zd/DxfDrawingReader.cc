@@ -275,7 +275,8 @@ class DxfLoader {
     return isInsert ? readAttributes(id) : skipVertices();
   }
 
-  // A new entity of the record's type; null for a type that only follows another.
+  // A new entity of the record's type; null for a type that only follows
+  // another or a text that names no type.
   std::unique_ptr<ZdDbEntity> makeEntity(std::string_view type, const EntityFields& fields) {
     if (type == "INSERT" || type == "ACAD_TABLE") {
       if (type == "INSERT" && (!fields.name || fields.name->empty())) return nullptr;
@@ -288,10 +289,11 @@ class DxfLoader {
       text->setTextString(decode(fields.text));
       return text;
     }
-    if (type.empty() || type == "ATTRIB" || type == "SEQEND" || type == "VERTEX" || type == "BLOCK" ||
-        type == "SECTION" || type == "EOF")
+    if (type == "ATTRIB" || type == "SEQEND" || type == "VERTEX" || type == "BLOCK" || type == "SECTION" ||
+        type == "EOF")
       return nullptr;
-    return std::make_unique<ZdDbEntity>(dxfEntityClassOf(type));
+    const ZdRxClass* cls = dxfEntityClassOf(type);
+    return cls ? std::make_unique<ZdDbEntity>(cls) : nullptr;
   }
 
   ZdDbObjectId spaceOf(const EntityFields& fields) const {

@@ -1,5 +1,6 @@
 #include "zd/DxfEntityClasses.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -28,14 +29,21 @@ constexpr std::u16string_view kPrefix = u"ZdDb";
 char16_t upper(char16_t unit) { return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit; }
 char16_t lower(char16_t unit) { return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit - u'A' + u'a') : unit; }
 
+bool isTypeCharacter(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '-';
+}
+
 }  // namespace
 
+bool isDxfTypeName(std::string_view dxfType) {
+  return !dxfType.empty() && std::all_of(dxfType.begin(), dxfType.end(), isTypeCharacter);
+}
+
 std::u16string dxfClassNameOf(std::string_view dxfType) {
-  if (dxfType.empty()) return {};
+  if (!isDxfTypeName(dxfType)) return {};
   for (const auto& [type, name] : kNamedClasses)
     if (type == dxfType) return std::u16string(name);
   std::u16string name(kPrefix);
-  // Types are ASCII; any other byte is kept as a unit of its own.
   for (const char byte : dxfType) name += lower(static_cast<unsigned char>(byte));
   name[kPrefix.size()] = upper(name[kPrefix.size()]);
   return name;
@@ -52,6 +60,6 @@ std::string dxfTypeOf(const ZdRxClass& cls) {
 }
 
 const ZdRxClass* dxfEntityClassOf(std::string_view dxfType) {
-  if (dxfType.empty()) return nullptr;
+  if (!isDxfTypeName(dxfType)) return nullptr;
   return ZdRxClass::forName(dxfClassNameOf(dxfType), ZdDbEntity::desc());
 }

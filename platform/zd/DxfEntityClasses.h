@@ -12,9 +12,14 @@
 
 class ZdRxClass;
 
+// Whether a text can name an entity type: ASCII letters, digits, '_' and
+// '-', at least one. Other texts are refused, as no class could be named by them.
+bool isDxfTypeName(std::string_view dxfType);
+
 // The database class name of a DXF entity type: "LINE" -> "ZdDbLine",
 // "LWPOLYLINE" -> "ZdDbPolyline"; for a type without a listed class, "ZdDb"
-// and the type with only its first letter upper case. Empty for an empty type.
+// and the type with only its first letter upper case. Empty for a text that
+// is no type name (isDxfTypeName).
 std::u16string dxfClassNameOf(std::string_view dxfType);
 
 // The DXF entity type of a database class, the inverse of dxfClassNameOf:
@@ -22,5 +27,6 @@ std::u16string dxfClassNameOf(std::string_view dxfType);
 std::string dxfTypeOf(const ZdRxClass& cls);
 
 // The descriptor of the class of a DXF entity type that the database has no
-// class of its own for (a ZdDbEntity made by name); null for an empty type.
+// class of its own for (a ZdDbEntity made by name); null for a text that is
+// no type name.
 const ZdRxClass* dxfEntityClassOf(std::string_view dxfType);

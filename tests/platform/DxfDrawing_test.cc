@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "win/PathMapping.h"
 #include "zd/DxfDrawingReader.h"
 #include "zd/DxfDrawingWriter.h"
+#include "zd/DxfEntityClasses.h"
 #include "zd/DxfValues.h"
 #include "zd/ZdCodes.h"
 #include "zd/ZdDbDatabase.h"
@@ -197,6 +199,36 @@ TEST(DxfDrawingTest, KeepsTheHeaderValues) {
   EXPECT_EQ(db.objectAt(attribute)->ownerId(), reference);
 }
 
+TEST(DxfDrawingTest, EntityTypesNameClassesBothWays) {
+  struct Case {
+    std::string type;
+    std::u16string className;
+    std::string writtenType;  // empty: none, no class is made
+  };
+  const Case cases[] = {
+      {"LINE", u"ZdDbLine", "LINE"},
+      {"INSERT", u"ZdDbBlockReference", "INSERT"},
+      {"ACAD_TABLE", u"ZdDbTable", "ACAD_TABLE"},
+      {"LWPOLYLINE", u"ZdDbPolyline", "LWPOLYLINE"},
+      {"3DFACE", u"ZdDbFace", "3DFACE"},
+      {"AECC_COGO-POINT", u"ZdDbAecc_cogo-point", "AECC_COGO-POINT"},
+      {"circle", u"ZdDbCircle", "CIRCLE"},
+      {"", u"", ""},
+      {"A B", u"", ""},
+      {std::string("A\0", 2), u"", ""},
+      {"G\xC3\x84T", u"", ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.type);
+    EXPECT_EQ(dxfClassNameOf(c.type), c.className);
+    const ZdRxClass* cls = dxfEntityClassOf(c.type);
+    ASSERT_EQ(cls == nullptr, c.writtenType.empty());
+    if (!cls) continue;
+    EXPECT_EQ(dxfTypeOf(*cls), c.writtenType);
+    EXPECT_TRUE(cls->isDerivedFrom(ZdDbEntity::desc()));
+  }
+}
+
 // --- writing and reading again -----------------------------------------------------------
 
 struct RoundTripCase {
@@ -345,9 +377,12 @@ const std::string kBase =
     "  0\nSEQEND\n"
     "  0\nENDSEC\n  0\nEOF\n";
 
+// `text` with the first `from` replaced; a case whose `from` is missing is a
+// mistake in the table, which stops the program.
 std::string replaced(std::string text, const std::string& from, const std::string& to) {
   const std::size_t at = text.find(from);
-  return at == std::string::npos ? "<" + from + " not in base>" : text.replace(at, from.size(), to);
+  if (at == std::string::npos) throw std::invalid_argument("not in the text: " + from);
+  return text.replace(at, from.size(), to);
 }
 
 struct MalformedCase {
@@ -377,6 +412,9 @@ std::vector<MalformedCase> malformedCases() {
       {"no xdata code after 1001", replaced(kBase, "1070\n5\n", "1070\n5\n  1\nx\n"), Zeda::eBadDxfFile},
       {"16-bit xdata out of range", replaced(kBase, "1070\n5\n", "1070\n40000\n"), Zeda::eBadDxfFile},
       {"xdata point without y", replaced(kBase, "1070\n5\n", "1010\n1.0\n1030\n3.0\n"), Zeda::eBadDxfFile},
+      {"entity type with a NUL", replaced(kBase, "  0\nSEQEND\n", std::string("  0\nSEQEND\n  0\nA\0B\n", 20)),
+       Zeda::eBadDxfFile},
+      {"entity type with a blank", replaced(kBase, "  0\nSEQEND\n", "  0\nSEQEND\n  0\nMY LINE\n"), Zeda::eBadDxfFile},
       {"66 not a number", replaced(kBase, " 66\n1\n", " 66\none\n"), Zeda::eBadDxfFile},
       {"block without ENDBLK",
        replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n", "  0\nSECTION\n  2\nBLOCKS\n  0\nBLOCK\n  2\nX\n  0\nENDSEC\n"
