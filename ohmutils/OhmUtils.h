@@ -15,6 +15,7 @@
 #include "ohmutils/xref/OhmUtXrefEntityFactory.h"
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
+#include "ohmutils/xref/OhmUtXrefTableRows.h"
 #include "ohmutils/xref/OhmUtXrefTextEntity.h"
 #include "ohmutils/xref/ReplaceStringInString.h"
 
@@ -38,7 +39,10 @@
 
 // Host services
 #include "ohmutils/host/OhmGetBuildVersion.h"
+#include "ohmutils/host/OhmHostActions.h"
 #include "ohmutils/host/OhmLispBridge.h"
 #include "ohmutils/host/OhmOSVersion.h"
 #include "ohmutils/host/OhmResDll.h"
+#include "ohmutils/host/OhmTaskDialogs.h"
 #include "ohmutils/host/OhmUtilsModule.h"
+#include "ohmutils/host/OhmWaitCursor.h"

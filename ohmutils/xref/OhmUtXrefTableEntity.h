@@ -89,5 +89,6 @@ class OHMUTILS_EXPORT OhmUtXrefTableEntity : public OhmUtXrefGraphicEntity {
 
   VisColumnIdMap mVisColumnIdMap;
 
+  friend class OhmUtXrefTableRows;
   friend struct OhmUtXrefTableEntityTestAccess;
 };

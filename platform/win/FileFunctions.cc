@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -270,3 +271,14 @@ void failNextCreateDirectory(DWORD error) noexcept {
 }
 
 }  // namespace win_testing
+
+DWORD GetTempPathW(DWORD size, LPWSTR buffer) {
+  const char* tmpdir = std::getenv("TMPDIR");
+  std::u16string folder = PosixPathToWindows(tmpdir && *tmpdir ? tmpdir : "/tmp");
+  if (folder.empty() || folder.back() != u'\\') folder += u'\\';
+  const auto length = static_cast<DWORD>(folder.size());
+  if (!buffer || length + 1 > size) return length + 1;
+  folder.copy(buffer, length);
+  buffer[length] = u'\0';
+  return length;
+}

@@ -72,3 +72,10 @@ BOOL CreateDirectoryW(LPCWSTR path, SECURITY_ATTRIBUTES* security);
 // Removes an empty folder. FALSE when it isn't there, isn't empty
 // (ERROR_DIR_NOT_EMPTY) or isn't a folder (ERROR_DIRECTORY).
 BOOL RemoveDirectoryW(LPCWSTR path);
+
+// Copies the temporary folder (Windows form, ending in a backslash) with its
+// terminator into `buffer` of `size` units: the folder of TMPDIR, or /tmp
+// when that is unset or empty. Whether the folder exists isn't checked. The
+// units copied without the terminator; when it doesn't fit, the units needed
+// with the terminator, and the buffer is untouched.
+DWORD GetTempPathW(DWORD size, LPWSTR buffer);

@@ -21,6 +21,7 @@ namespace {
 
 struct LoadedModules {
   std::mutex mutex;
+  std::string dllDirectory;  // POSIX; empty when none is set
   std::multimap<HMODULE, void*> references;  // module -> dlopen handle, one entry per reference
 };
 
@@ -41,12 +42,22 @@ std::string lowerAscii(std::string text) {
   return text;
 }
 
-// The path the dynamic loader is given: POSIX for a name with a folder, the
-// bare file name for the search path.
+// The file of a bare name in the folder of SetDllDirectoryW, if it is there.
+std::optional<std::string> inDllDirectory(const std::string& file) {
+  std::lock_guard lock(loaded().mutex);
+  if (loaded().dllDirectory.empty()) return std::nullopt;
+  const std::string path = loaded().dllDirectory + "/" + file;
+  return ::access(path.c_str(), F_OK) == 0 ? std::optional(path) : std::nullopt;
+}
+
+// The path the dynamic loader is given: POSIX for a name with a folder or one
+// found in the folder of SetDllDirectoryW, else the bare file name for the
+// search path.
 std::optional<std::string> loaderPath(std::u16string_view moduleName) {
   const std::u16string file = ModuleNameToFileName(moduleName);
   if (hasFolder(file)) return WindowsPathToPosix(file);
-  return Utf16ToUtf8(file);
+  const std::string bare = Utf16ToUtf8(file);
+  return inDllDirectory(bare).value_or(bare);
 }
 
 link_map* linkMapOf(void* handle) {
@@ -118,6 +129,18 @@ HMODULE LoadLibraryW(LPCWSTR moduleName) {
   std::lock_guard lock(loaded().mutex);
   loaded().references.emplace(module, handle);
   return module;
+}
+
+BOOL SetDllDirectoryW(LPCWSTR folder) {
+  std::optional<std::string> posix = std::string();
+  if (folder && *folder) posix = WindowsPathToPosix(folder);
+  if (!posix) {
+    SetLastError(ERROR_FILE_NOT_FOUND);
+    return FALSE;
+  }
+  std::lock_guard lock(loaded().mutex);
+  loaded().dllDirectory = *posix;
+  return TRUE;
 }
 
 BOOL FreeLibrary(HMODULE module) {

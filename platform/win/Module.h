@@ -4,8 +4,9 @@
 // One rule maps a module name to its file: a last path component "X.dll"
 // (any case of ".dll") is the file "libX.so" in the same folder; any other
 // name is the file as named. A name with a folder is loaded from that path
-// (Windows form, translated by PathMapping); a bare name goes through the
-// dynamic loader's library search path (LD_LIBRARY_PATH, the system folders).
+// (Windows form, translated by PathMapping); a bare name is looked for in the
+// folder of SetDllDirectoryW first, then along the dynamic loader's library
+// search path (LD_LIBRARY_PATH, the system folders).
 // A loaded module also answers to its versioned file names ("libX.so.1").
 //
 // An HMODULE is the dynamic loader's handle of the module; the process's
@@ -39,6 +40,11 @@ std::u16string ModuleNameToFileName(std::u16string_view moduleName);
 // no such file can be found or loaded, ERROR_BAD_EXE_FORMAT when the file is
 // there but isn't a loadable module.
 HMODULE LoadLibraryW(LPCWSTR moduleName);
+
+// Makes `folder` (Windows form) the first place where LoadLibraryW looks for
+// a bare module name; null or empty takes it away again. FALSE with
+// ERROR_FILE_NOT_FOUND, nothing changed, for a folder on a drive that isn't mapped.
+BOOL SetDllDirectoryW(LPCWSTR folder);
 
 // Gives back one reference of LoadLibraryW; the module unloads with the
 // last. FALSE with ERROR_INVALID_HANDLE for a handle LoadLibraryW didn't give.

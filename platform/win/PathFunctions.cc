@@ -115,6 +115,15 @@ LPWSTR PathCombineW(LPWSTR dest, LPCWSTR folder, LPCWSTR file) {
   return dest;
 }
 
+BOOL PathAppendW(LPWSTR path, LPCWSTR more) {
+  if (!path || !more) return FALSE;
+  while (*more == u'\\') ++more;
+  WCHAR joinedPath[MAX_PATH];
+  if (!PathCombineW(joinedPath, path, more)) return FALSE;
+  copyOut(joinedPath, path);
+  return TRUE;
+}
+
 BOOL PathFileExistsW(LPCWSTR path) {
   if (!path) return FALSE;
   const std::optional<std::string> posix = WindowsPathToPosix(path);

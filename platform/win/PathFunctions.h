@@ -24,6 +24,12 @@ BOOL PathRemoveFileSpecW(LPWSTR path);
 // parts are null, or for a null dest.
 LPWSTR PathCombineW(LPWSTR dest, LPCWSTR folder, LPCWSTR file);
 
+// Appends `more` to `path` (a buffer of MAX_PATH units) with one backslash
+// between, as PathCombineW joins them; leading backslashes of `more` are
+// skipped, so it always goes below `path`. TRUE on success; FALSE, `path`
+// unchanged, when the result needs MAX_PATH units or more, or for null.
+BOOL PathAppendW(LPWSTR path, LPCWSTR more);
+
 // TRUE when the path names an existing file or folder; FALSE otherwise, for
 // a path on a drive that isn't mapped, and for null.
 BOOL PathFileExistsW(LPCWSTR path);

@@ -64,3 +64,20 @@ int RecordingUiSink::messageBox(const UiMessageBox& box) {
 }
 
 }  // namespace win_testing
+
+namespace win_testing {
+
+UiTaskDialogAction RecordingUiSink::taskDialogAction(const UiTaskDialog& dialog, int step) {
+  if (step == 0) mTaskDialogs.push_back(dialog);
+  if (mActions.empty()) return UiTaskDialogAction{UiTaskDialogAction::kClose, 0, u""};
+  UiTaskDialogAction action = mActions.front();
+  mActions.pop_front();
+  return action;
+}
+
+INT_PTR RecordingUiSink::shellExecute(const UiShellExecute& request) {
+  mShellRequests.push_back(request);
+  return mShellResult;
+}
+
+}  // namespace win_testing

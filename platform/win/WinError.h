@@ -42,3 +42,6 @@ inline constexpr LONG ERROR_BAD_EXE_FORMAT = 193;      // a file that isn't a lo
 inline constexpr LONG ERROR_MR_MID_NOT_FOUND = 317;    // no message text for that code
 inline constexpr LONG ERROR_RESOURCE_LANG_NOT_FOUND = 1815;
 inline constexpr LONG ERROR_DLL_INIT_FAILED = 1114;   // a module's entry refused the attach
+// Windows, messages and cursors.
+inline constexpr LONG ERROR_INVALID_WINDOW_HANDLE = 1400;  // no window of that handle (or it was destroyed)
+inline constexpr LONG ERROR_INVALID_CURSOR_HANDLE = 1402;  // no cursor of that handle

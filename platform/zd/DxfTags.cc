@@ -1,5 +1,6 @@
 #include "zd/DxfTags.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace {
@@ -35,6 +36,8 @@ DxfTagStatus readDxfTags(std::string_view text, std::vector<DxfTag>& tags, int& 
   errorLine = 0;
   if (text.substr(0, kBinarySentinel.size()) == kBinarySentinel) return DxfTagStatus::Binary;
   if (text.substr(0, 3) == "\xEF\xBB\xBF") text.remove_prefix(3);  // a UTF-8 byte order mark
+  // One allocation for all tags: two lines each.
+  tags.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) / 2 + 1);
   std::size_t pos = 0;
   for (int line = 1; pos < text.size(); line += 2) {
     // Blank lines behind the last tag are no tag.

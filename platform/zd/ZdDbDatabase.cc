@@ -317,6 +317,40 @@ ZdDbObjectId ZdDbDatabase::blockTableRecordId(const std::u16string& name, bool c
   return mBlocks.back();
 }
 
+void ZdDbDatabase::raiseHandseed(ZdDbHandle seed) noexcept { mNextHandle = std::max(mNextHandle, seed.value()); }
+
+bool ZdDbDatabase::setObjectHandle(ZdDbObjectId id, ZdDbHandle handle) {
+  ZdDbObject* object = objectAt(id);
+  if (!object || handle.isNull()) return false;
+  if (object->mHandle == handle) return true;
+  mHandles.erase(object->mHandle);
+  mNextHandle = std::max(mNextHandle, handle.value() + 1);
+  const auto holder = mHandles.find(handle);
+  if (holder != mHandles.end()) {
+    ZdDbObject* other = objectAt(holder->second);
+    other->mHandle = ZdDbHandle(mNextHandle++);
+    mHandles[other->mHandle] = other->mId;
+  }
+  object->mHandle = handle;
+  mHandles[handle] = id;
+  return true;
+}
+
+void ZdDbDatabase::swapContents(ZdDbDatabase& other) noexcept {
+  std::swap(mObjects, other.mObjects);
+  std::swap(mHandles, other.mHandles);
+  std::swap(mBlocks, other.mBlocks);
+  std::swap(mModelSpace, other.mModelSpace);
+  std::swap(mPaperSpace, other.mPaperSpace);
+  std::swap(mBlockTable, other.mBlockTable);
+  std::swap(mLayoutDictionary, other.mLayoutDictionary);
+  std::swap(mNextHandle, other.mNextHandle);
+  std::swap(mVersion, other.mVersion);
+  std::swap(mCodePage, other.mCodePage);
+  for (auto& [id, object] : mObjects) object->mDatabase = this;
+  for (auto& [id, object] : other.mObjects) object->mDatabase = &other;
+}
+
 ZdDbObjectId ZdDbDatabase::getObjectId(ZdDbHandle handle) const {
   const auto it = mHandles.find(handle);
   return it == mHandles.end() ? ZdDbObjectId() : it->second;

@@ -50,6 +50,15 @@ class ZdDbDatabase {
   ZdDbObject* objectAt(ZdDbObjectId id) const;
   // The next handle that addObject gives.
   ZdDbHandle handseed() const noexcept { return ZdDbHandle(mNextHandle); }
+  // Raises the next handle to at least `seed` (a drawing file's $HANDSEED).
+  void raiseHandseed(ZdDbHandle seed) noexcept;
+  // Gives the object `handle`, as a drawing file names it; an object that
+  // held it moves to the next free handle. False (nothing changed) for an
+  // unknown id or a null handle.
+  bool setObjectHandle(ZdDbObjectId id, ZdDbHandle handle);
+  // Exchanges every object and drawing value with `other`; ids stay with
+  // their objects. How a drawing read in full replaces what a database held.
+  void swapContents(ZdDbDatabase& other) noexcept;
 
   // The block table, opened in `mode`: the status of zddbOpenObject.
   Zeda::ErrorStatus getSymbolTable(ZdDbBlockTable*& table, ZdDb::OpenMode mode) const;
@@ -78,8 +87,10 @@ class ZdDbDatabase {
   Zeda::ErrorStatus readDwgFile(const char16_t* fileName, int shareMode = 1, bool allowCPConversion = false,
                                 const char16_t* password = nullptr);
   // Writes the database as an ASCII DXF file of `version` (an $ACADVER value,
-  // empty: dwgVersion()). eOk; eFileAccessErr when it can't be written,
-  // eInvalidInput for a version the writer doesn't know.
+  // empty: dwgVersion()): AC1009 (R12) and AC1012 to AC1032. It is written
+  // beside the file and renamed over it. eOk; eFileAccessErr when it can't be
+  // written, eInvalidInput for a version the writer doesn't know or a null
+  // name, eOutOfMemory when the layout dictionary can't be walked.
   Zeda::ErrorStatus dxfOut(const char16_t* fileName, const std::u16string& version = u"") const;
 
  private:

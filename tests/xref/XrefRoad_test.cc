@@ -12,6 +12,7 @@
 #include "ohmutils/xref/OhmUtXrefEntityFactory.h"
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
+#include "ohmutils/xref/OhmUtXrefTableRows.h"
 #include "support/u16.h"
 #include "zd/ZdDbDrawingBuilder.h"
 
@@ -151,6 +152,40 @@ TEST_F(XrefRoad, TablePresentationMatchesRowsToContacts) {
     }
     EXPECT_EQ(matched, expectedContact[r]);
   }
+}
+
+// The rows a caller fills for the contacts are the rows that match them back:
+// one per plain and partial Form C contact, two for a full Form C contact.
+TEST_F(XrefRoad, TableRowsFilledForContactsMatchThemBack) {
+  mSettings.setSettingMap({{OhmCfgSetting::WD_XREF_FORMAT, u" %S.%N"},
+                           {OhmCfgSetting::WD_XREF_ALTFORMAT, u" %D-%S.%N"},
+                           {OhmCfgSetting::WD_XREF_TBLINDEX, u"1,2,3,5,6,0"},
+                           {OhmCfgSetting::WD_XREF_TBLFLDNAMS, u"Aux,From,Symbol,To"}});
+  std::unique_ptr<OhmUtXrefTableEntity> entity = make<OhmUtXrefTableEntity>(u"2");
+  ASSERT_NE(entity, nullptr);
+  using Row = OhmUtXrefTableRows::Row;
+  EXPECT_EQ(OhmUtXrefTableRows::getTitles(*entity), (Row{u"From", u"Symbol", u"To", u"", u"", u"Aux"}));
+  const std::vector<std::vector<Row>> expected = {
+      {{u"13", u"-o-", u"14", u" 2.104", u"2", u""}},
+      {{u"21", u"-x-", u"22", u" SHT03:3.105", u"3", u""}},
+      {{u"14", u"-n-", u"11", u" SHT03:4.201", u"4", u""}, {u"12", u"-w-", u"11", u" SHT03:4.201", u"4", u""}},
+      {{u"34", u"-n-", u"31", u" SHT05:5.302", u"5", u""}},
+      {{u"32", u"-w-", u"31", u" SHT05:5.303", u"5", u""}},
+  };
+  for (std::size_t c = 0; c < kContacts.size(); ++c) {
+    SCOPED_TRACE(c);
+    const std::vector<Row> rows = OhmUtXrefTableRows::getRows(*entity, kContacts[c]);
+    EXPECT_EQ(rows, expected[c]);
+    for (const Row& row : rows) EXPECT_TRUE(entity->isCompOccMatchingRow(kContacts[c], row));
+  }
+}
+
+TEST_F(XrefRoad, TableWithoutVisibleColumnsHasNoRows) {
+  mSettings.setSettingMap({{OhmCfgSetting::WD_XREF_TBLINDEX, u""}});
+  std::unique_ptr<OhmUtXrefTableEntity> entity = make<OhmUtXrefTableEntity>(u"2");
+  ASSERT_NE(entity, nullptr);
+  EXPECT_TRUE(OhmUtXrefTableRows::getRows(*entity, kContacts[0]).empty());
+  EXPECT_TRUE(OhmUtXrefTableRows::getTitles(*entity).empty());
 }
 
 }  // namespace

@@ -1,0 +1,79 @@
+// Writes the drawings of the relay example with the project's DXF writer:
+//   CTRL01.dxf  sheet 1 in model space: relay coil CR1, three times, once
+//               for each presentation of its cross-reference, and its NO
+//               contact; sheet 2 on the paper layout "SHEET 2": the NC contact.
+//   CTRL02.dxf  sheet 3: a full Form C contact and a partial one (its NO
+//               side); two paper layouts whose tab order differs from the
+//               order of their names.
+// usage: ohm_make_example_drawings OUTPUT_FOLDER
+#include <filesystem>
+#include <iostream>
+#include <string>
+
+#include "win/PathMapping.h"
+#include "zd/ZdDbBlockReference.h"
+#include "zd/ZdDbDatabase.h"
+#include "zd/ZdDbDrawingBuilder.h"
+
+namespace {
+
+using Attributes = ZdDbDrawingBuilder::Attributes;
+
+// The coil of relay CR1 with the options of one cross-reference presentation.
+void InsertCoil(ZdDbDrawingBuilder& build, const std::u16string& style) {
+  ZdDbBlockReference* coil =
+      build.insertBlock(u"HCR1", {{u"TAG1", u"CR1"}, {u"XREF", u""}, {u"XREFNO", u""}, {u"XREFNC", u""}});
+  ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_STYLE", style);
+  ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_PINLIST", u"3,31,34,32");
+}
+
+// A contact of CR1 with its reference and terminals.
+void InsertContact(ZdDbDrawingBuilder& build, const std::u16string& block, const Attributes& pins,
+                   ZdDbObjectId space = {}) {
+  Attributes attributes = {{u"TAG2", u"CR1"}};
+  attributes.insert(attributes.end(), pins.begin(), pins.end());
+  build.insertBlock(block, attributes, space);
+}
+
+bool Write(const ZdDbDatabase& database, const std::filesystem::path& file) {
+  const std::u16string name = PosixPathToWindows(std::filesystem::absolute(file).lexically_normal().string());
+  if (database.dxfOut(name.c_str(), u"AC1032") == Zeda::eOk) return true;
+  std::cerr << "can't write " << file.string() << '\n';
+  return false;
+}
+
+bool WriteControl01(const std::filesystem::path& folder) {
+  ZdDbDatabase database(false);
+  ZdDbDrawingBuilder build(database);
+  database.addLayout(u"Model", 0, database.modelSpaceId());
+  database.addLayout(u"SHEET 2", 1, database.paperSpaceId());
+  InsertCoil(build, u"0");
+  InsertCoil(build, u"1");
+  InsertCoil(build, u"2");
+  InsertContact(build, u"HNO1", {{u"TERM01", u"13"}, {u"TERM02", u"14"}});
+  InsertContact(build, u"HNC1", {{u"TERM01", u"21"}, {u"TERM02", u"22"}}, database.paperSpaceId());
+  return Write(database, folder / "CTRL01.dxf");
+}
+
+bool WriteControl02(const std::filesystem::path& folder) {
+  ZdDbDatabase database(false);
+  ZdDbDrawingBuilder build(database);
+  database.addLayout(u"Model", 0, database.modelSpaceId());
+  database.addLayout(u"B-DETAIL", 1, database.paperSpaceId());
+  database.addLayout(u"A-OVERVIEW", 2, database.blockTableRecordId(u"*Paper_Space0", true));
+  InsertContact(build, u"HNONC1", {{u"TERM01", u"11"}, {u"TERM02", u"14"}, {u"TERM03", u"12"}});
+  InsertContact(build, u"HNO1", {{u"TERM01", u"31"}, {u"TERM02", u"34"}});
+  return Write(database, folder / "CTRL02.dxf");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::cerr << "usage: ohm_make_example_drawings OUTPUT_FOLDER\n";
+    return 2;
+  }
+  const std::filesystem::path folder = argv[1];
+  std::filesystem::create_directories(folder);
+  return WriteControl01(folder) && WriteControl02(folder) ? 0 : 1;
+}

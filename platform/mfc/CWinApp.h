@@ -1,0 +1,13 @@
+// CWinApp: MFC's application object, one per process, made by the
+// application (the host); it keeps the application's main window.
+#pragma once
+
+#include "mfc/CCmdTarget.h"
+
+class CWnd;
+
+class CWinApp : public CCmdTarget {
+ public:
+  // The application's main window; null before it exists.
+  CWnd* m_pMainWnd = nullptr;
+};

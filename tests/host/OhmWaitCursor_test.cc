@@ -1,0 +1,189 @@
+// The wait cursor: begin and end in every order, what the message filter
+// lets through, and the mouse moves the view gets at both ends.
+#include "ohmutils/host/OhmWaitCursor.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "win/Cursor.h"
+#include "win/Cursor_testing.h"
+#include "win/Messages.h"
+#include "zd/ZdApplicationFrame.h"
+#include "zd/ZdDocManager.h"
+#include "zd/ZdWinMsgFilter.h"
+#include "zd/ZdWinMsgFilter_testing.h"
+
+namespace {
+
+// The view's client origin on the screen, as the host lays it out.
+constexpr POINT kViewOrigin{100, 98};
+
+class WaitCursor : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    mDocument = zdDocManagerPtr()->addDocument(u"\\tmp\\wait.dwg", nullptr);
+    ASSERT_NE(zdedGetZedaDwgView(), nullptr);
+    mView = zdedGetZedaDwgView()->GetSafeHwnd();
+    zd_testing::resetMessages();
+    mFilters = zd_testing::registeredFilterCount();
+    SetCursor(Cursor(IDC_CROSS));
+  }
+  void TearDown() override {
+    OhmEndWaitCursor();
+    EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters);
+    if (mDocument) zdDocManagerPtr()->closeDocument(mDocument);
+    zd_testing::resetMessages();
+  }
+  static HCURSOR Cursor(LPCWSTR id) { return LoadCursorW(nullptr, id); }
+  // The mouse moves the view got from the host's loop, as their packed positions.
+  std::vector<LPARAM> ViewMouseMoves() {
+    zdHostPumpMessages();
+    std::vector<LPARAM> positions;
+    for (const MSG& msg : zd_testing::deliveredMessages(mView))
+      if (msg.message == WM_MOUSEMOVE) positions.push_back(msg.lParam);
+    zd_testing::resetMessages();
+    return positions;
+  }
+
+  ZdApDocument* mDocument = nullptr;
+  HWND mView = nullptr;
+  std::size_t mFilters = 0;
+};
+
+TEST_F(WaitCursor, BeginShowsTheWaitCursorAndTheTwoZeroMovesPassTheFilter) {
+  ASSERT_TRUE(OhmBeginWaitCursor());
+  EXPECT_EQ(GetCursor(), Cursor(IDC_WAIT));
+  EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters + 1);
+  EXPECT_EQ(ViewMouseMoves(), (std::vector<LPARAM>{0, 0}));
+}
+
+TEST_F(WaitCursor, SecondBeginChangesNothingAndEndRestoresTheCursorOfTheFirst) {
+  ASSERT_TRUE(OhmBeginWaitCursor());
+  ViewMouseMoves();
+  SetCursor(Cursor(IDC_IBEAM));
+  EXPECT_FALSE(OhmBeginWaitCursor());
+  EXPECT_EQ(GetCursor(), Cursor(IDC_IBEAM));
+  EXPECT_TRUE(ViewMouseMoves().empty());
+  EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters + 1);
+  OhmEndWaitCursor();
+  EXPECT_EQ(GetCursor(), Cursor(IDC_CROSS));
+}
+
+TEST_F(WaitCursor, EndWithoutBeginDoesNothing) {
+  OhmEndWaitCursor();
+  EXPECT_EQ(GetCursor(), Cursor(IDC_CROSS));
+  EXPECT_FALSE(zd_testing::hasQueuedMessages());
+  EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters);
+}
+
+TEST_F(WaitCursor, WithoutAViewBeginIsFalseAndChangesNothing) {
+  zdDocManagerPtr()->closeDocument(std::exchange(mDocument, nullptr));
+  EXPECT_FALSE(OhmBeginWaitCursor());
+  EXPECT_EQ(GetCursor(), Cursor(IDC_CROSS));
+  EXPECT_FALSE(zd_testing::hasQueuedMessages());
+  EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters);
+}
+
+// During the wait each message is posted to the view and the cursor is set
+// to the arrow; the filter swallows the message or not, and sets the wait
+// cursor again when it swallows.
+struct FilterCase {
+  const char* name;
+  UINT message;
+  LPARAM lParam;
+  bool swallowed;
+};
+
+TEST_F(WaitCursor, FilterSwallowsOnlyMouseMovesWithAPosition) {
+  const FilterCase cases[] = {
+      {"mouse move at 0, 0 of the view", WM_MOUSEMOVE, 0, false},
+      {"mouse move at 5, 7", WM_MOUSEMOVE, MAKELPARAM(5, 7), true},
+      {"mouse move at 0, 1", WM_MOUSEMOVE, MAKELPARAM(0, 1), true},
+      {"mouse move left of the view", WM_MOUSEMOVE, MAKELPARAM(-3, 7), true},
+      {"left button down", WM_LBUTTONDOWN, MAKELPARAM(5, 7), false},
+      {"right button down", WM_RBUTTONDOWN, MAKELPARAM(5, 7), false},
+      {"key down", WM_KEYDOWN, 0x41, false},
+      {"character", WM_CHAR, 0x61, false},
+  };
+  ASSERT_TRUE(OhmBeginWaitCursor());
+  ViewMouseMoves();
+  for (const FilterCase& c : cases) {
+    SCOPED_TRACE(c.name);
+    SetCursor(Cursor(IDC_ARROW));
+    ASSERT_TRUE(PostMessageW(mView, c.message, 0, c.lParam));
+    zdHostPumpMessages();
+    const std::vector<MSG> delivered = zd_testing::deliveredMessages(mView);
+    EXPECT_EQ(delivered.size(), c.swallowed ? 0u : 1u);
+    if (!delivered.empty()) {
+      EXPECT_EQ(delivered[0].lParam, c.lParam);
+    }
+    EXPECT_EQ(GetCursor(), Cursor(c.swallowed ? IDC_WAIT : IDC_ARROW));
+    zd_testing::resetMessages();
+  }
+}
+
+// At the end the view gets two moves at the pointer's place in its own
+// coordinates, each cut to 16 bits, x low and y high.
+struct EndCase {
+  const char* name;
+  POINT screen;
+  LPARAM packed;
+};
+
+TEST_F(WaitCursor, EndPostsThePointersViewPositionPackedTwice) {
+  const EndCase cases[] = {
+      {"inside the view", {150, 130}, 50 | (32 << 16)},
+      {"at the view's origin", {kViewOrigin.x, kViewOrigin.y}, 0},
+      {"left of and above the view", {90, 95}, 0xFFF6 | (0xFFFDL << 16)},
+      {"far right, cut to 16 bits", {100 + 0x12345, 98 + 2}, 0x2345 | (2 << 16)},
+  };
+  for (const EndCase& c : cases) {
+    SCOPED_TRACE(c.name);
+    ASSERT_TRUE(OhmBeginWaitCursor());
+    ViewMouseMoves();
+    SetCursorPos(c.screen.x, c.screen.y);
+    OhmEndWaitCursor();
+    EXPECT_EQ(GetCursor(), Cursor(IDC_CROSS));
+    EXPECT_EQ(ViewMouseMoves(), (std::vector<LPARAM>{c.packed, c.packed}));
+    SetCursor(Cursor(IDC_CROSS));
+  }
+}
+
+TEST_F(WaitCursor, EndWithoutAViewRestoresAndUnhooksButPostsNothing) {
+  ASSERT_TRUE(OhmBeginWaitCursor());
+  ViewMouseMoves();
+  zdDocManagerPtr()->closeDocument(std::exchange(mDocument, nullptr));
+  OhmEndWaitCursor();
+  EXPECT_EQ(GetCursor(), Cursor(IDC_CROSS));
+  EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters);
+  EXPECT_FALSE(zd_testing::hasQueuedMessages());
+}
+
+TEST_F(WaitCursor, RefusedFilterLeavesTheWaitCursorAndEndDoesNothing) {
+  zd_testing::failNextRegisterFilter();
+  EXPECT_TRUE(OhmBeginWaitCursor());
+  EXPECT_EQ(GetCursor(), Cursor(IDC_WAIT));
+  EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters);
+  ViewMouseMoves();
+  OhmEndWaitCursor();
+  EXPECT_EQ(GetCursor(), Cursor(IDC_WAIT));
+  EXPECT_TRUE(ViewMouseMoves().empty());
+  // The next begin starts anew.
+  SetCursor(Cursor(IDC_CROSS));
+  EXPECT_TRUE(OhmBeginWaitCursor());
+  EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters + 1);
+}
+
+TEST_F(WaitCursor, BeginEndBeginLoadsTheCursorAgain) {
+  const long loads = win_testing::cursorLoads();
+  ASSERT_TRUE(OhmBeginWaitCursor());
+  OhmEndWaitCursor();
+  ASSERT_TRUE(OhmBeginWaitCursor());
+  EXPECT_EQ(win_testing::cursorLoads(), loads + 2);
+  EXPECT_EQ(GetCursor(), Cursor(IDC_WAIT));
+  OhmEndWaitCursor();
+  EXPECT_EQ(GetCursor(), Cursor(IDC_CROSS));
+}
+
+}  // namespace

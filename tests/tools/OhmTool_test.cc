@@ -1,0 +1,250 @@
+// The ohm tool as a person or a script uses it: run as a process, its
+// standard output compared with the example's expected output, its exit
+// status and its messages checked for bad usage and bad input.
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/TempFolder.h"
+
+extern char** environ;
+
+namespace {
+
+const std::string kExample = OHM_EXAMPLES_DIR "/relay";
+
+struct Result {
+  int status = -1;
+  std::string out, err;
+};
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// Runs `program` with `args`, standard output and error caught in files.
+Result RunProgram(const std::string& program, const std::vector<std::string>& args) {
+  TempFolder folder;
+  const std::string out = folder.posix("out"), err = folder.posix("err");
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  posix_spawn_file_actions_addopen(&actions, 2, err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  std::vector<char*> argv{const_cast<char*>(program.c_str())};
+  for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
+  argv.push_back(nullptr);
+  pid_t child = 0;
+  Result result;
+  if (posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ) == 0) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+  posix_spawn_file_actions_destroy(&actions);
+  result.out = ReadFile(out);
+  result.err = ReadFile(err);
+  return result;
+}
+
+Result Ohm(const std::vector<std::string>& args) { return RunProgram(OHM_TOOL, args); }
+
+// The example's commands and the output its README shows.
+struct ExampleCase {
+  std::vector<std::string> args;
+  const char* expected;  // file in the example's expected/ folder
+};
+
+TEST(OhmTool, ExampleCommandsPrintTheExpectedOutput) {
+  const std::vector<ExampleCase> cases = {
+      {{"xref", kExample + "/project.json"}, "xref.txt"},
+      {{"classify", kExample + "/drawings/CTRL01.dxf"}, "classify-ctrl01.txt"},
+      {{"classify", kExample + "/drawings/CTRL02.dxf", "--kind", "Tag2"}, "classify-ctrl02-tag2.txt"},
+      {{"layouts", kExample + "/drawings/CTRL02.dxf"}, "layouts-ctrl02.txt"},
+      {{"xdata", kExample + "/drawings/CTRL01.dxf", "2C"}, "xdata-graphic.txt"},
+  };
+  for (const ExampleCase& c : cases) {
+    SCOPED_TRACE(c.expected);
+    const Result result = Ohm(c.args);
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, ReadFile(kExample + "/expected/" + c.expected));
+    EXPECT_EQ(result.err, "");
+  }
+}
+
+TEST(OhmTool, JsonOutputSaysWhatTheTextSays) {
+  const Result result = Ohm({"xref", "--json", kExample + "/project.json"});
+  ASSERT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(nlohmann::json::parse(result.out), nlohmann::json::parse(ReadFile(kExample + "/expected/xref.json")));
+}
+
+TEST(OhmTool, ExampleDrawingsAreWhatTheWriterMakes) {
+  TempFolder folder;
+  ASSERT_EQ(RunProgram(OHM_MAKE_DRAWINGS, {folder.posix()}).status, 0);
+  for (const char* name : {"CTRL01.dxf", "CTRL02.dxf"}) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(ReadFile(folder.posix(name)), ReadFile(kExample + "/drawings/" + name));
+  }
+}
+
+// Exit statuses and messages, one row per way a run can end.
+struct StatusCase {
+  const char* what;
+  std::vector<std::string> args;
+  int status;
+  const char* inOut;  // expected within standard output ("" for none)
+  const char* inErr;  // expected within standard error ("" for none)
+};
+
+TEST(OhmTool, ExitStatusesAndMessages) {
+  TempFolder folder;
+  folder.makeFile("not.dxf", "this is no drawing\n");
+  const std::string ctrl01 = kExample + "/drawings/CTRL01.dxf";
+  const std::vector<StatusCase> cases = {
+      {"version", {"--version"}, 0, "ohm ", ""},
+      {"help", {"--help"}, 0, "xref", ""},
+      {"subcommand help", {"xref", "--help"}, 0, "PROJECT", ""},
+      {"no subcommand", {}, 2, "", "subcommand"},
+      {"unknown subcommand", {"frobnicate"}, 2, "", ""},
+      {"missing argument", {"layouts"}, 2, "", "DRAWING"},
+      {"unknown option", {"layouts", ctrl01, "--frob"}, 2, "", "--frob"},
+      {"missing project", {"xref", folder.posix("none.json")}, 2, "", "none.json: can't read"},
+      {"missing drawing", {"layouts", folder.posix("none.dxf")}, 2, "", "none.dxf: no such file"},
+      {"not a drawing", {"classify", folder.posix("not.dxf")}, 2, "", "not.dxf: not a readable DXF file"},
+      {"bad kind", {"classify", ctrl01, "--kind", "Coil"}, 2, "", "\"Coil\" is no kind"},
+      {"kind by number", {"classify", ctrl01, "--kind", "99"}, 2, "", "is no kind"},
+      {"bad handle", {"xdata", ctrl01, "XYZ"}, 2, "", "\"XYZ\" is no handle"},
+      {"unknown handle", {"xdata", ctrl01, "FFFF"}, 2, "", "no object with handle FFFF"},
+      {"no xdata of that application", {"xdata", ctrl01, "2C", "NOAPP"}, 1, "", "has no xdata of NOAPP"},
+      {"lock without drawings", {"lock"}, 2, "", "DRAWING"},
+  };
+  for (const StatusCase& c : cases) {
+    SCOPED_TRACE(c.what);
+    const Result result = Ohm(c.args);
+    EXPECT_EQ(result.status, c.status) << result.err;
+    EXPECT_NE(result.out.find(c.inOut), std::string::npos) << result.out;
+    EXPECT_NE(result.err.find(c.inErr), std::string::npos) << result.err;
+    if (c.status != 0) {
+      EXPECT_EQ(result.out, "");
+    }
+  }
+}
+
+// A project file that doesn't follow the schema names the place and what
+// was expected; the shell sees status 2 and nothing on standard output.
+struct ProjectCase {
+  std::string text;
+  const char* at;  // where the message points: the last place of this in the text; null: line 1, column 1
+  const char* message;
+};
+
+TEST(OhmTool, BadProjectFilesNameLineColumnAndWhatWasExpected) {
+  const std::string head = R"({"hostDrawing": "C:\\A.DWG", "coils": {"K1": [{"drawing": "C:\\A.DWG"}]})";
+  const std::string entity = head + R"(, "entities": [{"name": "e", "coil": "K1", )";
+  const std::vector<ProjectCase> cases = {
+      {"[1, 2]", nullptr, "expected a project object, found array"},
+      {"{}", nullptr, "expected a member \"hostDrawing\""},
+      {R"({"hostDrawing": 7})", "7", "expected a string, found number"},
+      {head + "}", nullptr, "expected a member \"entities\""},
+      {head + R"(, "entities": [], "extra": 1})", "\"extra\"", "unknown member \"extra\"; expected one of"},
+      {head + R"(, "settings": {"WD_NOPE": "1"}, "entities": []})", "\"WD_NOPE\"", "expected an option number"},
+      {head + R"(, "settings": {"14": 1}, "entities": []})", "1}", "expected a string, found number"},
+      {entity + R"("xdata": {}, "drawing": "a.dxf"}]})", "{\"name\"", "expected either \"drawing\" and \"handle\""},
+      {entity + R"("drawing": "a.dxf", "handle": "0"}]})", "\"0\"", "expected a handle"},
+      {entity + R"("drawing": "a.dxf"}]})", "{\"name\"", "expected a member \"handle\""},
+      {entity + R"("handle": "1F"}]})", "\"1F\"", "expected a \"drawing\" beside the \"handle\""},
+      {entity + R"("xdata": {"A": 1}}]})", "1}", "expected a string, found number"},
+      {entity + R"("xdata": {}, "rows": [["a", 2]]}]})", "2]", "expected a string, found number"},
+      {head + R"(, "entities": [{"name": "e", "coil": "K9", "xdata": {}}]})", "\"K9\"", "expected the name of a coil"},
+      {R"({"hostDrawing": "x", "coils": {"K1": [{"drawing": "d", "pins": {}}]}, "entities": []})", "{}}",
+       "expected an array of pin objects, found object"},
+      {R"({"hostDrawing": "x", "coils": {"K1": [{"drawing": "d", "type": "8"}]}, "entities": []})", "\"8\"",
+       "expected an integer, found string"},
+  };
+  TempFolder folder;
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    const ProjectCase& c = cases[i];
+    SCOPED_TRACE(c.text);
+    const std::string name = "p" + std::to_string(i) + ".json";
+    folder.makeFile(name, c.text);
+    const std::size_t column = c.at ? c.text.rfind(c.at) + 1 : 1;
+    const Result result = Ohm({"xref", folder.posix(name)});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.out, "");
+    const std::string expected = folder.posix(name) + ":1:" + std::to_string(column) + ": " + c.message;
+    EXPECT_NE(result.err.find(expected), std::string::npos) << result.err << "expected: " << expected;
+  }
+}
+
+TEST(OhmTool, SyntaxErrorsNameTheirLine) {
+  TempFolder folder;
+  folder.makeFile("p.json", "{\n  \"hostDrawing\": \"x\",\n  \"coils\": {}\n  \"entities\": []\n}\n");
+  const Result result = Ohm({"xref", folder.posix("p.json")});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_NE(result.err.find(folder.posix("p.json") + ":4:12: syntax error while parsing object"), std::string::npos)
+      << result.err;
+}
+
+// Entities that can't be worked out fail alone: the others are printed and
+// the run ends with status 1.
+TEST(OhmTool, FailedEntitiesGiveStatusOneAndTheOthersArePrinted) {
+  TempFolder folder;
+  folder.makeFile("p.json", R"({
+    "hostDrawing": "C:\\A.DWG",
+    "settings": {"14": "%S.%N"},
+    "coils": {"K1": [{"drawing": "C:\\A.DWG", "properties": {"CONTACT": "NO", "REF": "1"},
+                      "sheetProperties": {"SHEET": "2"}, "pins": [{"TERMCODE": "x", "TERM": "13"}]}]},
+    "entities": [
+      {"name": "no style", "coil": "K1", "xdata": {"KVA_WD_XREF_STYLE": "7"}},
+      {"name": "bad pin", "coil": "K1", "xdata": {"KVA_WD_XREF_STYLE": "1"}},
+      {"name": "text", "coil": "K1", "xdata": {"KVA_WD_XREF_STYLE": "0"}, "attributes": ["XREFNO"]}
+    ]})");
+  const Result result = Ohm({"xref", folder.posix("p.json")});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out,
+            "entity \"no style\" (none)\n"
+            "  error: the entity asks for no presentation: its style option is neither \"0\", \"1\" nor \"2\"\n"
+            "entity \"bad pin\" (graphic)\n"
+            "  error: the cross-reference failed: invalid stoi argument\n"
+            "entity \"text\" (text)\n"
+            "  XREFNO: \"2.1\"\n");
+  EXPECT_NE(result.err.find("entity \"bad pin\": the cross-reference failed"), std::string::npos) << result.err;
+}
+
+// Locks belong to the process that takes them: `lock --run` holds them while
+// its command runs, where another ohm sees them taken; afterwards they are
+// free again, and an unrelated process can't release them.
+TEST(OhmTool, LocksLastWhileTheCommandRuns) {
+  TempFolder folder;
+  folder.makeFile("a.dxf");
+  folder.makeFile("b.dxf");
+  const std::string a = folder.posix("a.dxf"), b = folder.posix("b.dxf"), missing = folder.posix("c.dxf");
+  const std::string inner = std::string(OHM_TOOL) + " lock --check " + a + " " + b + "; exit 3";
+  const Result held = Ohm({"lock", a, b, "--run", inner});
+  EXPECT_EQ(held.status, 3) << held.err;  // the command's status
+  EXPECT_EQ(held.out, a + "\tlocked\n" + b + "\tlocked\n" + a + "\tnot available\n" + b + "\tnot available\n");
+
+  const Result after = Ohm({"lock", "--check", a, b});
+  EXPECT_EQ(after.status, 0);
+  EXPECT_EQ(after.out, a + "\tavailable\n" + b + "\tavailable\n");
+
+  const Result some = Ohm({"lock", a, missing, "--run", "exit 0"});
+  EXPECT_EQ(some.status, 1);  // not every drawing was had, so the command didn't run
+  EXPECT_EQ(some.out, a + "\tlocked\n" + missing + "\tnot available\n");
+
+  const Result unlock = Ohm({"unlock", a});
+  EXPECT_EQ(unlock.status, 1);
+  EXPECT_EQ(unlock.out, a + "\tnot held by this process\n");
+}
+
+}  // namespace

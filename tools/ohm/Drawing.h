@@ -1,0 +1,33 @@
+// The drawings a subcommand works on: DXF files read into databases of the
+// host, and the objects in them found by handle. Errors end the subcommand
+// with exit status 2 and a message that names the file.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "zd/ZdDbDatabase.h"
+#include "zd/ZdDbObject.h"
+
+// The drawing in `file` (a POSIX path).
+std::unique_ptr<ZdDbDatabase> ReadDrawing(const std::string& file);
+
+// The object of `handle` in `database`, open for read while this lives.
+class OpenedObject {
+ public:
+  OpenedObject(ZdDbDatabase& database, std::uint64_t handle, const std::string& file);
+  ~OpenedObject();
+  OpenedObject(const OpenedObject&) = delete;
+  OpenedObject& operator=(const OpenedObject&) = delete;
+
+  ZdDbObject& object() const noexcept { return *mObject; }
+  // The object as an entity; null when it is another kind of object.
+  ZdDbEntity* entity() const noexcept;
+
+ private:
+  ZdDbObject* mObject = nullptr;
+};
+
+// A handle as the tool prints it: upper-case hexadecimal digits.
+std::string HandleText(const ZdDbObject& object);

@@ -1,0 +1,126 @@
+#include "JsonLocation.h"
+
+#include <vector>
+
+namespace {
+
+// Walks a well-formed JSON text; every step starts at a value or separator.
+class Scanner {
+ public:
+  explicit Scanner(std::string_view text) : mText(text) {}
+
+  std::size_t find(const std::vector<std::string>& tokens, bool memberName) {
+    skipSpace();
+    for (const std::string& token : tokens) {
+      if (!enter(token)) return std::string_view::npos;
+      skipSpace();
+    }
+    return memberName && mNameAt != std::string_view::npos ? mNameAt : mAt;
+  }
+
+ private:
+  char peek() const { return mAt < mText.size() ? mText[mAt] : '\0'; }
+  void skipSpace() {
+    while (mAt < mText.size() && (peek() == ' ' || peek() == '\t' || peek() == '\n' || peek() == '\r')) ++mAt;
+  }
+  // Moves from the container at mAt to its member or element `token`.
+  bool enter(const std::string& token) {
+    if (peek() == '{') return enterMember(token);
+    if (peek() == '[') return enterElement(token);
+    return false;
+  }
+  bool enterMember(const std::string& key) {
+    ++mAt;
+    for (skipSpace(); peek() == '"'; skipSpace()) {
+      mNameAt = mAt;
+      const std::string name = readString();
+      skipSpace();
+      ++mAt;  // ':'
+      skipSpace();
+      if (name == key) return true;
+      skipValue();
+      skipSpace();
+      if (peek() == ',') ++mAt;
+      skipSpace();
+    }
+    return false;
+  }
+  bool enterElement(const std::string& token) {
+    mNameAt = std::string_view::npos;
+    std::size_t index = 0;
+    for (char c : token) {
+      if (c < '0' || c > '9') return false;
+      index = index * 10 + static_cast<std::size_t>(c - '0');
+    }
+    ++mAt;
+    for (skipSpace(); peek() != ']' && mAt < mText.size(); skipSpace()) {
+      if (index-- == 0) return true;
+      skipValue();
+      skipSpace();
+      if (peek() == ',') ++mAt;
+    }
+    return false;
+  }
+  // The decoded text of the string at mAt; mAt moves past it.
+  std::string readString() {
+    const std::size_t start = mAt;
+    skipString();
+    return nlohmann::json::parse(mText.substr(start, mAt - start)).get<std::string>();
+  }
+  void skipString() {
+    for (++mAt; mAt < mText.size() && peek() != '"'; ++mAt) {
+      if (peek() == '\\') ++mAt;
+    }
+    ++mAt;
+  }
+  void skipValue() {
+    if (peek() == '"') return skipString();
+    if (peek() == '{' || peek() == '[') return skipContainer();
+    while (mAt < mText.size() && std::string_view(",}] \t\r\n").find(peek()) == std::string_view::npos) ++mAt;
+  }
+  void skipContainer() {
+    int depth = 0;
+    do {
+      const char c = peek();
+      if (c == '"') {
+        skipString();
+        continue;
+      }
+      if (c == '{' || c == '[') ++depth;
+      if (c == '}' || c == ']') --depth;
+      ++mAt;
+    } while (depth > 0 && mAt < mText.size());
+  }
+
+  std::string_view mText;
+  std::size_t mAt = 0;
+  std::size_t mNameAt = std::string_view::npos;  // where the name of the member last entered starts
+};
+
+// The reference tokens of a pointer, unescaped ("~1" is "/", "~0" is "~").
+std::vector<std::string> Tokens(const nlohmann::json::json_pointer& pointer) {
+  std::vector<std::string> tokens;
+  for (nlohmann::json::json_pointer rest = pointer; !rest.empty(); rest.pop_back()) {
+    tokens.insert(tokens.begin(), rest.back());
+  }
+  return tokens;
+}
+
+}  // namespace
+
+TextPosition PositionOfOffset(std::string_view text, std::size_t offset) {
+  TextPosition position;
+  for (std::size_t i = 0; i < offset && i < text.size(); ++i) {
+    if (text[i] == '\n') {
+      ++position.line;
+      position.column = 1;
+    } else if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) {
+      ++position.column;
+    }
+  }
+  return position;
+}
+
+std::size_t OffsetOfValue(std::string_view text, const nlohmann::json::json_pointer& pointer, bool memberName) {
+  return Scanner(text).find(Tokens(pointer), memberName);
+}

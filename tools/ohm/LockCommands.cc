@@ -1,0 +1,105 @@
+#include "LockCommands.h"
+
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <set>
+
+#include "CommandError.h"
+#include "mfc/CStringList.h"
+#include "ohmutils/host/OhmLispBridge.h"
+#include "ohmutils/host/OhmUtilsModule.h"
+#include "win/Module.h"
+#include "win/PathMapping.h"
+#include "win/Utf8.h"
+#include "zd/ZdDbDatabase.h"
+#include "zd/ZdDocManager.h"
+
+extern char** environ;
+
+namespace {
+
+// The library attached as the host attaches it, with a document current so
+// that the Lisp bridge may call; all undone at the end.
+class HostSession {
+ public:
+  explicit HostSession(const std::u16string& documentName) : mModule(GetModuleHandleW(u"OhmUtils.dll")) {
+    if (!DllMain(mModule, DLL_PROCESS_ATTACH, nullptr)) FailOperation("the library's module set-up failed");
+    mDocument = zdDocManagerPtr()->addDocument(documentName, std::make_shared<ZdDbDatabase>());
+  }
+  ~HostSession() {
+    zdDocManagerPtr()->closeDocument(mDocument);
+    DllMain(mModule, DLL_PROCESS_DETACH, nullptr);
+  }
+  HostSession(const HostSession&) = delete;
+  HostSession& operator=(const HostSession&) = delete;
+
+ private:
+  HMODULE mModule;
+  ZdApDocument* mDocument = nullptr;
+};
+
+std::u16string WindowsName(const std::string& file) {
+  return PosixPathToWindows(std::filesystem::absolute(file).lexically_normal().string());
+}
+
+void AddAll(const std::vector<std::string>& drawings, CStringList& list) {
+  for (const std::string& drawing : drawings) list.AddTail(CString(WindowsName(drawing).c_str()));
+}
+
+std::set<std::u16string> SetOf(const CStringList& list) {
+  std::set<std::u16string> names;
+  for (POSITION pos = list.GetHeadPosition(); pos;) names.insert(list.GetNext(pos).GetString());
+  return names;
+}
+
+int RunCommand(const std::vector<std::string>& command) {
+  std::vector<char*> argv;
+  for (const std::string& arg : command) argv.push_back(const_cast<char*>(arg.c_str()));
+  argv.push_back(nullptr);
+  pid_t child = 0;
+  if (posix_spawnp(&child, argv[0], nullptr, nullptr, argv.data(), environ) != 0) {
+    FailOperation("can't run " + command.front());
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : kExitFailed;
+}
+
+}  // namespace
+
+int RunLock(const std::vector<std::string>& drawings, bool checkOnly, bool allOrNone,
+            const std::vector<std::string>& command) {
+  HostSession session(WindowsName(drawings.front()));
+  CStringList files, had;
+  AddAll(drawings, files);
+  LispCheckFileLockStatusAndLock(files, !checkOnly, allOrNone, had, true);  // false leaves `had` empty
+  const std::set<std::u16string> gotten = SetOf(had);
+  bool all = true;
+  for (const std::string& drawing : drawings) {
+    const bool got = gotten.count(WindowsName(drawing)) != 0;
+    all = all && got;
+    std::cout << drawing << '\t' << (got ? (checkOnly ? "available" : "locked") : "not available") << '\n';
+  }
+  std::cout.flush();
+  int status = all ? kExitSuccess : kExitFailed;
+  if (all && !checkOnly && !command.empty()) status = RunCommand(command);
+  if (!checkOnly && had.GetCount() != 0) LispUpdUnlockFiles(had, true);
+  return status;
+}
+
+int RunUnlock(const std::vector<std::string>& drawings) {
+  HostSession session(WindowsName(drawings.front()));
+  CStringArray files;
+  for (const std::string& drawing : drawings) files.Add(CString(WindowsName(drawing).c_str()));
+  if (OhmUnlockFiles(files)) return kExitSuccess;
+  for (INT_PTR i = 0; i < files.GetSize(); ++i) {
+    const std::optional<std::string> posix = WindowsPathToPosix(files[i].GetString());
+    std::cout << (posix ? *posix : Utf16ToUtf8(files[i].GetString())) << "\tnot held by this process\n";
+  }
+  return kExitFailed;
+}

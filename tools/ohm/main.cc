@@ -1,0 +1,112 @@
+// ohm: the OhmUtils library from the shell. Cross-references of a project,
+// and the classification, layouts and xdata of DXF drawings.
+//
+// Results go to standard output, messages to standard error. Exit status 0
+// for success, 1 for an operation that failed, 2 for bad usage or bad input.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <optional>
+#include <string>
+
+#include "CommandError.h"
+#include "DrawingCommands.h"
+#include "LockCommands.h"
+#include "Project.h"
+#include "XrefPrinter.h"
+#include "XrefReport.h"
+
+namespace {
+
+struct Options {
+  std::string project, drawing, handle;
+  std::vector<std::string> drawings;
+  std::optional<std::string> kind, app, run;
+  bool json = false, checkOnly = false, allOrNone = false;
+};
+
+int RunLockCommand(const Options& o) {
+  std::vector<std::string> command;
+  if (o.run) command = {"/bin/sh", "-c", *o.run};
+  return RunLock(o.drawings, o.checkOnly, o.allOrNone, command);
+}
+
+int RunXrefCommand(const Options& options) {
+  const Project project = LoadProject(options.project);
+  const std::vector<EntityReport> reports = RunXref(project);
+  if (options.json) {
+    PrintXrefJson(std::cout, reports);
+  } else {
+    PrintXrefText(std::cout, reports);
+  }
+  int status = kExitSuccess;
+  for (const EntityReport& report : reports) {
+    if (report.error.empty()) continue;
+    std::cerr << "ohm xref: entity \"" << report.name << "\": " << report.error << '\n';
+    status = kExitFailed;
+  }
+  return status;
+}
+
+void AddJsonFlag(CLI::App& command, Options& options) {
+  command.add_flag("--json", options.json, "Print the result as JSON");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app{"ohm: cross-references and drawing queries of the OhmUtils library", "ohm"};
+  app.set_version_flag("--version", std::string("ohm ") + OHM_VERSION);
+  app.require_subcommand(1);
+  Options options;
+  int (*run)(const Options&) = nullptr;
+
+  CLI::App* xref = app.add_subcommand("xref", "Print the cross-references of every entity of a project file");
+  xref->add_option("PROJECT", options.project, "The project file (JSON)")->required();
+  AddJsonFlag(*xref, options);
+  xref->callback([&] { run = RunXrefCommand; });
+
+  CLI::App* classify = app.add_subcommand("classify", "List the block references and tables of a drawing by kind");
+  classify->add_option("DRAWING", options.drawing, "The drawing (DXF)")->required();
+  classify->add_option("--kind", options.kind, "Only this kind, as the block query lists them (name or 0-18)");
+  AddJsonFlag(*classify, options);
+  classify->callback([&] { run = [](const Options& o) { return RunClassify(o.drawing, o.kind, o.json, std::cout); }; });
+
+  CLI::App* layouts = app.add_subcommand("layouts", "List the paper space layouts of a drawing in tab order");
+  layouts->add_option("DRAWING", options.drawing, "The drawing (DXF)")->required();
+  AddJsonFlag(*layouts, options);
+  layouts->callback([&] { run = [](const Options& o) { return RunLayouts(o.drawing, o.json, std::cout); }; });
+
+  CLI::App* xdata = app.add_subcommand("xdata", "Print the xdata of an object of a drawing");
+  xdata->add_option("DRAWING", options.drawing, "The drawing (DXF)")->required();
+  xdata->add_option("HANDLE", options.handle, "The object's handle (hexadecimal)")->required();
+  xdata->add_option("APP", options.app, "Only the xdata of this application");
+  AddJsonFlag(*xdata, options);
+  xdata->callback(
+      [&] { run = [](const Options& o) { return RunXData(o.drawing, o.handle, o.app, o.json, std::cout); }; });
+
+  CLI::App* lock = app.add_subcommand("lock", "Take the drawings' locks; they last while ohm runs");
+  lock->add_option("DRAWING", options.drawings, "The drawings")->required();
+  lock->add_flag("--check", options.checkOnly, "Only check which drawings could be locked");
+  lock->add_flag("--all", options.allOrNone, "Lock all drawings or none");
+  lock->add_option("--run", options.run, "A shell command to run while the locks are held");
+  lock->callback([&] { run = RunLockCommand; });
+
+  CLI::App* unlock = app.add_subcommand("unlock", "Release the drawings' locks that this process holds");
+  unlock->add_option("DRAWING", options.drawings, "The drawings")->required();
+  unlock->callback([&] { run = [](const Options& o) { return RunUnlock(o.drawings); }; });
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? kExitSuccess : kExitBadInput;
+  }
+  try {
+    return run(options);
+  } catch (const CommandError& error) {
+    std::cerr << "ohm: " << error.what() << '\n';
+    return error.status();
+  } catch (const std::exception& error) {
+    std::cerr << "ohm: " << error.what() << '\n';
+    return kExitFailed;
+  }
+}
