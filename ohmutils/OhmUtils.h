@@ -23,6 +23,12 @@
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "ohmutils/dwg/OhmUtilsTempIntVarOverride.h"
 
+// Configuration stores
+#include "ohmutils/config/CRegistryKey.h"
+#include "ohmutils/config/ConfigurationXML.h"
+#include "ohmutils/config/OhmCfgXML.h"
+#include "ohmutils/config/OhmRegSetting.h"
+
 // Text, path and date utilities
 #include "ohmutils/util/OhmUtilsCharStrings.h"
 #include "ohmutils/util/OhmUtilsDates.h"

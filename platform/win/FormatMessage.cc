@@ -36,6 +36,7 @@ const std::map<DWORD, std::u16string_view>& systemTexts() {
       {ERROR_MOD_NOT_FOUND, u"The specified module could not be found."},
       {ERROR_PROC_NOT_FOUND, u"The specified procedure could not be found."},
       {ERROR_DIR_NOT_EMPTY, u"The directory is not empty."},
+      {ERROR_BAD_PATHNAME, u"The specified path is invalid."},
       {ERROR_ALREADY_EXISTS, u"Cannot create a file when that file already exists."},
       {ERROR_BAD_EXE_FORMAT, u"%1 is not a valid Win32 application."},
       {ERROR_FILENAME_EXCED_RANGE, u"The filename or extension is too long."},

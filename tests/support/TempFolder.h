@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 #include "win/PathMapping.h"
@@ -43,6 +44,11 @@ class TempFolder {
   }
   void makeFolder(const std::string& relative) const { std::filesystem::create_directories(posix(relative)); }
   bool exists(const std::string& relative) const { return std::filesystem::exists(posix(relative)); }
+  // The bytes of file `relative`; empty when it can't be read.
+  std::string read(const std::string& relative) const {
+    std::ifstream in(posix(relative), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  }
 
  private:
   std::string mPosix;

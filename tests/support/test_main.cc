@@ -1,11 +1,13 @@
 // main() of every test program, with a listener that fails any test which
 // leaves something taken from the host stand-in behind: open database
-// objects, live iterators, value list nodes or strings, file searches.
+// objects, live iterators, value list nodes or strings, file searches,
+// registry keys.
 #include <gtest/gtest.h>
 
 #include <array>
 
 #include "win/FileFunctions_testing.h"
+#include "win/Registry_testing.h"
 #include "zd/ZdDbDatabase_testing.h"
 #include "zd/ZdDocManager_testing.h"
 #include "zd/ZdValueNode_testing.h"
@@ -17,13 +19,14 @@ struct HostCount {
   long (*count)();
 };
 
-const std::array<HostCount, 6> kHostCounts{{
+const std::array<HostCount, 7> kHostCounts{{
     {"open database objects", [] { return zd_testing::openObjectCount(); }},
     {"live object iterators", [] { return zd_testing::liveObjectIterators(); }},
     {"live document iterators", [] { return zd_testing::liveDocumentIterators(); }},
     {"live value nodes", [] { return zd_testing::liveValueNodes(); }},
     {"live value strings", [] { return zd_testing::liveValueStrings(); }},
     {"open file searches", [] { return win_testing::liveFindHandles(); }},
+    {"open registry keys", [] { return win_testing::openRegistryKeys(); }},
 }};
 
 // Compares the counts before and after each test: a test may keep things for

@@ -1,0 +1,9 @@
+// Test seam of the variants: not platform API.
+#pragma once
+
+namespace com_testing {
+
+// The next string _variant_t finds no memory for its text (and raises _com_error with E_OUTOFMEMORY).
+void failNextStringVariant();
+
+}  // namespace com_testing
