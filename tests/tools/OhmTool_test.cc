@@ -247,4 +247,38 @@ TEST(OhmTool, LocksLastWhileTheCommandRuns) {
   EXPECT_EQ(unlock.out, a + "\tnot held by this process\n");
 }
 
+// Settings through both stores, each step one row: the registry store of a
+// temporary folder, and an App.config file there.
+TEST(OhmTool, SettingsOfBothStores) {
+  TempFolder folder;
+  ::setenv("OHM_REGISTRY_STORE", folder.posix("registry.db").c_str(), 1);
+  folder.makeFile("cfg/App.config",
+                  "<?xml version=\"1.0\"?>\n<!-- kept -->\n<Settings>\n  <Setting Name=\"SchSortOrder\">\n"
+                  "    <Property Name=\"Order\" Value=\"1\"/>\n  </Setting>\n</Settings>\n");
+  folder.makeFile("bad/App.config", "<Settings>");
+  const std::string cfg = folder.posix("cfg"), bad = folder.posix("bad");
+  const std::vector<StatusCase> steps = {
+      {"reg set", {"reg", "set", "Paths", "Lib", "\\proj\\lib"}, 0, "", ""},
+      {"reg get", {"reg", "get", "paths", "LIB"}, 0, "\\proj\\lib\n", ""},
+      {"reg get missing", {"reg", "get", "Paths", "Nope"}, 1, "", "no setting Paths\\Nope"},
+      {"reg get with a value", {"reg", "get", "Paths", "Lib", "x"}, 2, "", "get takes no VALUE"},
+      {"config get", {"config", "get", "SchSortOrder", "Order", "--folder", cfg}, 0, "1\n", ""},
+      {"config set by number", {"config", "set", "3", "Order", "7", "--folder", cfg}, 0, "", ""},
+      {"config get after set", {"config", "get", "SchSortOrder", "Order", "--folder", cfg}, 0, "7\n", ""},
+      {"config bad type", {"config", "get", "Nope", "Order", "--folder", cfg}, 2, "", "is no setting type"},
+      {"config set without value", {"config", "set", "3", "Order", "--folder", cfg}, 2, "", "set needs a VALUE"},
+      {"config broken file", {"config", "get", "3", "Order", "--folder", bad}, 2, "", "not well-formed"},
+      {"config missing file", {"config", "get", "3", "Order", "--folder", folder.posix("none")}, 2, "", "missing"},
+  };
+  for (const StatusCase& c : steps) {
+    SCOPED_TRACE(c.what);
+    const Result result = Ohm(c.args);
+    EXPECT_EQ(result.status, c.status) << result.err;
+    EXPECT_EQ(result.out, c.inOut);
+    EXPECT_NE(result.err.find(c.inErr), std::string::npos) << result.err;
+  }
+  EXPECT_NE(ReadFile(cfg + "/App.config").find("<!-- kept -->"), std::string::npos);
+  ::unsetenv("OHM_REGISTRY_STORE");
+}
+
 }  // namespace

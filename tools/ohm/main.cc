@@ -12,6 +12,7 @@
 #include "DrawingCommands.h"
 #include "LockCommands.h"
 #include "Project.h"
+#include "SettingsCommands.h"
 #include "XrefPrinter.h"
 #include "XrefReport.h"
 
@@ -20,9 +21,26 @@ namespace {
 struct Options {
   std::string project, drawing, handle;
   std::vector<std::string> drawings;
-  std::optional<std::string> kind, app, run;
+  std::optional<std::string> kind, app, run, value;
+  std::string action, type, property, folder = ".", section, name;
   bool json = false, checkOnly = false, allOrNone = false;
 };
+
+// get takes no VALUE, set needs one.
+void CheckValueFor(const Options& o) {
+  if (o.action == "get" && o.value) FailBadInput("get takes no VALUE");
+  if (o.action == "set" && !o.value) FailBadInput("set needs a VALUE");
+}
+
+int RunConfigCommand(const Options& o) {
+  CheckValueFor(o);
+  return RunConfig(o.folder, o.type, o.property, o.value);
+}
+
+int RunRegCommand(const Options& o) {
+  CheckValueFor(o);
+  return RunReg(o.section, o.name, o.value);
+}
 
 int RunLockCommand(const Options& o) {
   std::vector<std::string> command;
@@ -94,6 +112,21 @@ int main(int argc, char** argv) {
   CLI::App* unlock = app.add_subcommand("unlock", "Release the drawings' locks that this process holds");
   unlock->add_option("DRAWING", options.drawings, "The drawings")->required();
   unlock->callback([&] { run = [](const Options& o) { return RunUnlock(o.drawings); }; });
+
+  CLI::App* config = app.add_subcommand("config", "Get or set a property of the XML settings file App.config");
+  config->add_option("ACTION", options.action, "get or set")->required()->check(CLI::IsMember({"get", "set"}));
+  config->add_option("TYPE", options.type, "The setting type: a name such as SchSortOrder, or 0 to 5")->required();
+  config->add_option("PROPERTY", options.property, "The property's name")->required();
+  config->add_option("VALUE", options.value, "The value to set");
+  config->add_option("--folder", options.folder, "The folder of App.config (default: the current folder)");
+  config->callback([&] { run = RunConfigCommand; });
+
+  CLI::App* reg = app.add_subcommand("reg", "Get or set a setting of the suite in the registry store");
+  reg->add_option("ACTION", options.action, "get or set")->required()->check(CLI::IsMember({"get", "set"}));
+  reg->add_option("SECTION", options.section, "The settings section")->required();
+  reg->add_option("NAME", options.name, "The setting's name")->required();
+  reg->add_option("VALUE", options.value, "The value to set");
+  reg->callback([&] { run = RunRegCommand; });
 
   try {
     app.parse(argc, argv);
