@@ -6,6 +6,7 @@
 #include "ohmutils/util/OhmUtilsStringSplit.h"
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "ohmutils/xref/OhmDsOccurrence_internal.h"
+#include "ohmutils/xref/OhmUtXrefTableEntity_internal.h"
 
 namespace {
 
@@ -18,10 +19,6 @@ constexpr std::array<OhmUtXrefTableEntity::ColumnId, 10> kColumnOfIndex = {
     OhmUtXrefTableEntity::ColumnDwgName,   OhmUtXrefTableEntity::ColumnDwgPath,
 };
 
-bool isContactColumn(OhmUtXrefTableEntity::ColumnId column) {
-  return column == OhmUtXrefTableEntity::ColumnTerm1 || column == OhmUtXrefTableEntity::ColumnTerm2 ||
-         column == OhmUtXrefTableEntity::ColumnSymbol;
-}
 
 // Copies the map's value for `key` into `value`; false without the key.
 bool copyTerm(OhmUtXrefGraphicEntity::TermMap& termMap, std::int32_t key, std::u16string& value) {
@@ -185,10 +182,10 @@ bool OhmUtXrefTableEntity::isColumnApplicableToRowCheck(ColumnId column) const {
 bool OhmUtXrefTableEntity::isCellMatching(const OhmDsComponentOcc& occurrence, ColumnId column,
                                           const std::u16string& cell) {
   std::u16string value;
-  if (isContactColumn(column) && isPartialFormCContact(occurrence)) {
+  if (ohm_internal::isContactColumn(column) && isPartialFormCContact(occurrence)) {
     return getPartialFormCTableCellValue(occurrence, column, value) && cell == value;
   }
-  if (isContactColumn(column) && isFullFormCContact(occurrence)) {
+  if (ohm_internal::isContactColumn(column) && isFullFormCContact(occurrence)) {
     std::u16string ncValue;
     return getFullFormCTableCellValue(occurrence, column, value, ncValue) && (cell == value || cell == ncValue);
   }

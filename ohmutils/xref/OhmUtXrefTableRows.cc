@@ -3,16 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-namespace {
-
-using Column = OhmUtXrefTableEntity::ColumnId;
-
-bool isContactColumn(Column column) {
-  return column == OhmUtXrefTableEntity::ColumnTerm1 || column == OhmUtXrefTableEntity::ColumnTerm2 ||
-         column == OhmUtXrefTableEntity::ColumnSymbol;
-}
-
-}  // namespace
+#include "ohmutils/xref/OhmUtXrefTableEntity_internal.h"
 
 std::size_t OhmUtXrefTableRows::rowWidth(const OhmUtXrefTableEntity& entity) {
   std::int32_t last = -1;
@@ -31,11 +22,11 @@ std::vector<OhmUtXrefTableRows::Row> OhmUtXrefTableRows::getRows(OhmUtXrefTableE
   for (const auto& [column, position] : entity.mVisColumnIdMap) {
     std::u16string& cell = first[static_cast<std::size_t>(position)];
     std::u16string& ncCell = second[static_cast<std::size_t>(position)];
-    if (fullFormC && isContactColumn(column)) {
+    if (fullFormC && ohm_internal::isContactColumn(column)) {
       entity.getFullFormCTableCellValue(occurrence, column, cell, ncCell);
       continue;
     }
-    if (partialFormC && isContactColumn(column)) {
+    if (partialFormC && ohm_internal::isContactColumn(column)) {
       entity.getPartialFormCTableCellValue(occurrence, column, cell);
     } else {
       entity.getTableCellValue(occurrence, column, cell);

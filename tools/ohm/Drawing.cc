@@ -20,10 +20,13 @@ std::string Describe(Zeda::ErrorStatus status) {
 
 }  // namespace
 
+std::u16string WindowsPathOf(const std::string& file) {
+  return PosixPathToWindows(std::filesystem::absolute(file).lexically_normal().string());
+}
+
 std::unique_ptr<ZdDbDatabase> ReadDrawing(const std::string& file) {
-  const std::string absolute = std::filesystem::absolute(file).lexically_normal().string();
   auto database = std::make_unique<ZdDbDatabase>();
-  const Zeda::ErrorStatus status = database->readDwgFile(PosixPathToWindows(absolute).c_str());
+  const Zeda::ErrorStatus status = database->readDwgFile(WindowsPathOf(file).c_str());
   if (status != Zeda::eOk) FailBadInput(file + ": " + Describe(status));
   return database;
 }

@@ -10,6 +10,10 @@
 #include "zd/ZdDbDatabase.h"
 #include "zd/ZdDbObject.h"
 
+// The full Windows-form name of `file` (a POSIX path, relative or absolute),
+// as the host names drawings and documents.
+std::u16string WindowsPathOf(const std::string& file);
+
 // The drawing in `file` (a POSIX path).
 std::unique_ptr<ZdDbDatabase> ReadDrawing(const std::string& file);
 

@@ -3,7 +3,6 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -12,7 +11,6 @@
 #include "CommandError.h"
 #include "Drawing.h"
 #include "ohmutils/dwg/OhmDwgUtils.h"
-#include "win/PathMapping.h"
 #include "win/Utf8.h"
 #include "zd/ZdCodes.h"
 #include "zd/ZdDbBlockReference.h"
@@ -53,10 +51,6 @@ Kind ParseKind(const std::string& text) {
   std::string names;
   for (const char* name : kKindNames) names += std::string(names.empty() ? "" : ", ") + name;
   FailBadInput("--kind: \"" + text + "\" is no kind; expected 0 to 18 or one of " + names);
-}
-
-std::u16string WindowsName(const std::string& file) {
-  return PosixPathToWindows(std::filesystem::absolute(file).lexically_normal().string());
 }
 
 // Where a block record's entities stand: "model", "paper LAYOUT" or "block NAME".
@@ -111,7 +105,7 @@ std::vector<Classified> ClassifyAll(const ZdDbDatabase& database) {
 
 // The block query of the library, on the drawing opened as a document.
 std::vector<Classified> ClassifyKind(const std::string& file, std::shared_ptr<ZdDbDatabase> database, Kind kind) {
-  const std::u16string name = WindowsName(file);
+  const std::u16string name = WindowsPathOf(file);
   ZdApDocument* document = zdDocManagerPtr()->addDocument(name, database);
   OhmDwgUtils::BlockMap blocks;
   const Zeda::ErrorStatus status = OhmDwgUtils::getBlocks(name.c_str(), blocks, kind);

@@ -3,13 +3,13 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <set>
 
 #include "CommandError.h"
+#include "Drawing.h"
 #include "mfc/CStringList.h"
 #include "ohmutils/host/OhmLispBridge.h"
 #include "ohmutils/host/OhmUtilsModule.h"
@@ -43,12 +43,8 @@ class HostSession {
   ZdApDocument* mDocument = nullptr;
 };
 
-std::u16string WindowsName(const std::string& file) {
-  return PosixPathToWindows(std::filesystem::absolute(file).lexically_normal().string());
-}
-
 void AddAll(const std::vector<std::string>& drawings, CStringList& list) {
-  for (const std::string& drawing : drawings) list.AddTail(CString(WindowsName(drawing).c_str()));
+  for (const std::string& drawing : drawings) list.AddTail(CString(WindowsPathOf(drawing).c_str()));
 }
 
 std::set<std::u16string> SetOf(const CStringList& list) {
@@ -74,14 +70,14 @@ int RunCommand(const std::vector<std::string>& command) {
 
 int RunLock(const std::vector<std::string>& drawings, bool checkOnly, bool allOrNone,
             const std::vector<std::string>& command) {
-  HostSession session(WindowsName(drawings.front()));
+  HostSession session(WindowsPathOf(drawings.front()));
   CStringList files, had;
   AddAll(drawings, files);
   LispCheckFileLockStatusAndLock(files, !checkOnly, allOrNone, had, true);  // false leaves `had` empty
   const std::set<std::u16string> gotten = SetOf(had);
   bool all = true;
   for (const std::string& drawing : drawings) {
-    const bool got = gotten.count(WindowsName(drawing)) != 0;
+    const bool got = gotten.count(WindowsPathOf(drawing)) != 0;
     all = all && got;
     std::cout << drawing << '\t' << (got ? (checkOnly ? "available" : "locked") : "not available") << '\n';
   }
@@ -93,9 +89,9 @@ int RunLock(const std::vector<std::string>& drawings, bool checkOnly, bool allOr
 }
 
 int RunUnlock(const std::vector<std::string>& drawings) {
-  HostSession session(WindowsName(drawings.front()));
+  HostSession session(WindowsPathOf(drawings.front()));
   CStringArray files;
-  for (const std::string& drawing : drawings) files.Add(CString(WindowsName(drawing).c_str()));
+  for (const std::string& drawing : drawings) files.Add(CString(WindowsPathOf(drawing).c_str()));
   if (OhmUnlockFiles(files)) return kExitSuccess;
   for (INT_PTR i = 0; i < files.GetSize(); ++i) {
     const std::optional<std::string> posix = WindowsPathToPosix(files[i].GetString());

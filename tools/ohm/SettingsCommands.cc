@@ -2,15 +2,14 @@
 
 #include <array>
 #include <charconv>
-#include <filesystem>
 #include <iostream>
 
 #include "CommandError.h"
+#include "Drawing.h"
 #include "com/ComApartment.h"
 #include "com/ComError.h"
 #include "ohmutils/config/OhmCfgXML.h"
 #include "ohmutils/config/OhmRegSetting.h"
-#include "win/PathMapping.h"
 #include "win/Utf8.h"
 #include "zd/GblPm.h"
 
@@ -49,7 +48,7 @@ std::string Narrow(const std::u16string& text) { return Utf16ToUtf8(text); }
 int RunConfig(const std::string& folder, const std::string& type, const std::string& property,
               const std::optional<std::string>& value) {
   const ConfigurationXML::SettingType settingType = ParseType(type);
-  std::u16string base = PosixPathToWindows(std::filesystem::absolute(folder).lexically_normal().string());
+  std::u16string base = WindowsPathOf(folder);
   if (base.empty() || base.back() != u'\\') base += u'\\';
   GblPm_SetGblValue(u"GBL_wd_DocSetBase", base.c_str());  // read by the first GetInstance
   ComSession com;
