@@ -12,7 +12,7 @@
 #include <string>
 
 #include "ohmutils/config/OhmRegSetting.h"
-#include "win/Registry_testing.h"
+#include "win/registry/Registry_testing.h"
 
 namespace {
 

@@ -18,8 +18,8 @@
 
 #include "com/ComApartment.h"
 #include "ohmutils/config/OhmCfgXML.h"
-#include "win/PathMapping.h"
-#include "zd/GblPm.h"
+#include "win/fs/PathMapping.h"
+#include "zd/app/GblPm.h"
 
 namespace {
 

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
-#include "zd/ZdDbDrawingBuilder.h"
-#include "zd/ZdDbText.h"
-#include "zd/ZdDocManager.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
+#include "zd/db/ZdDbText.h"
+#include "zd/app/ZdDocManager.h"
 
 namespace {
 

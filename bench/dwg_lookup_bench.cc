@@ -9,7 +9,7 @@
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "win/CrtChar.h"
-#include "zd/ZdDbDrawingBuilder.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
 #include "zd/ZdWcMatch.h"
 
 namespace {

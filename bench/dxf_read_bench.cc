@@ -10,8 +10,8 @@
 #include <string>
 
 #include "win/Utf8.h"
-#include "zd/ZdDbDatabase.h"
-#include "zd/ZdDbDrawingBuilder.h"
+#include "zd/db/ZdDbDatabase.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 // project's version, as the build gives it, with revision 0.
 #pragma once
 
-#include "win/ResourceTable.h"
-#include "win/VersionInfo.h"
+#include "win/module/ResourceTable.h"
+#include "win/module/VersionInfo.h"
 
 inline constexpr VersionBlock kResourceLibraryVersion =
     MakeVersionBlock(OHM_VERSION_MAJOR, OHM_VERSION_MINOR, OHM_VERSION_PATCH, 0);

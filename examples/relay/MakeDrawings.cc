@@ -10,10 +10,10 @@
 #include <iostream>
 #include <string>
 
-#include "win/PathMapping.h"
-#include "zd/ZdDbBlockReference.h"
-#include "zd/ZdDbDatabase.h"
-#include "zd/ZdDbDrawingBuilder.h"
+#include "win/fs/PathMapping.h"
+#include "zd/db/ZdDbBlockReference.h"
+#include "zd/db/ZdDbDatabase.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
 
 namespace {
 

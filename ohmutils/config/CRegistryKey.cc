@@ -5,9 +5,9 @@
 
 #include "mfc/AfxMessageBox.h"
 #include "ohmutils/host/OhmUtilsModule_internal.h"
-#include "win/FormatMessage.h"
-#include "win/MessageBox.h"
-#include "win/Registry.h"
+#include "win/module/FormatMessage.h"
+#include "win/ui/MessageBox.h"
+#include "win/registry/Registry.h"
 #include "win/WinError.h"
 
 namespace {

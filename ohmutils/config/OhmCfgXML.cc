@@ -4,7 +4,7 @@
 
 #include "com/ComApartment.h"
 #include "com/ComError.h"
-#include "zd/GblPm.h"
+#include "zd/app/GblPm.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "ohmutils/config/CRegistryKey.h"
 #include "win/WinError.h"
-#include "zd/ZdHostApplicationServices.h"
+#include "zd/app/ZdHostApplicationServices.h"
 
 namespace {
 

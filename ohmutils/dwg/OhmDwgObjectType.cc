@@ -6,7 +6,7 @@
 #include "ohmutils/dwg/OhmDwgReadAccess_internal.h"
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "win/CrtChar.h"
-#include "zd/ZdDbText.h"
+#include "zd/db/ZdDbText.h"
 #include "zd/ZdWcMatch.h"
 
 namespace {

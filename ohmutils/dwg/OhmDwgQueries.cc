@@ -9,7 +9,7 @@
 #include "mfc/CString.h"
 #include "ohmutils/dwg/OhmDwgReadAccess_internal.h"
 #include "ohmutils/dwg/OhmDwgUtils.h"
-#include "zd/ZdDbDatabase.h"
+#include "zd/db/ZdDbDatabase.h"
 
 namespace {
 

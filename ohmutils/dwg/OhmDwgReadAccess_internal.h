@@ -3,7 +3,7 @@
 // the object closed if this opened it) when the scope does.
 #pragma once
 
-#include "zd/ZdDbDatabase.h"
+#include "zd/db/ZdDbDatabase.h"
 
 namespace ohm_internal {
 

@@ -2,8 +2,8 @@
 
 #include "ohmutils/dwg/OhmDwgReadAccess_internal.h"
 #include "zd/ZdCodes.h"
-#include "zd/ZdDbDatabase.h"
-#include "zd/ZdDbText.h"
+#include "zd/db/ZdDbDatabase.h"
+#include "zd/db/ZdDbText.h"
 #include "zd/ZdValueNode.h"
 #include "zd/ZdWcMatch.h"
 

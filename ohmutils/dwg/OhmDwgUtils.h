@@ -16,9 +16,9 @@
 
 #include "ohmutils/OhmUtilsExport.h"
 #include "zd/ZdArray.h"
-#include "zd/ZdDbBlockReference.h"
-#include "zd/ZdDbObject.h"
-#include "zd/ZdDocManager.h"
+#include "zd/db/ZdDbBlockReference.h"
+#include "zd/db/ZdDbObject.h"
+#include "zd/app/ZdDocManager.h"
 #include "zd/ZdString.h"
 
 class OHMUTILS_EXPORT OhmDwgUtils {

@@ -1,7 +1,7 @@
 #include "ohmutils/dwg/OhmUtilsTempIntVarOverride.h"
 
 #include "zd/ZdCodes.h"
-#include "zd/ZdSysVars.h"
+#include "zd/app/ZdSysVars.h"
 #include "zd/ZdValueNode.h"
 
 OhmUtilsTempIntVarOverride::OhmUtilsTempIntVarOverride(const ZdString& name, int value) : mName(name) {

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "win/VersionInfo.h"
-#include "zd/ZdHostApplicationServices.h"
+#include "win/module/VersionInfo.h"
+#include "zd/app/ZdHostApplicationServices.h"
 #include "zd/ZdString.h"
 
 namespace {

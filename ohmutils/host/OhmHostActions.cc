@@ -3,13 +3,13 @@
 #include <cstdio>
 
 #include "ohmutils/host/OhmUtilsModule_internal.h"
-#include "win/CrtFile.h"
-#include "win/FileFunctions.h"
-#include "win/Module.h"
-#include "win/PathFunctions.h"
-#include "win/Resource.h"
-#include "win/ShellExecute.h"
-#include "zd/ZdAutomation.h"
+#include "win/fs/CrtFile.h"
+#include "win/fs/FileFunctions.h"
+#include "win/module/Module.h"
+#include "win/fs/PathFunctions.h"
+#include "win/module/Resource.h"
+#include "win/ui/ShellExecute.h"
+#include "zd/ui/ZdAutomation.h"
 
 namespace {
 

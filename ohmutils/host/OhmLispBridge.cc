@@ -4,8 +4,8 @@
 
 #include "ohmutils/host/OhmLispBridge_internal.h"
 #include "zd/ZdCodes.h"
-#include "zd/ZdDocManager.h"
-#include "zd/ZdLisp.h"
+#include "zd/app/ZdDocManager.h"
+#include "zd/lisp/ZdLisp.h"
 
 namespace {
 

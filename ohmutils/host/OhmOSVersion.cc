@@ -1,7 +1,7 @@
 #include "ohmutils/host/OhmOSVersion.h"
 
-#include "win/NetWksta.h"
-#include "zd/CZdUiVisualStyles.h"
+#include "win/module/NetWksta.h"
+#include "zd/ui/CZdUiVisualStyles.h"
 
 void OhmOSVersion::GetStaticVersionInfo() {
   if (mVersionKnown) return;

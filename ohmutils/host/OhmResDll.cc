@@ -1,10 +1,10 @@
 #include "ohmutils/host/OhmResDll.h"
 
 #include "ohmutils/util/OhmUtilsPaths.h"
-#include "win/FormatMessage.h"
+#include "win/module/FormatMessage.h"
 #include "win/LastError.h"
-#include "win/MessageBox.h"
-#include "win/Module.h"
+#include "win/ui/MessageBox.h"
+#include "win/module/Module.h"
 
 namespace {
 

@@ -2,11 +2,11 @@
 
 #include "ohmutils/host/OhmHostActions.h"
 #include "ohmutils/host/OhmUtilsModule_internal.h"
-#include "win/Module.h"
-#include "win/Resource.h"
-#include "win/Window.h"
-#include "zd/ZdApplicationFrame.h"
-#include "zd/ZdTaskDialog.h"
+#include "win/module/Module.h"
+#include "win/module/Resource.h"
+#include "win/ui/Window.h"
+#include "zd/ui/ZdApplicationFrame.h"
+#include "zd/ui/ZdTaskDialog.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "ohmutils/host/OhmLispBridge_internal.h"
 #include "ohmutils/host/OhmResDll.h"
 #include "ohmutils/host/OhmUtilsModule_internal.h"
-#include "win/Module.h"
+#include "win/module/Module.h"
 
 namespace {
 

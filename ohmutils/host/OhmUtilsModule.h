@@ -14,7 +14,7 @@
 #include "ohmutils/OhmUtilsExport.h"
 #include "win/WinDef.h"
 
-// The entry: reason DLL_PROCESS_ATTACH or DLL_PROCESS_DETACH (win/Module.h).
+// The entry: reason DLL_PROCESS_ATTACH or DLL_PROCESS_DETACH (win/module/Module.h).
 // FALSE when attach fails (no resource library, or the extension module
 // can't be set up); TRUE otherwise, and always for detach and the thread
 // notifications.

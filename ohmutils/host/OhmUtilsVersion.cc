@@ -1,7 +1,7 @@
 // The module's own resources: only its version block, the project's version.
 #include "ohmutils/OhmUtilsExport.h"
-#include "win/ResourceTable.h"
-#include "win/VersionInfo.h"
+#include "win/module/ResourceTable.h"
+#include "win/module/VersionInfo.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include "ohmutils/host/OhmWaitCursor.h"
 
-#include "win/Cursor.h"
-#include "win/Messages.h"
-#include "win/Window.h"
-#include "zd/ZdApplicationFrame.h"
-#include "zd/ZdWinMsgFilter.h"
+#include "win/ui/Cursor.h"
+#include "win/ui/Messages.h"
+#include "win/ui/Window.h"
+#include "zd/ui/ZdApplicationFrame.h"
+#include "zd/ui/ZdWinMsgFilter.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "win/CharSteps.h"
-#include "win/PathFunctions.h"
+#include "win/fs/PathFunctions.h"
 
 namespace {
 

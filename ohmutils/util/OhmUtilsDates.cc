@@ -2,8 +2,8 @@
 
 #include <ctime>
 
-#include "win/CrtFind.h"
-#include "win/CrtTime.h"
+#include "win/fs/CrtFind.h"
+#include "win/locale/CrtTime.h"
 
 namespace {
 

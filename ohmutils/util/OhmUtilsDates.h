@@ -6,7 +6,7 @@
 
 #include "mfc/CString.h"
 #include "ohmutils/OhmUtilsExport.h"
-#include "win/LocaleFunctions.h"
+#include "win/locale/LocaleFunctions.h"
 
 // Formats the date of `time` with `flags` (DATE_SHORTDATE: the locale's short
 // date) or after the picture `format` ("yyyyMMdd"; null: the locale's). With

@@ -3,10 +3,10 @@
 #include <list>
 #include <string>
 
-#include "win/FileFunctions.h"
+#include "win/fs/FileFunctions.h"
 #include "win/LastError.h"
-#include "win/PathFunctions.h"
-#include "win/ShellFileOperation.h"
+#include "win/fs/PathFunctions.h"
+#include "win/fs/ShellFileOperation.h"
 #include "win/WinError.h"
 
 namespace {

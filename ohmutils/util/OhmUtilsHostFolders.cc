@@ -3,13 +3,13 @@
 #include <string_view>
 
 #include "win/CrtString.h"
-#include "zd/GblPm.h"
+#include "zd/app/GblPm.h"
 #include "zd/ZdCodes.h"
-#include "zd/ZdDocManager.h"
-#include "zd/ZdEnv.h"
-#include "zd/ZdHostApplicationServices.h"
-#include "zd/ZdLisp.h"
-#include "zd/ZdSysVars.h"
+#include "zd/app/ZdDocManager.h"
+#include "zd/app/ZdEnv.h"
+#include "zd/app/ZdHostApplicationServices.h"
+#include "zd/lisp/ZdLisp.h"
+#include "zd/app/ZdSysVars.h"
 #include "zd/ZdValueNode.h"
 
 namespace {

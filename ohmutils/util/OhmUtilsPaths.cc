@@ -1,8 +1,8 @@
 #include "ohmutils/util/OhmUtilsPaths.h"
 
 #include "win/CrtString.h"
-#include "win/PathFunctions.h"
-#include "win/SplitPath.h"
+#include "win/fs/PathFunctions.h"
+#include "win/fs/SplitPath.h"
 
 bool OhmUtilsGetFileNameWithExt(const ZdString& path, ZdString& output) {
   output.setEmpty();

@@ -23,7 +23,7 @@
 #include "ohmutils/OhmUtilsExport.h"
 #include "ohmutils/xref/OhmDsComponentOcc.h"
 #include "ohmutils/xref/OhmNoRxUtilsSettingOverride.h"
-#include "zd/ZdDbObject.h"
+#include "zd/db/ZdDbObject.h"
 
 class OHMUTILS_EXPORT OhmUtXrefEntity {
  public:

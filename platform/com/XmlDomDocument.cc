@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include "com/XmlDom_internal.h"
-#include "win/PathMapping.h"
+#include "win/fs/PathMapping.h"
 #include "win/Utf8.h"
 #include "win/WinError.h"
 

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "mfc/AfxExtensionModule_testing.h"
-#include "win/Module.h"
+#include "win/module/Module.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // ("Zeda", the host's), shown through MessageBoxW and so through the UI sink.
 #pragma once
 
-#include "win/MessageBox.h"
+#include "win/ui/MessageBox.h"
 #include "win/WinDef.h"
 
 // The caption of every AfxMessageBox.

@@ -2,12 +2,12 @@
 // create, close and delete keys with it. The object owns the handle it
 // holds (m_hKey) and closes it on destruction, unless it was detached.
 // Attaching a root (HKEY_CURRENT_USER...) is allowed; closing a root does
-// nothing. Statuses are those of the registry functions (win/Registry.h).
+// nothing. Statuses are those of the registry functions (win/registry/Registry.h).
 //
 // Thread safety: one object by one thread at a time.
 #pragma once
 
-#include "win/Registry.h"
+#include "win/registry/Registry.h"
 #include "win/WinDef.h"
 
 namespace ATL {

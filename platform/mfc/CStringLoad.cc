@@ -2,7 +2,7 @@
 // the string type itself doesn't need the module and resource functions.
 #include "mfc/AfxExtensionModule.h"
 #include "mfc/CString.h"
-#include "win/Resource.h"
+#include "win/module/Resource.h"
 
 BOOL CString::LoadString(HINSTANCE module, UINT id) {
   const WCHAR* text = nullptr;

@@ -3,7 +3,7 @@
 #include <map>
 #include <memory>
 
-#include "win/Window.h"
+#include "win/ui/Window.h"
 
 namespace {
 

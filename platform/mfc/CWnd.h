@@ -1,4 +1,4 @@
-// CWnd: MFC's object for a window (win/Window.h). An object made by its
+// CWnd: MFC's object for a window (win/ui/Window.h). An object made by its
 // window's owner and attached to the handle is the window's permanent
 // object; FromHandle gives it, or else a temporary object that MFC keeps for
 // the handle until the window is gone (the caller never deletes it).

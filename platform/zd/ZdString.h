@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "zd/ZdDbObjectId.h"
+#include "zd/db/ZdDbObjectId.h"
 
 class ZdString {
  public:

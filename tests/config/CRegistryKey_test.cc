@@ -9,8 +9,8 @@
 #include "RegistryStoreFixture.h"
 #include "mfc/AfxMessageBox.h"
 #include "support/u16.h"
-#include "win/MessageBox.h"
-#include "win/Registry.h"
+#include "win/ui/MessageBox.h"
+#include "win/registry/Registry.h"
 #include "win/WinError.h"
 
 namespace {

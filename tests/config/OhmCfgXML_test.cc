@@ -14,7 +14,7 @@
 #include "com/XmlDom_testing.h"
 #include "support/TempFolder.h"
 #include "support/u16.h"
-#include "zd/GblPm.h"
+#include "zd/app/GblPm.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include "RegistryStoreFixture.h"
 #include "host/HostTestSupport.h"
 #include "support/u16.h"
-#include "win/Registry.h"
+#include "win/registry/Registry.h"
 #include "win/WinError.h"
 
 namespace {

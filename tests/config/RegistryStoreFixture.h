@@ -10,9 +10,9 @@
 
 #include "ohmutils/host/OhmUtilsModule.h"
 #include "support/TempFolder.h"
-#include "win/Module.h"
-#include "win/Registry_testing.h"
-#include "win/UiSink_testing.h"
+#include "win/module/Module.h"
+#include "win/registry/Registry_testing.h"
+#include "win/ui/UiSink_testing.h"
 
 class RegistryStoreFixture : public ::testing::Test {
  protected:

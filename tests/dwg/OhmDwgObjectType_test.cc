@@ -4,9 +4,9 @@
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "support/u16.h"
-#include "zd/ZdDbDatabase_testing.h"
-#include "zd/ZdDbDrawingBuilder.h"
-#include "zd/ZdDbText.h"
+#include "zd/db/ZdDbDatabase_testing.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
+#include "zd/db/ZdDbText.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "support/u16.h"
-#include "zd/ZdDbDatabase_testing.h"
-#include "zd/ZdDbDrawingBuilder.h"
-#include "win/PathMapping.h"
-#include "zd/DxfDocument.h"
-#include "zd/ZdDocManager_testing.h"
+#include "zd/db/ZdDbDatabase_testing.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
+#include "win/fs/PathMapping.h"
+#include "zd/dxf/DxfDocument.h"
+#include "zd/app/ZdDocManager_testing.h"
 
 namespace {
 

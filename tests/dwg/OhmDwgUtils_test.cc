@@ -6,8 +6,8 @@
 
 #include "support/u16.h"
 #include "zd/ZdCodes.h"
-#include "zd/ZdDbDatabase_testing.h"
-#include "zd/ZdDbDrawingBuilder.h"
+#include "zd/db/ZdDbDatabase_testing.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
 #include "zd/ZdValueNode_testing.h"
 
 namespace {

@@ -4,8 +4,8 @@
 
 #include "zd/ZdCodes.h"
 
-#include "zd/ZdSysVars.h"
-#include "zd/ZdSysVars_testing.h"
+#include "zd/app/ZdSysVars.h"
+#include "zd/app/ZdSysVars_testing.h"
 #include "zd/ZdValueNode.h"
 
 namespace {

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "zd/DxfTags.h"
-#include "zd/DxfTextCodec.h"
+#include "zd/dxf/DxfTags.h"
+#include "zd/dxf/DxfTextCodec.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);

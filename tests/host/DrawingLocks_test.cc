@@ -9,9 +9,9 @@
 #include "HostTestSupport.h"
 #include "ohmutils/host/OhmLispBridge.h"
 #include "support/u16.h"
-#include "zd/ZdDocManager.h"
-#include "zd/ZdLispFileLocks.h"
-#include "zd/ZdLisp_testing.h"
+#include "zd/app/ZdDocManager.h"
+#include "zd/lisp/ZdLispFileLocks.h"
+#include "zd/lisp/ZdLisp_testing.h"
 
 namespace {
 

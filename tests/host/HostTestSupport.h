@@ -17,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-#include "win/PathMapping.h"
+#include "win/fs/PathMapping.h"
 
 extern char** environ;
 

@@ -14,7 +14,7 @@
 
 #include "ohmutils/host/OhmLispBridge.h"
 #include "win/Utf8.h"
-#include "zd/ZdDocManager.h"
+#include "zd/app/ZdDocManager.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <cstdio>
 
 #include "win/LastError.h"
-#include "win/Module_testing.h"
-#include "win/PathMapping.h"
-#include "zd/ZdModuleLoader.h"
+#include "win/module/Module_testing.h"
+#include "win/fs/PathMapping.h"
+#include "zd/app/ZdModuleLoader.h"
 
 int main(int argc, char** argv) {
   if (argc != 2) return 2;

@@ -12,15 +12,15 @@
 
 #include "HostTestSupport.h"
 #include "support/u16.h"
-#include "win/Module.h"
-#include "win/Module_testing.h"
-#include "win/ResourceTable.h"
-#include "win/Resource.h"
-#include "win/ShellExecute.h"
-#include "win/UiSink_testing.h"
-#include "zd/ZdAutomation_testing.h"
-#include "zd/ZdWinMsgFilter.h"
-#include "zd/ZdWinMsgFilter_testing.h"
+#include "win/module/Module.h"
+#include "win/module/Module_testing.h"
+#include "win/module/ResourceTable.h"
+#include "win/module/Resource.h"
+#include "win/ui/ShellExecute.h"
+#include "win/ui/UiSink_testing.h"
+#include "zd/ui/ZdAutomation_testing.h"
+#include "zd/ui/ZdWinMsgFilter.h"
+#include "zd/ui/ZdWinMsgFilter_testing.h"
 
 namespace {
 

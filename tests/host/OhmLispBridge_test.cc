@@ -10,9 +10,9 @@
 
 #include "support/u16.h"
 #include "zd/ZdCodes.h"
-#include "zd/ZdDocManager.h"
-#include "zd/ZdLisp.h"
-#include "zd/ZdLisp_testing.h"
+#include "zd/app/ZdDocManager.h"
+#include "zd/lisp/ZdLisp.h"
+#include "zd/lisp/ZdLisp_testing.h"
 #include "zd/ZdValueNode_testing.h"
 
 namespace {

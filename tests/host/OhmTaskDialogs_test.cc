@@ -10,15 +10,15 @@
 
 #include "HostTestSupport.h"
 #include "support/u16.h"
-#include "win/Module.h"
-#include "win/MessageBox.h"
-#include "win/Module_testing.h"
-#include "win/UiSink_testing.h"
-#include "win/Window.h"
-#include "zd/ZdApplicationFrame.h"
-#include "zd/ZdApplicationFrame_testing.h"
-#include "zd/ZdTaskDialog.h"
-#include "zd/ZdTaskDialog_testing.h"
+#include "win/module/Module.h"
+#include "win/ui/MessageBox.h"
+#include "win/module/Module_testing.h"
+#include "win/ui/UiSink_testing.h"
+#include "win/ui/Window.h"
+#include "zd/ui/ZdApplicationFrame.h"
+#include "zd/ui/ZdApplicationFrame_testing.h"
+#include "zd/ui/ZdTaskDialog.h"
+#include "zd/ui/ZdTaskDialog_testing.h"
 
 namespace {
 

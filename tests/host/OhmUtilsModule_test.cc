@@ -10,15 +10,15 @@
 #include "mfc/AfxExtensionModule_testing.h"
 #include "support/u16.h"
 #include "win/LastError.h"
-#include "win/Module.h"
-#include "win/Module_testing.h"
+#include "win/module/Module.h"
+#include "win/module/Module_testing.h"
 #include "win/WinError.h"
 #include "zd/ZdCodes.h"
-#include "zd/ZdDocManager.h"
-#include "zd/ZdLisp.h"
-#include "zd/ZdLispEval.h"
-#include "zd/ZdLisp_testing.h"
-#include "zd/ZdModuleLoader.h"
+#include "zd/app/ZdDocManager.h"
+#include "zd/lisp/ZdLisp.h"
+#include "zd/lisp/ZdLispEval.h"
+#include "zd/lisp/ZdLisp_testing.h"
+#include "zd/app/ZdModuleLoader.h"
 
 namespace {
 

@@ -6,13 +6,13 @@
 
 #include <vector>
 
-#include "win/Cursor.h"
-#include "win/Cursor_testing.h"
-#include "win/Messages.h"
-#include "zd/ZdApplicationFrame.h"
-#include "zd/ZdDocManager.h"
-#include "zd/ZdWinMsgFilter.h"
-#include "zd/ZdWinMsgFilter_testing.h"
+#include "win/ui/Cursor.h"
+#include "win/ui/Cursor_testing.h"
+#include "win/ui/Messages.h"
+#include "zd/ui/ZdApplicationFrame.h"
+#include "zd/app/ZdDocManager.h"
+#include "zd/ui/ZdWinMsgFilter.h"
+#include "zd/ui/ZdWinMsgFilter_testing.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // A stand-in for the suite's main module in the version tests: a module
 // with nothing but a version block, file version 23.1.47.0.
-#include "win/ResourceTable.h"
-#include "win/VersionInfo.h"
+#include "win/module/ResourceTable.h"
+#include "win/module/VersionInfo.h"
 
 namespace {
 

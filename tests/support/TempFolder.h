@@ -10,7 +10,7 @@
 #include <iterator>
 #include <string>
 
-#include "win/PathMapping.h"
+#include "win/fs/PathMapping.h"
 
 class TempFolder {
  public:

@@ -6,10 +6,10 @@
 
 #include <array>
 
-#include "win/FileFunctions_testing.h"
-#include "win/Registry_testing.h"
-#include "zd/ZdDbDatabase_testing.h"
-#include "zd/ZdDocManager_testing.h"
+#include "win/fs/FileFunctions_testing.h"
+#include "win/registry/Registry_testing.h"
+#include "zd/db/ZdDbDatabase_testing.h"
+#include "zd/app/ZdDocManager_testing.h"
 #include "zd/ZdValueNode_testing.h"
 
 namespace {

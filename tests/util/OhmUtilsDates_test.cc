@@ -11,7 +11,7 @@
 #include "support/ScopedLocale.h"
 #include "support/TempFolder.h"
 #include "support/u16.h"
-#include "win/LocaleFunctions_testing.h"
+#include "win/locale/LocaleFunctions_testing.h"
 #include "win/WinError.h"
 
 namespace {

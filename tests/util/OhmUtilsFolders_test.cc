@@ -4,8 +4,8 @@
 
 #include "support/TempFolder.h"
 #include "support/u16.h"
-#include "win/FileFunctions_testing.h"
-#include "win/ShellFileOperation_testing.h"
+#include "win/fs/FileFunctions_testing.h"
+#include "win/fs/ShellFileOperation_testing.h"
 #include "win/WinError.h"
 
 namespace {

@@ -4,14 +4,14 @@
 #include <stdlib.h>
 
 #include "support/u16.h"
-#include "zd/GblPm.h"
+#include "zd/app/GblPm.h"
 #include "zd/ZdCodes.h"
-#include "zd/ZdDocManager.h"
-#include "zd/ZdEnv.h"
-#include "zd/ZdEnv_testing.h"
-#include "zd/ZdHostApplicationServices_testing.h"
-#include "zd/ZdLisp_testing.h"
-#include "zd/ZdSysVars_testing.h"
+#include "zd/app/ZdDocManager.h"
+#include "zd/app/ZdEnv.h"
+#include "zd/app/ZdEnv_testing.h"
+#include "zd/app/ZdHostApplicationServices_testing.h"
+#include "zd/lisp/ZdLisp_testing.h"
+#include "zd/app/ZdSysVars_testing.h"
 #include "zd/ZdValueNode_testing.h"
 
 namespace {

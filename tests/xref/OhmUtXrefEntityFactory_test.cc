@@ -9,7 +9,7 @@
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
 #include "support/u16.h"
-#include "zd/ZdDbDrawingBuilder.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "ohmutils/xref/OhmUtXrefTextEntity.h"
 #include "support/u16.h"
-#include "zd/ZdDbDrawingBuilder.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
 
 namespace {
 

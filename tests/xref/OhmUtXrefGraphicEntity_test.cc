@@ -7,7 +7,7 @@
 #include "ContactOcc.h"
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "support/u16.h"
-#include "zd/ZdDbDrawingBuilder.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
 
 namespace {
 

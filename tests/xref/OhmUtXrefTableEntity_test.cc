@@ -7,7 +7,7 @@
 
 #include "ContactOcc.h"
 #include "support/u16.h"
-#include "zd/ZdDbDrawingBuilder.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
 
 // Reaches the private cell operations, whose results and outputs the public
 // row matching folds into one answer.

@@ -14,7 +14,7 @@
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
 #include "ohmutils/xref/OhmUtXrefTableRows.h"
 #include "support/u16.h"
-#include "zd/ZdDbDrawingBuilder.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "CommandError.h"
-#include "win/PathMapping.h"
+#include "win/fs/PathMapping.h"
 #include "win/Utf8.h"
 #include "zd/ZdString.h"
 

@@ -7,8 +7,8 @@
 #include <memory>
 #include <string>
 
-#include "zd/ZdDbDatabase.h"
-#include "zd/ZdDbObject.h"
+#include "zd/db/ZdDbDatabase.h"
+#include "zd/db/ZdDbObject.h"
 
 // The full Windows-form name of `file` (a POSIX path, relative or absolute),
 // as the host names drawings and documents.

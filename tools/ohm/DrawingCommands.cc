@@ -13,10 +13,10 @@
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "win/Utf8.h"
 #include "zd/ZdCodes.h"
-#include "zd/ZdDbBlockReference.h"
-#include "zd/ZdDbBlockTableRecord.h"
-#include "zd/ZdDbDictionary.h"
-#include "zd/ZdDocManager.h"
+#include "zd/db/ZdDbBlockReference.h"
+#include "zd/db/ZdDbBlockTableRecord.h"
+#include "zd/db/ZdDbDictionary.h"
+#include "zd/app/ZdDocManager.h"
 #include "zd/ZdValueNode.h"
 
 namespace {

@@ -13,11 +13,11 @@
 #include "mfc/CStringList.h"
 #include "ohmutils/host/OhmLispBridge.h"
 #include "ohmutils/host/OhmUtilsModule.h"
-#include "win/Module.h"
-#include "win/PathMapping.h"
+#include "win/module/Module.h"
+#include "win/fs/PathMapping.h"
 #include "win/Utf8.h"
-#include "zd/ZdDbDatabase.h"
-#include "zd/ZdDocManager.h"
+#include "zd/db/ZdDbDatabase.h"
+#include "zd/app/ZdDocManager.h"
 
 extern char** environ;
 

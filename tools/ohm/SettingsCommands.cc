@@ -11,7 +11,7 @@
 #include "ohmutils/config/OhmCfgXML.h"
 #include "ohmutils/config/OhmRegSetting.h"
 #include "win/Utf8.h"
-#include "zd/GblPm.h"
+#include "zd/app/GblPm.h"
 
 namespace {
 

@@ -1,0 +1,344 @@
+// Writing a database as an ASCII DXF file: R12 (AC1009) in its own simple
+// form, R13 (AC1012) and later with handles, owners, subclass markers, the
+// block record table and the layout dictionary. Geometry is not kept by the
+// database, so entities stand at the origin; what the reader keeps (handles,
+// classes, block names, attributes, xdata, layouts, spaces) comes back.
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <set>
+
+#include "win/fs/PathMapping.h"
+#include "zd/dxf/DxfDrawingWriter.h"
+#include "zd/dxf/DxfEntityClasses.h"
+#include "zd/dxf/DxfTags.h"
+#include "zd/dxf/DxfTextCodec.h"
+#include "zd/dxf/DxfValues.h"
+#include "zd/dxf/DxfXData.h"
+#include "zd/ZdCodes.h"
+#include "zd/db/ZdDbBlockReference.h"
+#include "zd/db/ZdDbDatabase.h"
+#include "zd/db/ZdDbText.h"
+
+namespace {
+
+constexpr std::array<std::string_view, 9> kVersions{"AC1009", "AC1012", "AC1014", "AC1015", "AC1018",
+                                                    "AC1021", "AC1024", "AC1027", "AC1032"};
+
+bool isKnownVersion(std::string_view version) {
+  return std::find(kVersions.begin(), kVersions.end(), version) != kVersions.end();
+}
+
+std::string asciiOf(std::u16string_view text) {
+  std::string ascii;
+  for (const char16_t unit : text) ascii += unit < 0x80 ? static_cast<char>(unit) : '?';
+  return ascii;
+}
+
+// The codec a file of that version and code page is written with; the code
+// page falls back to ANSI_1252 when this build can't convert it.
+DxfTextCodec writerCodec(std::string_view version, std::string_view codePage) {
+  if (auto codec = DxfTextCodec::forDrawing(version, codePage)) return *codec;
+  return DxfTextCodec::forDrawing(version, "ANSI_1252").value_or(DxfTextCodec::utf8());
+}
+
+void appendPoint(std::string& out, int code) {
+  for (int axis = 0; axis < 3; ++axis) appendDxfTag(out, code + 10 * axis, "0.0");
+}
+
+class DxfWriter {
+ public:
+  DxfWriter(const ZdDbDatabase& database, std::string version)
+      : mDatabase(database),
+        mVersion(std::move(version)),
+        mCodePage(database.codePage().empty() ? "ANSI_1252" : asciiOf(database.codePage())),
+        mCodec(writerCodec(mVersion, mCodePage)),
+        mNextHandle(database.handseed().value()) {
+    if (!mCodec.codePage().empty()) mCodePage = mCodec.codePage();
+  }
+
+  // The whole file; false when the layout dictionary can't be walked.
+  bool write(std::string& file) {
+    std::string blocks, entities, objects;
+    writeBlocks(blocks);
+    writeSpaces(entities);
+    if (!isR12() && !writeObjects(objects)) return false;
+    std::string tables;
+    writeTables(tables);  // after the rest: it lists the xdata applications met there
+    writeHeader(file);
+    appendSection(file, "TABLES", tables);
+    appendSection(file, "BLOCKS", blocks);
+    appendSection(file, "ENTITIES", entities);
+    if (!isR12()) appendSection(file, "OBJECTS", objects);
+    appendDxfTag(file, 0, "EOF");
+    return true;
+  }
+
+ private:
+  bool isR12() const { return mVersion == "AC1009"; }
+  std::uint64_t newHandle() { return mNextHandle++; }
+  std::string text(std::u16string_view value) const { return encodeDxfText(mCodec, value); }
+  static std::string handleOf(const ZdDbObject* object) { return formatDxfHandle(object ? object->objectHandle().value() : 0); }
+
+  template <typename Object>
+  const Object* live(ZdDbObjectId id) const {
+    const auto* object = dynamic_cast<const Object*>(mDatabase.objectAt(id));
+    return object && !object->isErased() ? object : nullptr;
+  }
+
+  static void appendSection(std::string& out, std::string_view name, const std::string& body) {
+    appendDxfTag(out, 0, "SECTION");
+    appendDxfTag(out, 2, name);
+    out += body;
+    appendDxfTag(out, 0, "ENDSEC");
+  }
+
+  // Type, handle, owner and (R13 on) the entity subclass marker of an object.
+  void appendStart(std::string& out, std::string_view type, std::uint64_t handle, std::uint64_t owner,
+                   std::string_view subclass) const {
+    appendDxfTag(out, 0, type);
+    if (handle != 0) appendDxfTag(out, 5, formatDxfHandle(handle));
+    if (isR12()) return;
+    appendDxfTag(out, 330, formatDxfHandle(owner));
+    if (!subclass.empty()) appendDxfTag(out, 100, subclass);
+  }
+
+  void writeHeader(std::string& out) const {
+    std::string header;
+    appendDxfTag(header, 9, "$ACADVER");
+    appendDxfTag(header, 1, mVersion);
+    appendDxfTag(header, 9, "$DWGCODEPAGE");
+    appendDxfTag(header, 3, mCodePage);
+    if (isR12()) {
+      appendDxfTag(header, 9, "$HANDLING");
+      appendDxfTag(header, 70, "1");
+    }
+    appendDxfTag(header, 9, "$HANDSEED");
+    appendDxfTag(header, 5, formatDxfHandle(mNextHandle));
+    appendSection(out, "HEADER", header);
+  }
+
+  // --- tables: block records (R13 on) and the applications of the xdata -----------
+
+  void writeTables(std::string& out) {
+    if (!isR12()) writeBlockRecordTable(out);
+    writeApplicationTable(out);
+  }
+
+  void appendTableStart(std::string& out, std::string_view name, std::uint64_t handle, std::size_t count) const {
+    appendStart(out, "TABLE", handle, 0, "");
+    appendDxfTag(out, 2, name);
+    if (isR12()) return;
+    appendDxfTag(out, 100, "AcDbSymbolTable");
+    appendDxfTag(out, 70, std::to_string(count));
+  }
+
+  void writeBlockRecordTable(std::string& out) const {
+    const ZdDbObject* table = mDatabase.objectAt(mDatabase.blockTableId());
+    const std::uint64_t tableHandle = table->objectHandle().value();
+    appendTableStart(out, "BLOCK_RECORD", tableHandle, mDatabase.blockTableRecordIds().size());
+    for (const ZdDbObjectId id : mDatabase.blockTableRecordIds()) {
+      const auto* record = live<ZdDbBlockTableRecord>(id);
+      if (!record) continue;
+      appendStart(out, "BLOCK_RECORD", record->objectHandle().value(), tableHandle, "AcDbSymbolTableRecord");
+      appendDxfTag(out, 100, "AcDbBlockTableRecord");
+      appendDxfTag(out, 2, text(record->name()));
+    }
+    appendDxfTag(out, 0, "ENDTAB");
+  }
+
+  void writeApplicationTable(std::string& out) {
+    mApplications.insert("ACAD");
+    const std::uint64_t tableHandle = isR12() ? 0 : newHandle();
+    appendTableStart(out, "APPID", tableHandle, mApplications.size());
+    for (const std::string& name : mApplications) {
+      appendStart(out, "APPID", isR12() ? 0 : newHandle(), tableHandle, "AcDbSymbolTableRecord");
+      if (!isR12()) appendDxfTag(out, 100, "AcDbRegAppTableRecord");
+      appendDxfTag(out, 2, name);
+      appendDxfTag(out, 70, "0");
+    }
+    appendDxfTag(out, 0, "ENDTAB");
+  }
+
+  // --- blocks and entities -------------------------------------------------------------
+
+  std::string blockName(const ZdDbBlockTableRecord& record) const {
+    if (isR12() && record.objectId() == mDatabase.modelSpaceId()) return "$MODEL_SPACE";
+    if (isR12() && record.objectId() == mDatabase.paperSpaceId()) return "$PAPER_SPACE";
+    return text(record.name());
+  }
+
+  bool isSpace(ZdDbObjectId id) const { return id == mDatabase.modelSpaceId() || id == mDatabase.paperSpaceId(); }
+
+  // Every block; those of model and paper space are empty here, their
+  // entities go to the ENTITIES section.
+  void writeBlocks(std::string& out) {
+    for (const ZdDbObjectId id : mDatabase.blockTableRecordIds()) {
+      const auto* record = live<ZdDbBlockTableRecord>(id);
+      if (!record) continue;
+      const std::uint64_t handle = record->objectHandle().value();
+      appendStart(out, "BLOCK", isR12() ? 0 : newHandle(), handle, "AcDbEntity");
+      appendDxfTag(out, 8, "0");
+      if (!isR12()) appendDxfTag(out, 100, "AcDbBlockBegin");
+      appendDxfTag(out, 2, blockName(*record));
+      appendDxfTag(out, 70, "0");
+      appendPoint(out, 10);
+      appendDxfTag(out, 3, blockName(*record));
+      if (!isSpace(id)) writeEntitiesOf(out, *record, false);
+      appendStart(out, "ENDBLK", isR12() ? 0 : newHandle(), handle, "AcDbEntity");
+      appendDxfTag(out, 8, "0");
+      if (!isR12()) appendDxfTag(out, 100, "AcDbBlockEnd");
+    }
+  }
+
+  void writeSpaces(std::string& out) {
+    if (const auto* model = live<ZdDbBlockTableRecord>(mDatabase.modelSpaceId())) writeEntitiesOf(out, *model, false);
+    if (const auto* paper = live<ZdDbBlockTableRecord>(mDatabase.paperSpaceId())) writeEntitiesOf(out, *paper, true);
+  }
+
+  void writeEntitiesOf(std::string& out, const ZdDbBlockTableRecord& record, bool paperSpace) {
+    for (const ZdDbObjectId id : record.entityIds()) {
+      if (const auto* entity = live<ZdDbEntity>(id)) writeEntity(out, *entity, record, paperSpace);
+    }
+  }
+
+  void appendEntityStart(std::string& out, const ZdDbEntity& entity, std::string_view type, std::uint64_t owner,
+                         bool paperSpace) const {
+    appendStart(out, type, entity.objectHandle().value(), owner, "AcDbEntity");
+    if (paperSpace) appendDxfTag(out, 67, "1");
+    appendDxfTag(out, 8, text(entity.layer()));
+  }
+
+  void writeEntity(std::string& out, const ZdDbEntity& entity, const ZdDbBlockTableRecord& owner, bool paperSpace) {
+    const std::string type = dxfTypeOf(*entity.isA());
+    appendEntityStart(out, entity, type, owner.objectHandle().value(), paperSpace);
+    if (const auto* reference = dynamic_cast<const ZdDbBlockReference*>(&entity)) {
+      writeReference(out, *reference, paperSpace);
+      return;
+    }
+    if (const auto* single = dynamic_cast<const ZdDbText*>(&entity)) writeTextBody(out, *single);
+    writeXData(out, entity);
+  }
+
+  void writeTextBody(std::string& out, const ZdDbText& single) const {
+    if (!isR12()) appendDxfTag(out, 100, "AcDbText");
+    appendPoint(out, 10);
+    appendDxfTag(out, 40, "1.0");
+    appendDxfTag(out, 1, text(single.textStringConst()));
+  }
+
+  // An INSERT with its attributes and SEQEND, or a table.
+  void writeReference(std::string& out, const ZdDbBlockReference& reference, bool paperSpace) {
+    const bool isTable = reference.isKindOf(ZdDbTable::desc());
+    std::vector<const ZdDbAttribute*> attributes;
+    for (const ZdDbObjectId id : reference.attributeIds())
+      if (const auto* attribute = live<ZdDbAttribute>(id); attribute && !isTable) attributes.push_back(attribute);
+    if (!isR12()) appendDxfTag(out, 100, "AcDbBlockReference");
+    if (!attributes.empty()) appendDxfTag(out, 66, "1");
+    if (const auto* block = live<ZdDbBlockTableRecord>(reference.blockTableRecord())) appendDxfTag(out, 2, blockName(*block));
+    appendPoint(out, 10);
+    if (isTable && !isR12()) appendDxfTag(out, 100, "AcDbTable");
+    writeXData(out, reference);
+    if (attributes.empty()) return;
+    const std::uint64_t owner = reference.objectHandle().value();
+    for (const ZdDbAttribute* attribute : attributes) writeAttribute(out, *attribute, owner, paperSpace);
+    appendStart(out, "SEQEND", newHandle(), owner, "AcDbEntity");
+    if (paperSpace) appendDxfTag(out, 67, "1");
+    appendDxfTag(out, 8, text(reference.layer()));
+  }
+
+  void writeAttribute(std::string& out, const ZdDbAttribute& attribute, std::uint64_t owner, bool paperSpace) {
+    appendEntityStart(out, attribute, "ATTRIB", owner, paperSpace);
+    writeTextBody(out, attribute);
+    if (!isR12()) appendDxfTag(out, 100, "AcDbAttribute");
+    appendDxfTag(out, 2, text(attribute.tagConst() ? attribute.tagConst() : u""));
+    appendDxfTag(out, 70, "0");
+    writeXData(out, attribute);
+  }
+
+  void writeXData(std::string& out, const ZdDbObject& object) {
+    ZdValueNode* chain = object.xData();
+    for (const ZdValueNode* node = chain; node; node = node->rbnext)
+      if (node->restype == XD_APPNAME && node->resval.rstring) mApplications.insert(text(node->resval.rstring));
+    appendDxfXData(out, chain, mCodec);
+    zdutRelRb(chain);
+  }
+
+  // --- objects: the named object dictionary and the layouts ------------------------------
+
+  bool writeObjects(std::string& out) {
+    const auto* layouts = live<ZdDbDictionary>(mDatabase.layoutDictionaryId());
+    if (!layouts) return false;
+    const std::uint64_t namedObjects = newHandle();
+    const std::uint64_t layoutsHandle = layouts->objectHandle().value();
+    appendStart(out, "DICTIONARY", namedObjects, 0, "AcDbDictionary");
+    appendDxfTag(out, 281, "1");
+    appendDxfTag(out, 3, "ACAD_LAYOUT");
+    appendDxfTag(out, 350, formatDxfHandle(layoutsHandle));
+    appendStart(out, "DICTIONARY", layoutsHandle, namedObjects, "AcDbDictionary");
+    appendDxfTag(out, 281, "1");
+    std::vector<const ZdDbLayout*> entries;
+    ZdDbDictionaryIterator* iterator = layouts->newIterator();
+    if (!iterator) return false;
+    for (; !iterator->done(); iterator->next()) {
+      const auto* layout = live<ZdDbLayout>(iterator->objectId());
+      if (!layout) continue;
+      appendDxfTag(out, 3, text(iterator->name()));
+      appendDxfTag(out, 350, handleOf(layout));
+      entries.push_back(layout);
+    }
+    delete iterator;
+    for (const ZdDbLayout* layout : entries) writeLayout(out, *layout, layoutsHandle);
+    return true;
+  }
+
+  void writeLayout(std::string& out, const ZdDbLayout& layout, std::uint64_t owner) const {
+    appendStart(out, "LAYOUT", layout.objectHandle().value(), owner, "AcDbPlotSettings");
+    appendDxfTag(out, 1, "");
+    appendDxfTag(out, 100, "AcDbLayout");
+    appendDxfTag(out, 1, text(layout.layoutName()));
+    appendDxfTag(out, 70, "1");
+    appendDxfTag(out, 71, std::to_string(layout.getTabOrder()));
+    if (const auto* block = live<ZdDbBlockTableRecord>(layout.getBlockTableRecordId())) appendDxfTag(out, 330, handleOf(block));
+  }
+
+  const ZdDbDatabase& mDatabase;
+  std::string mVersion;
+  std::string mCodePage;
+  DxfTextCodec mCodec;
+  std::uint64_t mNextHandle;          // for the file's own objects: blocks' ends, tables, SEQEND
+  std::set<std::string> mApplications;  // xdata application names, raw
+};
+
+// Writes `bytes` beside `path` and renames the copy over it; false on any failure.
+bool replaceFile(const std::string& path, const std::string& bytes) {
+  const std::string temporary = path + ".~" + std::to_string(::getpid()) + ".tmp";
+  std::FILE* file = std::fopen(temporary.c_str(), "wb");
+  if (!file) return false;
+  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+  const bool closed = std::fclose(file) == 0;
+  if (written && closed && std::rename(temporary.c_str(), path.c_str()) == 0) return true;
+  std::remove(temporary.c_str());
+  return false;
+}
+
+}  // namespace
+
+Zeda::ErrorStatus writeDxfDrawing(const ZdDbDatabase& database, std::string_view version, std::string& text) {
+  if (!isKnownVersion(version)) return Zeda::eInvalidInput;
+  std::string bytes;
+  if (!DxfWriter(database, std::string(version)).write(bytes)) return Zeda::eOutOfMemory;
+  text = std::move(bytes);
+  return Zeda::eOk;
+}
+
+Zeda::ErrorStatus ZdDbDatabase::dxfOut(const char16_t* fileName, const std::u16string& version) const {
+  if (!fileName) return Zeda::eInvalidInput;
+  std::string bytes;
+  const Zeda::ErrorStatus status = writeDxfDrawing(*this, asciiOf(version.empty() ? mVersion : version), bytes);
+  if (status != Zeda::eOk) return status;
+  const std::optional<std::string> path = WindowsPathToPosix(fileName);
+  return path && replaceFile(*path, bytes) ? Zeda::eOk : Zeda::eFileAccessErr;
+}

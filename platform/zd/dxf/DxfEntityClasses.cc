@@ -1,0 +1,65 @@
+#include "zd/dxf/DxfEntityClasses.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "zd/db/ZdDbObject.h"
+#include "zd/db/ZdRxClass.h"
+
+namespace {
+
+// Types whose class name is not "ZdDb" + the capitalised type.
+constexpr std::array<std::pair<std::string_view, std::u16string_view>, 11> kNamedClasses{{
+    {"INSERT", u"ZdDbBlockReference"},
+    {"ACAD_TABLE", u"ZdDbTable"},
+    {"ATTRIB", u"ZdDbAttribute"},
+    {"ATTDEF", u"ZdDbAttributeDefinition"},
+    {"LWPOLYLINE", u"ZdDbPolyline"},
+    {"POLYLINE", u"ZdDb2dPolyline"},
+    {"MTEXT", u"ZdDbMText"},
+    {"3DFACE", u"ZdDbFace"},
+    {"3DSOLID", u"ZdDb3dSolid"},
+    {"VIEWPORT", u"ZdDbViewport"},
+    {"HATCH", u"ZdDbHatch"},
+}};
+
+constexpr std::u16string_view kPrefix = u"ZdDb";
+
+char16_t upper(char16_t unit) { return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit; }
+char16_t lower(char16_t unit) { return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit - u'A' + u'a') : unit; }
+
+bool isTypeCharacter(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '-';
+}
+
+}  // namespace
+
+bool isDxfTypeName(std::string_view dxfType) {
+  return !dxfType.empty() && std::all_of(dxfType.begin(), dxfType.end(), isTypeCharacter);
+}
+
+std::u16string dxfClassNameOf(std::string_view dxfType) {
+  if (!isDxfTypeName(dxfType)) return {};
+  for (const auto& [type, name] : kNamedClasses)
+    if (type == dxfType) return std::u16string(name);
+  std::u16string name(kPrefix);
+  for (const char byte : dxfType) name += lower(static_cast<unsigned char>(byte));
+  name[kPrefix.size()] = upper(name[kPrefix.size()]);
+  return name;
+}
+
+std::string dxfTypeOf(const ZdRxClass& cls) {
+  const std::u16string_view name = cls.name();
+  for (const auto& [type, className] : kNamedClasses)
+    if (className == name) return std::string(type);
+  const std::u16string_view rest = name.substr(0, kPrefix.size()) == kPrefix ? name.substr(kPrefix.size()) : name;
+  std::string type;
+  for (const char16_t unit : rest) type += static_cast<char>(upper(unit) & 0xFF);
+  return type;
+}
+
+const ZdRxClass* dxfEntityClassOf(std::string_view dxfType) {
+  if (!isDxfTypeName(dxfType)) return nullptr;
+  return ZdRxClass::forName(dxfClassNameOf(dxfType), ZdDbEntity::desc());
+}

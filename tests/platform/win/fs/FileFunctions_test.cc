@@ -1,0 +1,176 @@
+#include "win/fs/FileFunctions.h"
+
+#include <gtest/gtest.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "support/TempFolder.h"
+#include "support/u16.h"
+#include "win/LastError.h"
+#include "win/fs/ShellFileOperation.h"
+#include "win/WinError.h"
+
+namespace {
+
+// Names and attributes of every entry a search for `pattern` gives, and the
+// last error it ends with.
+struct Listing {
+  std::vector<std::u16string> names;
+  std::vector<DWORD> attributes;
+  DWORD endError = 0;
+};
+
+Listing list(const std::u16string& pattern) {
+  Listing listing;
+  WIN32_FIND_DATAW entry;
+  const HANDLE search = FindFirstFileW(pattern.c_str(), &entry);
+  if (search == INVALID_HANDLE_VALUE) {
+    listing.endError = GetLastError();
+    return listing;
+  }
+  do {
+    listing.names.emplace_back(entry.cFileName);
+    listing.attributes.push_back(entry.dwFileAttributes);
+  } while (FindNextFileW(search, &entry));
+  listing.endError = GetLastError();
+  EXPECT_TRUE(FindClose(search));
+  return listing;
+}
+
+class FileFunctionsTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_FALSE(mTemp.posix().empty());
+    mTemp.makeFile("b.txt");
+    mTemp.makeFile("A.dwg", "x", true);
+    mTemp.makeFile("noext");
+    mTemp.makeFolder("sub");
+  }
+  std::u16string path(const std::string& relative = "") const { return mTemp.windows(relative); }
+  TempFolder mTemp;
+};
+
+TEST_F(FileFunctionsTest, SearchListsDotEntriesThenSortedNamesWithAttributes) {
+  const Listing listing = list(path() + u"\\*");
+  const std::vector<std::u16string> names{u".", u"..", u"A.dwg", u"b.txt", u"noext", u"sub"};
+  EXPECT_EQ(listing.names, names);
+  const std::vector<DWORD> attributes{FILE_ATTRIBUTE_DIRECTORY, FILE_ATTRIBUTE_DIRECTORY, FILE_ATTRIBUTE_READONLY,
+                                      FILE_ATTRIBUTE_NORMAL,    FILE_ATTRIBUTE_NORMAL,    FILE_ATTRIBUTE_DIRECTORY};
+  EXPECT_EQ(listing.attributes, attributes);
+  EXPECT_EQ(listing.endError, static_cast<DWORD>(ERROR_NO_MORE_FILES));
+}
+
+TEST_F(FileFunctionsTest, SearchPatternsMatchLikeThePlatform) {
+  struct Case { std::u16string pattern; std::vector<std::u16string> names; DWORD endError; } cases[] = {
+      {u"\\*.TXT", {u"b.txt"}, ERROR_NO_MORE_FILES},
+      {u"\\?.*", {u".", u"..", u"A.dwg", u"b.txt"}, ERROR_NO_MORE_FILES},
+      {u"\\a.*", {u"A.dwg"}, ERROR_NO_MORE_FILES},
+      {u"\\no*.*", {u"noext"}, ERROR_NO_MORE_FILES},  // ".*" also takes a name without dot
+      {u"/sub", {u"sub"}, ERROR_NO_MORE_FILES},       // no wildcard: the entry itself
+      {u"\\*.pdf", {}, ERROR_FILE_NOT_FOUND},
+      {u"\\", {}, ERROR_FILE_NOT_FOUND},              // an empty name matches nothing
+      {u"\\missing\\*", {}, ERROR_PATH_NOT_FOUND},
+      {u"\\b.txt\\*", {}, ERROR_PATH_NOT_FOUND},
+  };
+  const Listing unmapped = list(u"Q:\\nowhere\\*");
+  EXPECT_EQ(unmapped.endError, static_cast<DWORD>(ERROR_PATH_NOT_FOUND));
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.pattern));
+    const Listing listing = list(path() + c.pattern);
+    EXPECT_EQ(listing.names, c.names);
+    EXPECT_EQ(listing.endError, c.endError);
+  }
+}
+
+TEST_F(FileFunctionsTest, HandlesThatAreNotSearchesAreRefused) {
+  int notASearch = 0;
+  EXPECT_FALSE(FindNextFileW(&notASearch, nullptr));
+  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_HANDLE));
+  WIN32_FIND_DATAW entry;
+  const HANDLE search = FindFirstFileW((path() + u"\\*").c_str(), &entry);
+  EXPECT_TRUE(FindClose(search));
+  EXPECT_FALSE(FindClose(search));  // closed twice
+}
+
+TEST_F(FileFunctionsTest, ReadOnlyFileIsDeletedOnlyAfterItsAttributesAreNormal) {
+  const std::u16string file = path("A.dwg");
+  EXPECT_EQ(GetFileAttributesW(file.c_str()), FILE_ATTRIBUTE_READONLY);
+  EXPECT_FALSE(DeleteFileW(file.c_str()));
+  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ACCESS_DENIED));
+  EXPECT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL));
+  EXPECT_EQ(GetFileAttributesW(file.c_str()), FILE_ATTRIBUTE_NORMAL);
+  EXPECT_TRUE(DeleteFileW(file.c_str()));
+  EXPECT_FALSE(mTemp.exists("A.dwg"));
+  EXPECT_TRUE(SetFileAttributesW(path("b.txt").c_str(), FILE_ATTRIBUTE_READONLY));
+  EXPECT_FALSE(DeleteFileW(path("b.txt").c_str()));
+}
+
+TEST_F(FileFunctionsTest, FailuresSetThePlatformsErrorCodes) {
+  const std::u16string missing = path("gone.txt"), inMissing = path("gone\\x"), sub = path("sub"), file = path("b.txt");
+  struct Case { const char* what; std::function<BOOL()> call; DWORD error; } cases[] = {
+      {"delete missing file", [&] { return DeleteFileW(missing.c_str()); }, ERROR_FILE_NOT_FOUND},
+      {"delete in missing folder", [&] { return DeleteFileW(inMissing.c_str()); }, ERROR_PATH_NOT_FOUND},
+      {"delete a folder", [&] { return DeleteFileW(sub.c_str()); }, ERROR_ACCESS_DENIED},
+      {"attributes of missing file", [&] { return SetFileAttributesW(missing.c_str(), 0x80); }, ERROR_FILE_NOT_FOUND},
+      {"make existing folder", [&] { return CreateDirectoryW(sub.c_str(), nullptr); }, ERROR_ALREADY_EXISTS},
+      {"make under missing parent", [&] { return CreateDirectoryW(inMissing.c_str(), nullptr); }, ERROR_PATH_NOT_FOUND},
+      {"make on unmapped drive", [&] { return CreateDirectoryW(u"Q:\\x", nullptr); }, ERROR_PATH_NOT_FOUND},
+      {"remove non-empty folder", [&] { return RemoveDirectoryW(path().c_str()); }, ERROR_DIR_NOT_EMPTY},
+      {"remove a file", [&] { return RemoveDirectoryW(file.c_str()); }, ERROR_DIRECTORY},
+      {"remove missing folder", [&] { return RemoveDirectoryW(missing.c_str()); }, ERROR_FILE_NOT_FOUND},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    SetLastError(0);
+    EXPECT_FALSE(c.call());
+    EXPECT_EQ(GetLastError(), c.error);
+  }
+}
+
+TEST_F(FileFunctionsTest, SuccessLeavesTheLastErrorAlone) {
+  SetLastError(ERROR_NO_MORE_FILES);
+  WIN32_FIND_DATAW entry;
+  EXPECT_TRUE(FindClose(FindFirstFileW((path() + u"\\*").c_str(), &entry)));
+  EXPECT_TRUE(CreateDirectoryW(path("new").c_str(), nullptr));
+  EXPECT_TRUE(RemoveDirectoryW((path("new") + u"\\").c_str()));  // a trailing backslash is fine
+  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_NO_MORE_FILES));
+}
+
+// A list of names for the shell: each terminated, the list ended by one more terminator.
+std::u16string nameList(std::initializer_list<std::u16string> names) {
+  std::u16string list;
+  for (const std::u16string& name : names) list.append(name).push_back(u'\0');
+  list.push_back(u'\0');
+  return list;
+}
+
+int shellDelete(const std::u16string& list, UINT function = FO_DELETE) {
+  SHFILEOPSTRUCTW operation{};
+  operation.wFunc = function;
+  operation.pFrom = list.c_str();
+  operation.fFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOCONFIRMMKDIR | FOF_NOERRORUI;
+  return SHFileOperationW(&operation);
+}
+
+TEST_F(FileFunctionsTest, ShellDeleteRemovesWholeTreesWithReadOnlyFiles) {
+  mTemp.makeFile("sub/deep/c.txt", "x", true);
+  EXPECT_EQ(shellDelete(nameList({path("sub"), path("b.txt")})), 0);
+  EXPECT_FALSE(mTemp.exists("sub"));
+  EXPECT_FALSE(mTemp.exists("b.txt"));
+  EXPECT_TRUE(mTemp.exists("noext"));
+}
+
+TEST_F(FileFunctionsTest, ShellDeleteStatuses) {
+  EXPECT_EQ(shellDelete(nameList({path("noext"), path("gone")})), ERROR_FILE_NOT_FOUND);
+  EXPECT_FALSE(mTemp.exists("noext"));  // the names before the missing one are gone
+  EXPECT_EQ(shellDelete(nameList({})), DE_INVALIDFILES);
+  EXPECT_EQ(shellDelete(nameList({path("b.txt")}), FO_COPY), ERROR_INVALID_PARAMETER);
+  EXPECT_TRUE(mTemp.exists("b.txt"));
+}
+
+}  // namespace

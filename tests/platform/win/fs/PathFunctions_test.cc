@@ -1,0 +1,96 @@
+#include "win/fs/PathFunctions.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/u16.h"
+
+namespace {
+
+// Runs an in-place path function on a MAX_PATH copy of `path`.
+template <typename Function>
+std::u16string inPlace(const std::u16string& path, Function function) {
+  char16_t buffer[MAX_PATH] = {};
+  path.copy(buffer, path.size());
+  function(buffer);
+  return buffer;
+}
+
+TEST(PathRemoveFileSpecW, CutsTheLastComponentAndKeepsRoots) {
+  struct Case { std::u16string path; BOOL removed; std::u16string expected; } cases[] = {
+      {u"C:\\a\\b.dwg", TRUE, u"C:\\a"}, {u"C:\\a\\", TRUE, u"C:\\a"}, {u"C:\\a", TRUE, u"C:\\"},
+      {u"C:\\", FALSE, u"C:\\"},         {u"b.dwg", TRUE, u""},         {u"", FALSE, u""},
+      {u"\\a", TRUE, u"\\"},             {u"\\", FALSE, u"\\"},         {u"C:b.dwg", TRUE, u"C:"},
+      {u"a/b", TRUE, u""},  // only the backslash separates here
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.path));
+    BOOL removed = -1;
+    EXPECT_EQ(inPlace(c.path, [&](char16_t* buffer) { removed = PathRemoveFileSpecW(buffer); }), c.expected);
+    EXPECT_EQ(removed, c.removed);
+  }
+}
+
+TEST(PathCombineW, JoinsWithOneBackslashAndCanonicalizes) {
+  struct Case { const char16_t* folder; const char16_t* file; const char16_t* expected; } cases[] = {
+      {u"C:\\a", u"b.txt", u"C:\\a\\b.txt"},        {u"C:\\a\\", u"b.txt", u"C:\\a\\b.txt"},
+      {u"C:\\a", u"D:\\x", u"D:\\x"},               {u"C:\\a\\b", u"\\x", u"C:\\x"},
+      {u"C:\\a\\b", u"..\\c", u"C:\\a\\c"},         {u"C:\\a", u".\\c", u"C:\\a\\c"},
+      {u"C:\\", u"..\\c", u"C:\\c"},                {nullptr, u"b.txt", u"b.txt"},
+      {u"C:\\a", nullptr, u"C:\\a"},                {u"", u"b", u"b"},
+      {nullptr, nullptr, nullptr},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << (c.folder ? U8(c.folder) : "null") << " + " << (c.file ? U8(c.file) : "null"));
+    char16_t dest[MAX_PATH] = u"junk";
+    const char16_t* result = PathCombineW(dest, c.folder, c.file);
+    if (!c.expected) {
+      EXPECT_EQ(result, nullptr);
+      EXPECT_EQ(dest[0], u'\0');
+    } else {
+      EXPECT_EQ(result, dest);
+      EXPECT_EQ(std::u16string(dest), c.expected);
+    }
+  }
+}
+
+TEST(PathCombineW, DestinationMayBeTheFolderAndMaxPathIsEnforced) {
+  char16_t buffer[MAX_PATH] = u"C:\\a";
+  EXPECT_EQ(PathCombineW(buffer, buffer, u"b"), buffer);
+  EXPECT_EQ(std::u16string(buffer), u"C:\\a\\b");
+  const std::u16string folder = u"C:\\" + std::u16string(250, u'f');  // 253 units
+  EXPECT_NE(PathCombineW(buffer, folder.c_str(), u"12345"), nullptr);  // 259 units
+  EXPECT_EQ(PathCombineW(buffer, folder.c_str(), u"123456"), nullptr);  // 260 units
+  EXPECT_EQ(buffer[0], u'\0');
+}
+
+TEST(PathCompactPathExW, PutsAnEllipsisInPlaceOfMiddleComponents) {
+  const std::u16string path = u"C:\\path1\\path2\\sample.txt";  // 25 units
+  struct Case { std::u16string source; UINT size; std::u16string expected; } cases[] = {
+      {path, 26, path},
+      {path, 25, u"C:\\path1\\...\\sample.txt"},
+      {path, 24, u"C:\\path1\\...\\sample.txt"},
+      {path, 23, u"C:\\...\\sample.txt"},
+      {path, 15, u"...\\sample.txt"},
+      {path, 14, u"sample.txt..."},
+      {path, 6, u"sa..."},
+      {u"My Filename", 10, u"My Fil..."},
+      {u"/usr/share/doc/readme.md", 20, u"/usr/.../readme.md"},  // '/' kept when the source uses it
+      {path, 3, u".."},
+      {path, 1, u""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << U8(c.source) << " size " << c.size);
+    std::u16string out(c.size, u'#');
+    EXPECT_TRUE(PathCompactPathExW(out.data(), c.source.c_str(), c.size, 0));
+    EXPECT_EQ(std::u16string(out.c_str()), c.expected);
+    EXPECT_LT(std::u16string(out.c_str()).size(), c.size);
+  }
+  char16_t out[8];
+  EXPECT_FALSE(PathCompactPathExW(out, path.c_str(), 0, 0));
+  EXPECT_FALSE(PathCompactPathExW(out, path.c_str(), 8, 1));
+  EXPECT_FALSE(PathCompactPathExW(out, nullptr, 8, 0));
+}
+
+}  // namespace

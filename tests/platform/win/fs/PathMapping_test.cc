@@ -1,0 +1,35 @@
+#include "win/fs/PathMapping.h"
+
+#include <gtest/gtest.h>
+
+#include "support/u16.h"
+#include "win/fs/PathMapping_testing.h"
+
+namespace {
+
+TEST(PathMapping, WindowsFormToPosix) {
+  win_testing::mapDrive(u'c', "/srv/c");
+  win_testing::mapDrive(u'D', "/mnt/d/");
+  struct Case { std::u16string windows; std::optional<std::string> posix; } cases[] = {
+      {u"\\home\\me\\a.dxf", "/home/me/a.dxf"},
+      {u"/home/me/a.dxf", "/home/me/a.dxf"},
+      {u"Z:\\tmp\\x", "/tmp/x"},
+      {u"z:/tmp", "/tmp"},
+      {u"Z:", "/"},
+      {u"C:\\proj\\A.DWG", "/srv/c/proj/A.DWG"},
+      {u"c:rel", "/srv/c/rel"},
+      {u"D:\\x", "/mnt/d/x"},
+      {u"Q:\\unmapped", std::nullopt},
+      {u"\\\\server\\share", std::nullopt},
+      {u"relative\\\u00e4", "relative/\xC3\xA4"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.windows));
+    EXPECT_EQ(WindowsPathToPosix(c.windows), c.posix);
+  }
+  win_testing::mapDrive(u'C', "");
+  EXPECT_EQ(WindowsPathToPosix(u"C:\\proj"), std::nullopt);
+  EXPECT_EQ(PosixPathToWindows("/home/me/a.dxf"), u"\\home\\me\\a.dxf");
+}
+
+}  // namespace

@@ -1,0 +1,167 @@
+#include "win/locale/LocaleFunctions.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "support/ScopedLocale.h"
+#include "support/u16.h"
+#include "win/locale/DatePicture.h"
+#include "win/LastError.h"
+#include "win/WinError.h"
+
+namespace {
+
+constexpr SYSTEMTIME kAfternoon{2017, 3, 0, 5, 14, 7, 9, 0};  // Sunday 5 March 2017, 14:07:09
+constexpr SYSTEMTIME kMorning{2005, 11, 0, 20, 9, 5, 3, 0};    // Sunday 20 November 2005, 09:05:03
+
+std::u16string date(const SYSTEMTIME& time, const char16_t* picture, DWORD flags = 0) {
+  char16_t buffer[256] = {};
+  EXPECT_GT(GetDateFormatW(LOCALE_USER_DEFAULT, flags, &time, picture, buffer, 256), 0);
+  return buffer;
+}
+
+std::u16string time(const SYSTEMTIME& when, const char16_t* picture) {
+  char16_t buffer[256] = {};
+  EXPECT_GT(GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &when, picture, buffer, 256), 0);
+  return buffer;
+}
+
+std::u16string info(LCTYPE type) {
+  char16_t buffer[256] = {};
+  EXPECT_GT(GetLocaleInfoW(LOCALE_USER_DEFAULT, type, buffer, 256), 0);
+  return buffer;
+}
+
+struct LocaleCase {
+  const char* locale;
+  std::u16string shortDate, afternoon, morning, decimal, list;
+};
+
+class UserLocaleTest : public ::testing::TestWithParam<LocaleCase> {};
+
+TEST_P(UserLocaleTest, ShortDateDefaultTimeAndSeparatorsFollowTheEnvironment) {
+  const LocaleCase& c = GetParam();
+  ScopedLocale locale(c.locale);
+  EXPECT_EQ(date(kAfternoon, nullptr, DATE_SHORTDATE), c.shortDate);
+  EXPECT_EQ(date(kAfternoon, nullptr, 0), c.shortDate);
+  EXPECT_EQ(time(kAfternoon, nullptr), c.afternoon);
+  EXPECT_EQ(time(kMorning, nullptr), c.morning);
+  EXPECT_EQ(info(LOCALE_SDECIMAL), c.decimal);
+  EXPECT_EQ(info(LOCALE_SLIST), c.list);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Locales, UserLocaleTest,
+    ::testing::Values(LocaleCase{"en_US.UTF-8", u"3/5/2017", u"2:07:09 PM", u"9:05:03 AM", u".", u","},
+                      LocaleCase{"de_DE.UTF-8", u"05.03.2017", u"14:07:09", u"09:05:03", u",", u";"},
+                      LocaleCase{"ja_JP.UTF-8", u"2017/03/05", u"14:07:09", u"9:05:03", u".", u","},
+                      LocaleCase{"fr_FR@euro", u"05/03/2017", u"14:07:09", u"09:05:03", u",", u";"},
+                      LocaleCase{"C", u"3/5/2017", u"2:07:09 PM", u"9:05:03 AM", u".", u","}),
+    [](const ::testing::TestParamInfo<LocaleCase>& param) { return std::string(param.param.locale).substr(0, 5); });
+
+TEST(UserLocale, LcAllComesBeforeLcTimeAndLang) {
+  ScopedLocale unset("");
+  ::setenv("LANG", "de_DE.UTF-8", 1);
+  EXPECT_EQ(info(LOCALE_SDECIMAL), u",");
+  ::setenv("LC_TIME", "ja_JP.UTF-8", 1);
+  EXPECT_EQ(date(kAfternoon, nullptr), u"2017/03/05");
+  ::setenv("LC_ALL", "en_US.UTF-8", 1);
+  EXPECT_EQ(date(kAfternoon, nullptr), u"3/5/2017");
+  ::unsetenv("LC_TIME");
+  ::unsetenv("LANG");
+}
+
+TEST(DatePictures, FieldsQuotesAndLettersOfTheOtherKind) {
+  ScopedLocale locale("en_US");
+  struct Case { SYSTEMTIME time; const char16_t* picture; const char16_t* expected; } cases[] = {
+      {kAfternoon, u"yyyyMMdd", u"20170305"},
+      {kAfternoon, u"d/M/yy", u"5/3/17"},
+      {kAfternoon, u"dddd, MMMM dd yyyy", u"Sunday, March 05 2017"},
+      {kAfternoon, u"ddd MMM", u"Sun Mar"},
+      {kMorning, u"y|yy|yyy|yyyyy", u"5|05|2005|2005"},
+      {kAfternoon, u"'day' d", u"day 5"},
+      {kAfternoon, u"'o''clock' ''d''", u"o'clock '5'"},
+      {kAfternoon, u"gg yyyy", u"AD 2017"},
+      {kAfternoon, u"hh:mm:ss", u"hh:mm:ss"},  // time letters are text in a date
+      {kAfternoon, u"'unclosed d", u"unclosed d"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.picture));
+    EXPECT_EQ(date(c.time, c.picture), c.expected);
+  }
+}
+
+TEST(TimePictures, ClocksMarkersAndLettersOfTheOtherKind) {
+  ScopedLocale locale("en_US");
+  const SYSTEMTIME midnight{2017, 3, 0, 5, 0, 0, 0, 0};
+  const SYSTEMTIME noon{2017, 3, 0, 5, 12, 30, 0, 0};
+  struct Case { SYSTEMTIME time; const char16_t* picture; const char16_t* expected; } cases[] = {
+      {kAfternoon, u"HHmmss", u"140709"},
+      {kMorning, u"HHmmss", u"090503"},
+      {kMorning, u"H:m:s", u"9:5:3"},
+      {kAfternoon, u"h:mm:ss tt", u"2:07:09 PM"},
+      {midnight, u"hh t", u"12 A"},
+      {noon, u"h tt", u"12 PM"},
+      {kAfternoon, u"yyyy 'at' HH", u"yyyy at 14"},  // date letters are text in a time
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.picture));
+    EXPECT_EQ(time(c.time, c.picture), c.expected);
+  }
+}
+
+TEST(DatePictures, NamesComeFromTheLocale) {
+  {
+    ScopedLocale locale("de_DE");
+    EXPECT_EQ(date(kAfternoon, u"dddd, d. MMMM yyyy"), u"Sonntag, 5. März 2017");
+  }
+  ScopedLocale locale("ja_JP");
+  EXPECT_EQ(date(kAfternoon, u"dddd"), u"日曜日");
+  EXPECT_EQ(time(kAfternoon, u"tt"), u"午後");
+}
+
+TEST(LocaleFunctions, FailuresGiveZeroAndTheLastError) {
+  ScopedLocale locale("en_US");
+  const SYSTEMTIME february30{2017, 2, 0, 30, 0, 0, 0, 0};
+  const SYSTEMTIME hour24{2017, 2, 0, 3, 24, 0, 0, 0};
+  char16_t buffer[256] = u"untouched";
+  constexpr LCID kUser = LOCALE_USER_DEFAULT;
+  struct Case { const char* what; std::function<int()> call; DWORD error; } cases[] = {
+      {"date that doesn't exist", [&] { return GetDateFormatW(kUser, 0, &february30, nullptr, buffer, 256); }, ERROR_INVALID_PARAMETER},
+      {"another locale", [&] { return GetDateFormatW(0x0409, 0, &kAfternoon, nullptr, buffer, 256); }, ERROR_INVALID_PARAMETER},
+      {"short date with a picture", [&] { return GetDateFormatW(kUser, DATE_SHORTDATE, &kAfternoon, u"yy", buffer, 256); }, ERROR_INVALID_FLAGS},
+      {"date buffer too small", [&] { return GetDateFormatW(kUser, 0, &kAfternoon, u"yyyyMMdd", buffer, 8); }, ERROR_INSUFFICIENT_BUFFER},
+      {"hour 24", [&] { return GetTimeFormatW(kUser, 0, &hour24, nullptr, buffer, 256); }, ERROR_INVALID_PARAMETER},
+      {"time flags", [&] { return GetTimeFormatW(kUser, 2, &kAfternoon, nullptr, buffer, 256); }, ERROR_INVALID_FLAGS},
+      {"unknown locale text", [&] { return GetLocaleInfoW(kUser, 0x7777, buffer, 256); }, ERROR_INVALID_FLAGS},
+      {"info buffer too small", [&] { return GetLocaleInfoW(kUser, LOCALE_SDECIMAL, buffer, 1); }, ERROR_INSUFFICIENT_BUFFER},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    SetLastError(0);
+    EXPECT_EQ(c.call(), 0);
+    EXPECT_EQ(GetLastError(), c.error);
+  }
+  EXPECT_EQ(std::u16string(buffer), u"untouched");
+}
+
+TEST(PictureFromIcuPattern, TurnsIcuPatternsIntoWindowsPictures) {
+  struct Case { std::u16string pattern, picture; } cases[] = {
+      {u"M/d/yy", u"M/d/yyyy"},
+      {u"y/MM/dd", u"yyyy/MM/dd"},
+      {u"h:mm:ss\u202Fa", u"h:mm:ss tt"},
+      {u"EEEE, d. MMMM y 'um' HH:mm", u"dddd, d. MMMM yyyy 'um' HH:mm"},
+      {u"EEE LLL", u"ddd MMM"},
+      {u"HH:mm:ss.SSS", u"HH:mm:ss."},
+      {u"h 'o''clock' a", u"h 'o''clock' tt"},
+      {u"K:mm G", u"h:mm gg"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.pattern));
+    EXPECT_EQ(PictureFromIcuPattern(c.pattern), c.picture);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,262 @@
+// Modules, resources and version blocks of the platform stand-in, against the
+// project's own resource libraries.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "mfc/CString.h"
+#include "support/u16.h"
+#include "win/LastError.h"
+#include "win/module/Module.h"
+#include "win/module/Module_testing.h"
+#include "win/fs/PathMapping.h"
+#include "win/module/Resource.h"
+#include "win/module/VersionInfo.h"
+#include "win/WinError.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kLibraryDir = OHM_LIBRARY_DIR;
+
+std::u16string Windows(const fs::path& path) { return PosixPathToWindows(path.string()); }
+
+DWORD Error(LONG code) { return static_cast<DWORD>(code); }
+
+TEST(ModuleNameToFileName, OneRuleForDllNames) {
+  const std::pair<std::u16string, std::u16string> cases[] = {
+      {u"OhmUtilsRes.dll", u"libOhmUtilsRes.so"},
+      {u"C:\\x\\Y.DLL", u"C:\\x\\libY.so"},
+      {u"/a/b/c.Dll", u"/a/b/libc.so"},
+      {u"libfoo.so", u"libfoo.so"},
+      {u"x.dllx", u"x.dllx"},
+      {u"a.dll\\b", u"a.dll\\b"},
+      {u".dll", u".dll"},
+  };
+  for (const auto& [name, file] : cases) {
+    SCOPED_TRACE(U8(name));
+    EXPECT_EQ(ModuleNameToFileName(name), file);
+  }
+}
+
+class Modules : public ::testing::Test {
+ protected:
+  void SetUp() override { mLoaded = win_testing::loadedLibraryCount(); }
+  void TearDown() override { EXPECT_EQ(win_testing::loadedLibraryCount(), mLoaded) << "libraries left loaded"; }
+  static HMODULE Load(const char* dll) { return LoadLibraryW(Windows(kLibraryDir / dll).c_str()); }
+  long mLoaded = 0;
+};
+
+TEST_F(Modules, LoadByPathTakesAReferenceAndFreeGivesItBack) {
+  const HMODULE first = Load("OhmUtilsRes.dll");
+  ASSERT_NE(first, nullptr);
+  const HMODULE second = Load("OhmUtilsRes.dll");
+  EXPECT_EQ(second, first);
+  EXPECT_EQ(win_testing::loadedLibraryCount(), mLoaded + 2);
+  EXPECT_EQ(win_testing::loadedLibraryPaths().back(), (kLibraryDir / "libOhmUtilsRes.so").string());
+  EXPECT_EQ(GetModuleHandleW(u"ohmutilsres.DLL"), first);  // by name, ignoring case
+  EXPECT_TRUE(FreeLibrary(first));
+  EXPECT_TRUE(FreeLibrary(second));
+  EXPECT_FALSE(FreeLibrary(first));
+  EXPECT_EQ(GetLastError(), Error(ERROR_INVALID_HANDLE));
+}
+
+TEST_F(Modules, LoadFailuresSayWhy) {
+  const fs::path text = fs::temp_directory_path() / "ohm_not_a_module.txt";
+  std::ofstream(text) << "not a module\n";
+  const std::pair<std::u16string, LONG> cases[] = {
+      {u"", ERROR_INVALID_PARAMETER},
+      {u"NoSuchLibrary.dll", ERROR_MOD_NOT_FOUND},
+      {Windows(kLibraryDir / "NoSuchLibrary.dll"), ERROR_MOD_NOT_FOUND},
+      {Windows(text), ERROR_BAD_EXE_FORMAT},
+  };
+  for (const auto& [name, error] : cases) {
+    SCOPED_TRACE(U8(name));
+    SetLastError(0);
+    EXPECT_EQ(LoadLibraryW(name.c_str()), nullptr);
+    EXPECT_EQ(GetLastError(), Error(error));
+  }
+  EXPECT_EQ(LoadLibraryW(nullptr), nullptr);
+  fs::remove(text);
+}
+
+TEST_F(Modules, LinkedModuleAnswersToItsNameAndPath) {
+  const HMODULE platform = GetModuleHandleW(u"C:\\elsewhere\\OHMPLATFORM.dll");  // the folder doesn't count
+  ASSERT_NE(platform, nullptr);
+  char16_t path[4096];
+  const DWORD length = GetModuleFileNameW(platform, path, 4096);
+  EXPECT_EQ(std::u16string(path, length), Windows(kLibraryDir / "libOhmPlatform.so"));
+  EXPECT_EQ(GetModuleHandleW(u"OhmPlatfor.dll"), nullptr);  // no prefix matches
+  EXPECT_EQ(GetLastError(), Error(ERROR_MOD_NOT_FOUND));
+}
+
+TEST_F(Modules, ProgramPathAndShortBuffers) {
+  char16_t path[4096];
+  const DWORD length = GetModuleFileNameW(nullptr, path, 4096);
+  EXPECT_EQ(std::u16string(path, length), Windows(fs::read_symlink("/proc/self/exe")));
+  char16_t shortBuffer[6] = u"#####";
+  SetLastError(0);
+  EXPECT_EQ(GetModuleFileNameW(nullptr, shortBuffer, 5), 5u);
+  EXPECT_EQ(std::u16string(shortBuffer), std::u16string(path, 4));
+  EXPECT_EQ(GetLastError(), Error(ERROR_INSUFFICIENT_BUFFER));
+  EXPECT_EQ(GetModuleFileNameW(reinterpret_cast<HMODULE>(path), path, 4096), 0u);  // not a module
+  EXPECT_EQ(GetLastError(), Error(ERROR_INVALID_HANDLE));
+}
+
+TEST_F(Modules, ExportsAreLookedUpInTheModuleOnly) {
+  const HMODULE res = Load("OhmUtilsRes.dll");
+  EXPECT_NE(GetProcAddress(res, kResourceDirectorySymbol), nullptr);
+  // The program links libOhmUtils, which has a table of its own; the program has none.
+  EXPECT_EQ(GetProcAddress(GetModuleHandleW(nullptr), kResourceDirectorySymbol), nullptr);
+  EXPECT_EQ(GetLastError(), Error(ERROR_PROC_NOT_FOUND));
+  FreeLibrary(res);
+}
+
+// --- strings and raw data ------------------------------------------------------------
+
+class Resources : public Modules {
+ protected:
+  void SetUp() override {
+    Modules::SetUp();
+    mUtils = Load("OhmUtilsRes.dll");
+    mCanned = Load("OHM_MBRES.dll");
+    ASSERT_TRUE(mUtils && mCanned);
+  }
+  void TearDown() override {
+    FreeLibrary(mUtils);
+    FreeLibrary(mCanned);
+    Modules::TearDown();
+  }
+  HMODULE mUtils = nullptr;
+  HMODULE mCanned = nullptr;
+};
+
+TEST_F(Resources, LoadStringCopiesWhatFitsAndTerminates) {
+  const WCHAR* text = nullptr;
+  const int length = LoadStringW(mUtils, 112, reinterpret_cast<LPWSTR>(&text), 0);
+  ASSERT_GT(length, 4);
+  const std::u16string whole(text, static_cast<std::size_t>(length));
+  struct Case {
+    int size;
+    int copied;
+  };
+  for (const Case& c : {Case{1000, length}, Case{length + 1, length}, Case{length, length - 1}, Case{5, 4}, Case{1, 0}}) {
+    SCOPED_TRACE(c.size);
+    std::u16string buffer(1001, u'#');
+    EXPECT_EQ(LoadStringW(mUtils, 112, buffer.data(), c.size), c.copied);
+    EXPECT_EQ(buffer.substr(0, static_cast<std::size_t>(c.copied)), whole.substr(0, static_cast<std::size_t>(c.copied)));
+    EXPECT_EQ(buffer[static_cast<std::size_t>(c.copied)], u'\0');
+  }
+}
+
+TEST_F(Resources, MissingStringsLeaveTheBufferAlone) {
+  struct Case {
+    const char* label;
+    HMODULE module;
+    UINT id;
+    LONG error;
+  };
+  for (const Case& c : {Case{"id not there", mUtils, 139, ERROR_RESOURCE_NAME_NOT_FOUND},
+                        Case{"module without strings", mCanned, 112, ERROR_RESOURCE_TYPE_NOT_FOUND},
+                        Case{"program without resources", nullptr, 112, ERROR_RESOURCE_DATA_NOT_FOUND}}) {
+    SCOPED_TRACE(c.label);
+    char16_t buffer[8] = u"kept";
+    EXPECT_EQ(LoadStringW(c.module, c.id, buffer, 8), 0);
+    EXPECT_EQ(GetLastError(), Error(c.error));
+    EXPECT_EQ(std::u16string(buffer), u"kept");
+  }
+}
+
+TEST_F(Resources, CStringLoadsFromAnExplicitLibrary) {
+  CString text(u"before");
+  EXPECT_TRUE(text.LoadString(mUtils, 113));
+  EXPECT_FALSE(text.IsEmpty());
+  const CString loaded = text;
+  EXPECT_FALSE(text.LoadString(mUtils, 9999));
+  EXPECT_EQ(text, loaded);
+}
+
+TEST_F(Resources, CannedDatabaseIsAnSQLiteFile) {
+  const HRSRC found = FindResourceW(mCanned, MAKEINTRESOURCEW(234), RT_RCDATA);
+  ASSERT_NE(found, nullptr);
+  const DWORD size = SizeofResource(mCanned, found);
+  const auto* bytes = static_cast<const char*>(LockResource(LoadResource(mCanned, found)));
+  ASSERT_NE(bytes, nullptr);
+  ASSERT_GE(size, 100u);
+  EXPECT_EQ(std::string(bytes, 16), std::string("SQLite format 3\0", 16));
+  const unsigned pageSize = static_cast<unsigned char>(bytes[16]) << 8 | static_cast<unsigned char>(bytes[17]);
+  EXPECT_EQ(size % pageSize, 0u);
+}
+
+TEST_F(Resources, FindResourceSaysWhatIsMissing) {
+  struct Case {
+    const char* label;
+    HMODULE module;
+    LPCWSTR name;
+    LPCWSTR type;
+    LONG error;
+  };
+  for (const Case& c : {Case{"other id", mCanned, MAKEINTRESOURCEW(235), RT_RCDATA, ERROR_RESOURCE_NAME_NOT_FOUND},
+                        Case{"no raw data", mUtils, MAKEINTRESOURCEW(234), RT_RCDATA, ERROR_RESOURCE_TYPE_NOT_FOUND},
+                        Case{"named resource", mCanned, u"CANNED", RT_RCDATA, ERROR_RESOURCE_NAME_NOT_FOUND}}) {
+    SCOPED_TRACE(c.label);
+    EXPECT_EQ(FindResourceW(c.module, c.name, c.type), nullptr);
+    EXPECT_EQ(GetLastError(), Error(c.error));
+  }
+  EXPECT_EQ(SizeofResource(mCanned, nullptr), 0u);
+  EXPECT_EQ(LoadResource(mCanned, nullptr), nullptr);
+}
+
+// --- version blocks ------------------------------------------------------------------------
+
+TEST(VersionInfo, ResourceLibrariesCarryTheProjectVersion) {
+  for (const char* library : {"libOhmUtilsRes.so", "libOhmAuditRes.so", "libOHM_MBRES.so", "libOhmUtils.so"}) {
+    SCOPED_TRACE(library);
+    const std::u16string file = Windows(kLibraryDir / library);
+    DWORD handle = 7;
+    const DWORD size = GetFileVersionInfoSizeW(file.c_str(), &handle);
+    EXPECT_EQ(handle, 0u);
+    ASSERT_EQ(size, sizeof(VersionBlock));
+    std::vector<BYTE> block(size);
+    ASSERT_TRUE(GetFileVersionInfoW(file.c_str(), 0, size, block.data()));
+    LPVOID value = nullptr;
+    UINT length = 0;
+    ASSERT_TRUE(VerQueryValueW(block.data(), u"\\", &value, &length));
+    ASSERT_EQ(length, sizeof(VS_FIXEDFILEINFO));
+    const auto* info = static_cast<const VS_FIXEDFILEINFO*>(value);
+    EXPECT_EQ(info->dwSignature, VS_FFI_SIGNATURE);
+    EXPECT_EQ(HIWORD(info->dwFileVersionMS), OHM_PROJECT_VERSION_MAJOR);
+    EXPECT_EQ(LOWORD(info->dwFileVersionMS), OHM_PROJECT_VERSION_MINOR);
+    EXPECT_EQ(HIWORD(info->dwFileVersionLS), OHM_PROJECT_VERSION_PATCH);
+    EXPECT_FALSE(VerQueryValueW(block.data(), u"\\StringFileInfo\\040904b0\\FileVersion", &value, &length));
+  }
+}
+
+TEST(VersionInfo, FilesWithoutABlock) {
+  const fs::path text = fs::temp_directory_path() / "ohm_version_text.dll";
+  std::ofstream(text) << "text\n";
+  const std::pair<fs::path, LONG> cases[] = {
+      {kLibraryDir / "nothing_here.dll", ERROR_FILE_NOT_FOUND},
+      {text, ERROR_BAD_EXE_FORMAT},
+      {kLibraryDir / "libOhmPlatform.so", ERROR_RESOURCE_TYPE_NOT_FOUND},  // loaded already: not loaded again
+  };
+  for (const auto& [file, error] : cases) {
+    SCOPED_TRACE(file.string());
+    SetLastError(0);
+    EXPECT_EQ(GetFileVersionInfoSizeW(Windows(file).c_str(), nullptr), 0u);
+    EXPECT_EQ(GetLastError(), Error(error));
+  }
+  fs::remove(text);
+  std::vector<BYTE> small(sizeof(VersionBlock) - 1);
+  EXPECT_FALSE(GetFileVersionInfoW(Windows(kLibraryDir / "libOhmUtilsRes.so").c_str(), 0,
+                                   static_cast<DWORD>(small.size()), small.data()));
+  EXPECT_EQ(GetLastError(), Error(ERROR_INSUFFICIENT_BUFFER));
+  const VersionBlock notABlock{};
+  LPVOID value = nullptr;
+  UINT length = 0;
+  EXPECT_FALSE(VerQueryValueW(&notABlock, u"\\", &value, &length));
+}
+
+}  // namespace

@@ -1,0 +1,174 @@
+// The platform's smaller services: system message texts and the local heap,
+// message boxes through the UI sink, MFC's extension modules and message
+// box, and the workstation query.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "mfc/AfxExtensionModule.h"
+#include "mfc/AfxExtensionModule_testing.h"
+#include "mfc/AfxMessageBox.h"
+#include "mfc/CString.h"
+#include "support/u16.h"
+#include "win/module/FormatMessage.h"
+#include "win/module/FormatMessage_testing.h"
+#include "win/LastError.h"
+#include "win/ui/MessageBox.h"
+#include "win/module/Module.h"
+#include "win/module/NetWksta.h"
+#include "win/module/NetWksta_testing.h"
+#include "win/fs/PathMapping.h"
+#include "win/ui/UiSink_testing.h"
+#include "win/WinError.h"
+
+namespace {
+
+DWORD Error(LONG code) { return static_cast<DWORD>(code); }
+
+constexpr DWORD kSystemTextFlags =
+    FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+
+TEST(FormatMessage, AllocatedSystemTextIsFreedWithLocalFree) {
+  const long blocks = win_testing::liveLocalBlocks();
+  LPWSTR text = nullptr;
+  const DWORD length = FormatMessageW(kSystemTextFlags, nullptr, ERROR_MOD_NOT_FOUND, LANG_NEUTRAL_SUBLANG_DEFAULT,
+                                      reinterpret_cast<LPWSTR>(&text), 0, nullptr);
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(std::u16string(text, length), u"The specified module could not be found.\r\n");
+  EXPECT_EQ(win_testing::liveLocalBlocks(), blocks + 1);
+  EXPECT_EQ(LocalFree(text), nullptr);
+  EXPECT_EQ(win_testing::liveLocalBlocks(), blocks);
+  int stranger = 0;
+  EXPECT_EQ(LocalFree(&stranger), &stranger);
+  EXPECT_EQ(LocalFree(nullptr), nullptr);
+}
+
+TEST(FormatMessage, FailuresWriteNothing) {
+  struct Case {
+    const char* label;
+    DWORD flags, id, language, size;
+    LONG error;
+  };
+  const Case cases[] = {
+      {"unknown code", FORMAT_MESSAGE_FROM_SYSTEM, 99999, 0, 100, ERROR_MR_MID_NOT_FOUND},
+      {"not from the system", FORMAT_MESSAGE_FROM_STRING, 2, 0, 100, ERROR_MR_MID_NOT_FOUND},
+      {"other language", FORMAT_MESSAGE_FROM_SYSTEM, 2, 0x0407, 100, ERROR_RESOURCE_LANG_NOT_FOUND},
+      {"buffer too small", FORMAT_MESSAGE_FROM_SYSTEM, 2, 0x0409, 10, ERROR_INSUFFICIENT_BUFFER},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.label);
+    char16_t buffer[100] = u"kept";
+    EXPECT_EQ(FormatMessageW(c.flags, nullptr, c.id, c.language, buffer, c.size, nullptr), 0u);
+    EXPECT_EQ(GetLastError(), Error(c.error));
+    EXPECT_EQ(std::u16string(buffer), u"kept");
+  }
+  char16_t buffer[100];
+  EXPECT_EQ(FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, 2, 0, buffer, 100, nullptr), 44u);
+  EXPECT_EQ(std::u16string(buffer), u"The system cannot find the file specified.\r\n");
+}
+
+TEST(MessageBox, DefaultButtonOfEachButtonSet) {
+  const std::pair<UINT, int> cases[] = {
+      {MB_OK, IDOK},
+      {MB_OKCANCEL | MB_DEFBUTTON2, IDCANCEL},
+      {MB_YESNO | MB_ICONQUESTION, IDYES},
+      {MB_YESNO | MB_DEFBUTTON2, IDNO},
+      {MB_YESNOCANCEL | MB_DEFBUTTON3, IDCANCEL},
+      {MB_ABORTRETRYIGNORE | MB_DEFBUTTON2, IDRETRY},
+      {MB_RETRYCANCEL, IDRETRY},
+  };
+  for (const auto& [type, button] : cases) {
+    SCOPED_TRACE(type);
+    EXPECT_EQ(DefaultButtonOf(type), button);
+  }
+}
+
+TEST(MessageBox, SinkCapturesAndAnswersAsScripted) {
+  {
+    win_testing::RecordingUiSink ui;
+    ui.answerNext(IDNO);
+    EXPECT_EQ(MessageBoxW(nullptr, u"Save?", u"Zeda", MB_YESNO), IDNO);
+    EXPECT_EQ(MessageBoxW(nullptr, nullptr, nullptr, MB_OKCANCEL | MB_DEFBUTTON2), IDCANCEL);
+    EXPECT_EQ(AfxMessageBox(u"Done.", MB_ICONINFORMATION), IDOK);
+    ASSERT_EQ(ui.boxes().size(), 3u);
+    EXPECT_EQ(ui.boxes()[0].text, u"Save?");
+    EXPECT_EQ(ui.boxes()[1].caption, u"Error");
+    EXPECT_EQ(ui.boxes()[1].text, u"");
+    EXPECT_EQ(ui.boxes()[2].caption, u"Zeda");
+    EXPECT_EQ(ui.boxes()[2].type, MB_ICONINFORMATION);
+    EXPECT_EQ(&CurrentUiSink(), &ui);
+  }
+  EXPECT_EQ(dynamic_cast<win_testing::RecordingUiSink*>(&CurrentUiSink()), nullptr);
+}
+
+// --- extension modules --------------------------------------------------------------------
+
+TEST(AfxExtensionModule, InitChainAndTerm) {
+  const HMODULE resources = LoadLibraryW(PosixPathToWindows(std::string(OHM_LIBRARY_DIR) + "/OhmUtilsRes.dll").c_str());
+  ASSERT_NE(resources, nullptr);
+  const long libraries = mfc_testing::liveDynLinkLibraries();
+  AFX_EXTENSION_MODULE state{};
+  EXPECT_FALSE(AfxInitExtensionModule(state, nullptr));
+  mfc_testing::failNextInitExtensionModule();
+  EXPECT_FALSE(AfxInitExtensionModule(state, resources));
+  EXPECT_FALSE(state.bInitialized);
+  ASSERT_TRUE(AfxInitExtensionModule(state, resources));
+  EXPECT_TRUE(AfxInitExtensionModule(state, resources));  // once is enough
+  EXPECT_EQ(state.hResource, resources);
+
+  CString text;
+  EXPECT_FALSE(text.LoadString(112));  // not in the chain yet
+  new CDynLinkLibrary(state);
+  EXPECT_EQ(mfc_testing::liveDynLinkLibraries(), libraries + 1);
+  EXPECT_TRUE(text.LoadString(112));  // found through the chain
+  win_testing::RecordingUiSink ui;
+  AfxMessageBox(113);
+  ASSERT_EQ(ui.boxes().size(), 1u);
+  EXPECT_EQ(ui.boxes()[0].text, CString(text.LoadString(113) ? text : CString()).str());
+
+  AfxTermExtensionModule(state);
+  EXPECT_EQ(mfc_testing::liveDynLinkLibraries(), libraries);
+  EXPECT_FALSE(state.bInitialized);
+  EXPECT_FALSE(text.LoadString(112));
+  FreeLibrary(resources);
+}
+
+// --- workstation -------------------------------------------------------------------------------
+
+TEST(NetWksta, ReportsTheRunningKernelsVersion) {
+  std::ifstream release("/proc/sys/kernel/osrelease");
+  DWORD major = 0, minor = 0;
+  char dot = 0;
+  ASSERT_TRUE(release >> major >> dot >> minor);
+  LPBYTE buffer = nullptr;
+  ASSERT_EQ(NetWkstaGetInfo(nullptr, 100, &buffer), NERR_Success);
+  const auto* info = reinterpret_cast<const WKSTA_INFO_100*>(buffer);
+  EXPECT_EQ(info->wki100_platform_id, PLATFORM_ID_NT);
+  EXPECT_EQ(info->wki100_ver_major, major);
+  EXPECT_EQ(info->wki100_ver_minor, minor);
+  EXPECT_NE(std::u16string(info->wki100_computername), u"");
+  const std::u16string self = std::u16string(u"\\\\") + info->wki100_computername;
+  LPBYTE again = nullptr;
+  EXPECT_EQ(NetWkstaGetInfo(const_cast<LPWSTR>(self.c_str()), 100, &again), NERR_Success);
+  EXPECT_EQ(win_testing::liveNetApiBuffers(), 2);
+  EXPECT_EQ(NetApiBufferFree(buffer), NERR_Success);
+  EXPECT_EQ(NetApiBufferFree(again), NERR_Success);
+  EXPECT_EQ(NetApiBufferFree(again), static_cast<NET_API_STATUS>(ERROR_INVALID_PARAMETER));
+  EXPECT_EQ(win_testing::liveNetApiBuffers(), 0);
+}
+
+TEST(NetWksta, FailuresLeaveTheBufferAlone) {
+  char16_t other[] = u"\\\\SOME-OTHER-MACHINE";
+  const std::pair<std::pair<LPWSTR, DWORD>, LONG> cases[] = {
+      {{nullptr, 101}, ERROR_INVALID_LEVEL},
+      {{other, 100}, ERROR_BAD_NETPATH},
+  };
+  for (const auto& [call, status] : cases) {
+    LPBYTE buffer = nullptr;
+    EXPECT_EQ(NetWkstaGetInfo(call.first, call.second, &buffer), static_cast<NET_API_STATUS>(status));
+    EXPECT_EQ(buffer, nullptr);
+  }
+  EXPECT_EQ(NetWkstaGetInfo(nullptr, 100, nullptr), static_cast<NET_API_STATUS>(ERROR_INVALID_PARAMETER));
+}
+
+}  // namespace

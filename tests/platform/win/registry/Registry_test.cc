@@ -1,0 +1,360 @@
+// The registry over its SQLite store, on a real store file in a temporary
+// folder: paths, rights, values and their buffer rules, enumeration,
+// deletion, stale handles, broken stores; and ATL's CRegKey over it.
+#include "win/registry/Registry.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+#include "mfc/CRegKey.h"
+#include "support/TempFolder.h"
+#include "support/u16.h"
+#include "win/registry/Registry_testing.h"
+#include "win/WinError.h"
+
+namespace {
+
+class RegistryTest : public ::testing::Test {
+ protected:
+  void SetUp() override { win_testing::useRegistryStore(mFolder.posix("registry.db")); }
+  void TearDown() override { win_testing::useRegistryStore(""); }
+
+  // A new handle of `path` below HKEY_CURRENT_USER, made when missing.
+  static HKEY Create(const char16_t* path, REGSAM access = KEY_ALL_ACCESS) {
+    HKEY key = nullptr;
+    EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, 0, access, nullptr, &key, nullptr), ERROR_SUCCESS);
+    return key;
+  }
+  static HKEY Open(const char16_t* path, REGSAM access) {
+    HKEY key = nullptr;
+    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, access, &key), ERROR_SUCCESS);
+    return key;
+  }
+  static LONG SetText(HKEY key, const char16_t* name, const std::u16string& text, DWORD type = REG_SZ) {
+    return RegSetValueExW(key, name, 0, type, reinterpret_cast<const BYTE*>(text.c_str()),
+                          static_cast<DWORD>((text.size() + 1) * 2));
+  }
+  static LONG SetNumber(HKEY key, const char16_t* name, DWORD number) {
+    return RegSetValueExW(key, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), 4);
+  }
+  // The text of a string value; "<status>" when the query fails.
+  static std::u16string Text(HKEY key, const char16_t* name) {
+    char16_t buffer[64] = {};
+    DWORD size = sizeof buffer, type = 0;
+    const LONG status = RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<LPBYTE>(buffer), &size);
+    if (status) return U16("<" + std::to_string(status) + ">");
+    return buffer;
+  }
+  // Names of sub keys or values in enumeration order.
+  static std::vector<std::u16string> SubKeys(HKEY key) {
+    std::vector<std::u16string> names;
+    char16_t name[256];
+    for (DWORD i = 0, size = 256; RegEnumKeyExW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0; ++i, size = 256)
+      names.emplace_back(name, size);
+    return names;
+  }
+  static std::vector<std::u16string> Values(HKEY key) {
+    std::vector<std::u16string> names;
+    char16_t name[256];
+    for (DWORD i = 0, size = 256; RegEnumValueW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0; ++i, size = 256)
+      names.emplace_back(name, size);
+    return names;
+  }
+
+  TempFolder mFolder;
+};
+
+struct PathCase {
+  const char16_t* path;
+  LONG open;  // after "Soft\Ohm\Zeda" was made
+};
+
+TEST_F(RegistryTest, OpenFindsKeysByPathIgnoringCase) {
+  RegCloseKey(Create(u"Soft\\Ohm\\Zeda"));
+  const std::u16string tooLong(256, u'k');
+  const PathCase cases[] = {
+      {u"Soft\\Ohm\\Zeda", ERROR_SUCCESS},      {u"SOFT\\ohm\\zEDA", ERROR_SUCCESS},
+      {u"Soft\\Ohm\\Zeda\\", ERROR_SUCCESS},    {u"Soft\\Ohm", ERROR_SUCCESS},
+      {u"Soft\\Ohm\\Other", ERROR_FILE_NOT_FOUND}, {u"Ohm", ERROR_FILE_NOT_FOUND},
+      {u"\\Soft", ERROR_BAD_PATHNAME},          {u"Soft\\\\Ohm", ERROR_BAD_PATHNAME},
+      {tooLong.c_str(), ERROR_INVALID_PARAMETER},
+  };
+  for (const PathCase& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(std::u16string(c.path)));
+    HKEY key = reinterpret_cast<HKEY>(1);
+    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, c.path, 0, KEY_READ, &key), c.open);
+    EXPECT_EQ(key == nullptr, c.open != ERROR_SUCCESS) << "the result is null exactly on failure";
+    if (key) RegCloseKey(key);
+  }
+  HKEY other = nullptr;
+  EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"Soft", 0, KEY_READ, &other), ERROR_FILE_NOT_FOUND) << "roots apart";
+  EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"Soft", 0, KEY_READ, nullptr), ERROR_INVALID_PARAMETER);
+}
+
+TEST_F(RegistryTest, CreateMakesTheWholePathOnceAndKeepsTheFirstSpelling) {
+  HKEY key = nullptr;
+  DWORD disposition = 0;
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"A\\Bee\\C", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, &disposition), 0);
+  EXPECT_EQ(disposition, REG_CREATED_NEW_KEY);
+  RegCloseKey(key);
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"a\\BEE\\c", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, &disposition), 0);
+  EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
+  RegCloseKey(key);
+  HKEY a = Open(u"A", KEY_READ);
+  EXPECT_EQ(SubKeys(a), std::vector<std::u16string>{u"Bee"});
+  RegCloseKey(a);
+}
+
+// Each call against a handle that lacks the right it needs.
+TEST_F(RegistryTest, HandlesRefuseWhatTheirRightsDoNotAllow) {
+  RegCloseKey(Create(u"K\\Child"));
+  struct Case {
+    const char* call;
+    REGSAM access;
+    LONG expected;
+  };
+  const Case cases[] = {
+      {"set", KEY_READ, ERROR_ACCESS_DENIED},         {"set", KEY_SET_VALUE, ERROR_SUCCESS},
+      {"delete value", KEY_READ, ERROR_ACCESS_DENIED}, {"create new", KEY_READ, ERROR_ACCESS_DENIED},
+      {"create existing", KEY_READ, ERROR_SUCCESS},    {"create new", KEY_CREATE_SUB_KEY, ERROR_SUCCESS},
+      {"query", KEY_SET_VALUE, ERROR_ACCESS_DENIED},   {"query", KEY_READ, ERROR_SUCCESS},
+      {"enum keys", KEY_QUERY_VALUE, ERROR_ACCESS_DENIED}, {"info", KEY_ENUMERATE_SUB_KEYS, ERROR_ACCESS_DENIED},
+      {"delete key", KEY_QUERY_VALUE, ERROR_SUCCESS},  // the handle's rights don't matter to a delete
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.call) + " with access " + std::to_string(c.access));
+    HKEY writer = Open(u"K", KEY_ALL_ACCESS);
+    SetText(writer, u"v", u"old");
+    RegCloseKey(Create(u"K\\Child"));
+    HKEY key = Open(u"K", c.access);
+    HKEY made = nullptr;
+    DWORD count = 0;
+    char16_t name[16];
+    DWORD size = 16;
+    const std::string call = c.call;
+    LONG status = -1;
+    if (call == "set") status = SetText(key, u"v", u"new");
+    if (call == "delete value") status = RegDeleteValueW(key, u"v");
+    if (call == "create new") status = RegCreateKeyExW(key, u"New", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr);
+    if (call == "create existing") status = RegCreateKeyExW(key, u"child", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr);
+    if (call == "query") status = RegQueryValueExW(key, u"v", nullptr, nullptr, nullptr, &size);
+    if (call == "enum keys") status = RegEnumKeyExW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr);
+    if (call == "info") status = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    if (call == "delete key") status = RegDeleteKeyW(key, u"Child");
+    EXPECT_EQ(status, c.expected);
+    if (call == "set") {
+      EXPECT_EQ(Text(writer, u"v"), status ? u"old" : u"new");
+    }
+    if (made) RegCloseKey(made);
+    RegDeleteKeyW(writer, u"New");
+    RegCloseKey(key);
+    RegCloseKey(writer);
+  }
+}
+
+struct ValueCase {
+  const char* label;
+  DWORD type;
+  std::vector<BYTE> data;
+};
+
+TEST_F(RegistryTest, ValuesKeepTheirTypeAndBytesAndFollowTheBufferRules) {
+  const ValueCase cases[] = {
+      {"string", REG_SZ, {'a', 0, 'b', 0, 0, 0}},
+      {"expandable string", REG_EXPAND_SZ, {'%', 0, 'X', 0, '%', 0, 0, 0}},
+      {"number", REG_DWORD, {0x78, 0x56, 0x34, 0x12}},
+      {"bytes of another type", REG_BINARY, {1, 0, 255}},
+      {"empty", REG_SZ, {}},
+  };
+  HKEY key = Create(u"Values");
+  for (const ValueCase& c : cases) {
+    SCOPED_TRACE(c.label);
+    ASSERT_EQ(RegSetValueExW(key, u"Name", 0, c.type, c.data.data(), static_cast<DWORD>(c.data.size())), 0);
+    const auto size = static_cast<DWORD>(c.data.size());
+    DWORD type = 99, needed = 0;
+    EXPECT_EQ(RegQueryValueExW(key, u"NAME", nullptr, &type, nullptr, &needed), 0) << "size only";
+    EXPECT_EQ(type, c.type);
+    EXPECT_EQ(needed, size);
+    std::vector<BYTE> buffer(size + 2, 0xEE);
+    DWORD room = size + 2;
+    EXPECT_EQ(RegQueryValueExW(key, u"name", nullptr, nullptr, buffer.data(), &room), 0);
+    EXPECT_EQ(room, size);
+    EXPECT_EQ(std::vector<BYTE>(buffer.begin(), buffer.begin() + size), c.data);
+    if (size == 0) continue;
+    room = size - 1;
+    std::fill(buffer.begin(), buffer.end(), 0xEE);
+    EXPECT_EQ(RegQueryValueExW(key, u"Name", nullptr, nullptr, buffer.data(), &room), ERROR_MORE_DATA);
+    EXPECT_EQ(room, size) << "the size needed";
+    EXPECT_EQ(buffer[0], 0xEE) << "nothing written";
+  }
+  EXPECT_EQ(RegQueryValueExW(key, u"Other", nullptr, nullptr, nullptr, nullptr), ERROR_FILE_NOT_FOUND);
+  BYTE byte = 0;
+  EXPECT_EQ(RegQueryValueExW(key, u"Name", nullptr, nullptr, &byte, nullptr), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(RegSetValueExW(key, u"Name", 0, REG_BINARY, nullptr, 3), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(SetText(key, nullptr, u"default"), 0);
+  EXPECT_EQ(Text(key, u""), u"default") << "null and empty name are the default value";
+  EXPECT_EQ(RegDeleteValueW(key, u"NAME"), 0);
+  EXPECT_EQ(RegDeleteValueW(key, u"Name"), ERROR_FILE_NOT_FOUND);
+  RegCloseKey(key);
+}
+
+TEST_F(RegistryTest, EnumerationOrdersAndCounts) {
+  HKEY key = Create(u"Enum");
+  for (const char16_t* child : {u"beta", u"Alpha", u"gamma"}) RegCloseKey(Create((u"Enum\\" + std::u16string(child)).c_str()));
+  RegCloseKey(Create(u"Enum\\beta\\deeper"));
+  SetText(key, u"z", u"1");
+  SetText(key, u"a", u"22");
+  SetText(key, u"m", u"333");
+  SetText(key, u"Z", u"again");  // set again: keeps its place
+  RegDeleteValueW(key, u"a");
+  SetText(key, u"a", u"back");  // deleted and set: goes to the end
+  EXPECT_EQ(SubKeys(key), (std::vector<std::u16string>{u"Alpha", u"beta", u"gamma"}));
+  EXPECT_EQ(Values(key), (std::vector<std::u16string>{u"z", u"m", u"a"}));
+
+  DWORD subKeys = 0, maxSubKey = 0, values = 0, maxName = 0, maxData = 0, classSize = 5;
+  char16_t keyClass[5] = {u'x'};
+  ASSERT_EQ(RegQueryInfoKeyW(key, keyClass, &classSize, nullptr, &subKeys, &maxSubKey, nullptr, &values, &maxName,
+                             &maxData, nullptr, nullptr),
+            0);
+  EXPECT_EQ(std::u16string(keyClass), u"");
+  EXPECT_EQ(classSize, 0u);
+  EXPECT_EQ(subKeys, 3u);
+  EXPECT_EQ(maxSubKey, 5u);
+  EXPECT_EQ(values, 3u);
+  EXPECT_EQ(maxName, 1u);
+  EXPECT_EQ(maxData, 12u) << "\"again\" with its terminator";
+
+  char16_t name[8] = {u'q', 0};
+  DWORD size = 5;  // "Alpha" needs 6 with its terminator
+  EXPECT_EQ(RegEnumKeyExW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_MORE_DATA);
+  EXPECT_EQ(name[0], u'q') << "nothing written";
+  size = 8;
+  EXPECT_EQ(RegEnumKeyExW(key, 3, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_NO_MORE_ITEMS);
+  DWORD type = 0, dataSize = 2;
+  BYTE data[2];
+  size = 8;
+  EXPECT_EQ(RegEnumValueW(key, 0, name, &size, nullptr, &type, data, &dataSize), ERROR_MORE_DATA);
+  EXPECT_EQ(std::u16string(name), u"z") << "name and type written when only the data doesn't fit";
+  EXPECT_EQ(dataSize, 12u);
+  size = 8;
+  EXPECT_EQ(RegEnumValueW(key, 3, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_NO_MORE_ITEMS);
+  RegCloseKey(key);
+}
+
+TEST_F(RegistryTest, DeleteTakesOnlyLeavesAndLeavesStaleHandlesFailing) {
+  HKEY parent = Create(u"P");
+  HKEY leaf = Create(u"P\\Leaf");
+  SetText(leaf, u"v", u"x");
+  EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"P"), ERROR_ACCESS_DENIED) << "has a sub key";
+  EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u""), ERROR_ACCESS_DENIED) << "a root";
+  EXPECT_EQ(RegDeleteKeyW(parent, nullptr), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(RegDeleteKeyW(parent, u"Missing"), ERROR_FILE_NOT_FOUND);
+  ASSERT_EQ(RegDeleteKeyW(parent, u"LEAF"), ERROR_SUCCESS);
+  RegCloseKey(Create(u"P\\Leaf"));  // the same name again: a new key, without the old values
+  DWORD size = 0, count = 0;
+  char16_t name[8];
+  EXPECT_EQ(RegQueryValueExW(leaf, u"v", nullptr, nullptr, nullptr, &size), ERROR_KEY_DELETED);
+  EXPECT_EQ(SetText(leaf, u"v", u"y"), ERROR_KEY_DELETED);
+  EXPECT_EQ(RegDeleteValueW(leaf, u"v"), ERROR_KEY_DELETED);
+  EXPECT_EQ(RegEnumKeyExW(leaf, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_KEY_DELETED);
+  EXPECT_EQ(RegQueryInfoKeyW(leaf, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
+            ERROR_KEY_DELETED);
+  HKEY again = Open(u"P\\Leaf", KEY_READ);
+  EXPECT_EQ(Text(again, u"v"), u"<2>");
+  RegCloseKey(again);
+  EXPECT_EQ(RegCloseKey(leaf), ERROR_SUCCESS);
+  EXPECT_EQ(RegCloseKey(leaf), ERROR_INVALID_HANDLE);
+  EXPECT_EQ(RegCloseKey(HKEY_CURRENT_USER), ERROR_SUCCESS);
+  RegCloseKey(parent);
+}
+
+TEST_F(RegistryTest, WhatIsWrittenIsThereWhenTheStoreIsOpenedAgain) {
+  HKEY key = Create(u"Kept");
+  SetNumber(key, u"n", 42);
+  RegCloseKey(key);
+  win_testing::useRegistryStore(mFolder.posix("registry.db"));  // closes the connection
+  key = Open(u"KEPT", KEY_READ);
+  DWORD number = 0, size = 4;
+  EXPECT_EQ(RegQueryValueExW(key, u"N", nullptr, nullptr, reinterpret_cast<LPBYTE>(&number), &size), 0);
+  EXPECT_EQ(number, 42u);
+  RegCloseKey(key);
+}
+
+struct BrokenStoreCase {
+  const char* label;
+  const char* content;  // of the store file; null: the store's folder is a file
+  LONG status;
+};
+
+TEST_F(RegistryTest, AStoreThatIsNotOursFailsEveryCallAndIsLeftAlone) {
+  const BrokenStoreCase cases[] = {
+      {"text", "this is not a database, just some text that is long enough to fill a header\n", ERROR_BADDB},
+      {"foreign schema", nullptr, ERROR_BADDB},
+      {"folder is a file", nullptr, ERROR_CANTOPEN},
+  };
+  for (const BrokenStoreCase& c : cases) {
+    SCOPED_TRACE(c.label);
+    std::string path = mFolder.posix(std::string(c.label) + ".db");
+    if (c.content) mFolder.makeFile(std::string(c.label) + ".db", c.content);
+    if (std::string(c.label) == "folder is a file") {
+      mFolder.makeFile("plain", "x");
+      path = mFolder.posix("plain/registry.db");
+    }
+    if (std::string(c.label) == "foreign schema") {
+      sqlite3* db = nullptr;
+      ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+      EXPECT_EQ(sqlite3_exec(db, "CREATE TABLE keys(id); CREATE TABLE vals(other TEXT);", nullptr, nullptr, nullptr), SQLITE_OK);
+      sqlite3_close(db);
+    }
+    std::ifstream before(path, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(before)), {});
+    win_testing::useRegistryStore(path);
+    HKEY key = reinterpret_cast<HKEY>(1);
+    DWORD size = 0;
+    EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"K", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr), c.status);
+    EXPECT_EQ(key, nullptr);
+    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"K", 0, KEY_READ, &key), c.status);
+    EXPECT_EQ(SetText(HKEY_CURRENT_USER, u"v", u"x"), c.status);
+    EXPECT_EQ(RegQueryValueExW(HKEY_CURRENT_USER, u"v", nullptr, nullptr, nullptr, &size), c.status);
+    std::ifstream after(path, std::ios::binary);
+    EXPECT_TRUE(std::string((std::istreambuf_iterator<char>(after)), {}) == bytes) << "the file is untouched";
+  }
+}
+
+// --- ATL's CRegKey ---------------------------------------------------------
+
+TEST_F(RegistryTest, CRegKeyOpenReplacesTheKeyOnlyOnSuccessAndClosesWhatItHolds) {
+  RegCloseKey(Create(u"One"));
+  {
+    ATL::CRegKey key;
+    EXPECT_EQ(key.Close(), ERROR_SUCCESS) << "nothing held";
+    ASSERT_EQ(key.Open(HKEY_CURRENT_USER, u"One"), ERROR_SUCCESS);
+    const HKEY first = key;
+    EXPECT_EQ(key.Open(HKEY_CURRENT_USER, u"Missing"), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(key.m_hKey, first) << "kept on failure";
+    ASSERT_EQ(key.Create(HKEY_CURRENT_USER, u"Two\\Three"), ERROR_SUCCESS);
+    EXPECT_EQ(win_testing::openRegistryKeys(), 1) << "the first key was closed";
+    const HKEY detached = key.Detach();
+    EXPECT_EQ(key.m_hKey, nullptr);
+    key.Attach(detached);
+  }
+  EXPECT_EQ(win_testing::openRegistryKeys(), 0) << "the destructor closes";
+}
+
+TEST_F(RegistryTest, CRegKeyRecurseDeleteTakesTheWholeTree) {
+  for (const char16_t* path : {u"T\\A\\A1", u"T\\A\\A2\\deep", u"T\\B", u"T\\C\\C1"}) RegCloseKey(Create(path));
+  RegCloseKey(Create(u"Beside"));
+  ATL::CRegKey root(HKEY_CURRENT_USER);
+  EXPECT_EQ(root.DeleteSubKey(u"T"), ERROR_ACCESS_DENIED) << "not a leaf";
+  EXPECT_EQ(root.RecurseDeleteKey(u"t"), ERROR_SUCCESS);
+  EXPECT_EQ(root.RecurseDeleteKey(u"T"), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(SubKeys(HKEY_CURRENT_USER), std::vector<std::u16string>{u"Beside"});
+  root.Detach();
+}
+
+}  // namespace

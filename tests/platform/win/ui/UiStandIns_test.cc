@@ -1,0 +1,390 @@
+// The user interface stand-ins: windows, posted messages, cursors, the
+// shell's open request and the terminal's opener, the host's task dialog
+// from its definition file, MFC's window objects; and the file and module
+// services the host actions use (PathAppendW, GetTempPathW, _wfsopen,
+// SetDllDirectoryW).
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <optional>
+#include <thread>
+
+#include "mfc/CWnd.h"
+#include "support/TempFolder.h"
+#include "support/u16.h"
+#include "win/fs/CrtFile.h"
+#include "win/ui/Cursor.h"
+#include "win/fs/FileFunctions.h"
+#include "win/LastError.h"
+#include "win/ui/MessageBox.h"
+#include "win/ui/Messages.h"
+#include "win/module/Module.h"
+#include "win/module/Module_testing.h"
+#include "win/fs/PathFunctions.h"
+#include "win/ui/ShellExecute.h"
+#include "win/ui/UiSink_testing.h"
+#include "win/WinError.h"
+#include "win/ui/Window.h"
+#include "zd/ui/ZdTaskDialog.h"
+#include "zd/ui/ZdTaskDialog_testing.h"
+
+namespace {
+
+// Sets an environment variable for a scope and puts the old value back.
+class ScopedEnv {
+ public:
+  ScopedEnv(const char* name, const std::string& value) : mName(name) {
+    if (const char* old = std::getenv(name)) mOld = old;
+    ::setenv(name, value.c_str(), 1);
+  }
+  ~ScopedEnv() {
+    if (mOld) ::setenv(mName, mOld->c_str(), 1);
+    else ::unsetenv(mName);
+  }
+
+ private:
+  const char* mName;
+  std::optional<std::string> mOld;
+};
+
+// --- paths and the temporary folder -------------------------------------------
+
+TEST(PathAppendW, JoinsBelowThePathOrLeavesItAlone) {
+  struct Case {
+    const char16_t* path;
+    const char16_t* more;
+    BOOL result;
+    const char16_t* expected;
+  } cases[] = {
+      {u"C:\\a", u"b.txt", TRUE, u"C:\\a\\b.txt"},
+      {u"C:\\a\\", u"b.txt", TRUE, u"C:\\a\\b.txt"},
+      {u"C:\\a", u"\\b.txt", TRUE, u"C:\\a\\b.txt"},  // a leading backslash stays below
+      {u"C:\\a\\b", u"..\\c", TRUE, u"C:\\a\\c"},
+      {u"", u"b", TRUE, u"b"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(U8(c.path) + " + " + U8(c.more));
+    WCHAR buffer[MAX_PATH] = {};
+    std::u16string(c.path).copy(buffer, MAX_PATH - 1);
+    EXPECT_EQ(PathAppendW(buffer, c.more), c.result);
+    EXPECT_EQ(std::u16string(buffer), c.expected);
+  }
+  WCHAR full[MAX_PATH] = {};
+  const std::u16string longFolder = u"C:\\" + std::u16string(250, u'f');
+  longFolder.copy(full, longFolder.size());
+  EXPECT_FALSE(PathAppendW(full, u"name.txt"));  // 259 units and more don't fit
+  EXPECT_EQ(std::u16string(full), longFolder);
+  EXPECT_FALSE(PathAppendW(nullptr, u"x"));
+  EXPECT_FALSE(PathAppendW(full, nullptr));
+}
+
+TEST(GetTempPathW, GivesTheFolderWithABackslashOrTheUnitsNeeded) {
+  {
+    ScopedEnv tmp("TMPDIR", "/var/tmp/ohm");
+    const std::u16string expected = u"\\var\\tmp\\ohm\\";
+    WCHAR buffer[MAX_PATH] = u"untouched";
+    EXPECT_EQ(GetTempPathW(MAX_PATH, buffer), expected.size());
+    EXPECT_EQ(std::u16string(buffer), expected);
+    const auto exact = static_cast<DWORD>(expected.size() + 1);
+    WCHAR small[MAX_PATH] = u"untouched";
+    EXPECT_EQ(GetTempPathW(exact - 1, small), exact);  // the units needed, terminator included
+    EXPECT_EQ(std::u16string(small), u"untouched");
+    EXPECT_EQ(GetTempPathW(exact, small), expected.size());
+    EXPECT_EQ(GetTempPathW(0, nullptr), exact);
+  }
+  ScopedEnv tmp("TMPDIR", "");
+  WCHAR buffer[MAX_PATH] = {};
+  GetTempPathW(MAX_PATH, buffer);
+  EXPECT_EQ(std::u16string(buffer), u"\\tmp\\");
+}
+
+TEST(WfsOpen, OpensThroughTheDriveTableAndFailsLikeTheRuntime) {
+  TempFolder temp;
+  FILE* file = _wfsopen(temp.windows("a.bin").c_str(), u"wtb", _SH_DENYNO);
+  ASSERT_NE(file, nullptr);
+  EXPECT_EQ(std::fwrite("\n", 1, 1, file), 1u);
+  std::fclose(file);
+  std::ifstream in(temp.posix("a.bin"), std::ios::binary);
+  EXPECT_EQ(in.get(), '\n');  // binary: no text translation
+  errno = 0;
+  EXPECT_EQ(_wfsopen(u"Q:\\nowhere\\a.bin", u"wb", _SH_DENYNO), nullptr);
+  EXPECT_EQ(errno, ENOENT);
+  EXPECT_EQ(_wfsopen(nullptr, u"wb", _SH_DENYNO), nullptr);
+  EXPECT_EQ(errno, EINVAL);
+}
+
+TEST(SetDllDirectoryW, BareNamesAreFoundThereFirstUntilItIsTakenAway) {
+  const long before = win_testing::loadedLibraryCount();
+  EXPECT_EQ(LoadLibraryW(u"OhmAuditRes.dll"), nullptr);
+  ASSERT_TRUE(SetDllDirectoryW(PosixPathToWindows(OHM_LIBRARY_DIR).c_str()));
+  const HMODULE audit = LoadLibraryW(u"OhmAuditRes.dll");
+  EXPECT_NE(audit, nullptr);
+  FreeLibrary(audit);
+  EXPECT_TRUE(SetDllDirectoryW(nullptr));
+  EXPECT_EQ(LoadLibraryW(u"OhmAuditRes.dll"), nullptr);
+  EXPECT_FALSE(SetDllDirectoryW(u"Q:\\unmapped"));
+  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+  EXPECT_EQ(win_testing::loadedLibraryCount(), before);
+}
+
+// --- windows, messages, cursors --------------------------------------------------
+
+TEST(Windows, ChildrenMeasureFromTheirParentAndGoWithIt) {
+  const HWND top = CreateWindowExW(0, u"T", u"", WS_OVERLAPPED, 10, 20, 500, 400, nullptr, nullptr, nullptr, nullptr);
+  const HWND child = CreateWindowExW(0, u"C", u"", WS_CHILD, 5, 6, 100, 100, top, nullptr, nullptr, nullptr);
+  const HWND grandchild = CreateWindowExW(0, u"G", u"", WS_CHILD, 1, 2, 10, 10, child, nullptr, nullptr, nullptr);
+  ASSERT_NE(grandchild, nullptr);
+  const std::pair<HWND, POINT> origins[] = {{top, {10, 20}}, {child, {15, 26}}, {grandchild, {16, 28}}};
+  for (const auto& [window, origin] : origins) {
+    POINT point{100, 100};
+    ASSERT_TRUE(ScreenToClient(window, &point));
+    EXPECT_EQ(point.x, 100 - origin.x);
+    EXPECT_EQ(point.y, 100 - origin.y);
+  }
+  const HWND active = SetActiveWindow(grandchild);
+  EXPECT_EQ(CreateWindowExW(0, u"C", u"", WS_CHILD, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr), nullptr);
+  EXPECT_TRUE(DestroyWindow(top));
+  for (HWND gone : {top, child, grandchild}) EXPECT_FALSE(IsWindow(gone));
+  EXPECT_EQ(GetActiveWindow(), nullptr);  // the active one went with them
+  POINT point{1, 1};
+  EXPECT_FALSE(ScreenToClient(child, &point));
+  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_WINDOW_HANDLE));
+  EXPECT_EQ(point.x, 1);
+  EXPECT_FALSE(PostMessageW(child, WM_NULL, 0, 0));
+  EXPECT_EQ(SetActiveWindow(child), nullptr);
+  SetActiveWindow(IsWindow(active) ? active : nullptr);
+}
+
+TEST(Messages, PeekTakesTheFirstMatchInPostingOrder) {
+  const HWND a = CreateWindowExW(0, u"A", u"", WS_OVERLAPPED, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+  const HWND b = CreateWindowExW(0, u"B", u"", WS_OVERLAPPED, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+  PostMessageW(a, WM_KEYDOWN, 1, 0);
+  PostMessageW(b, WM_MOUSEMOVE, 2, 0);
+  PostMessageW(a, WM_MOUSEMOVE, 3, 0);
+  MSG msg{};
+  ASSERT_TRUE(PeekMessageW(&msg, a, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_NOREMOVE));
+  EXPECT_EQ(msg.wParam, 3u);
+  ASSERT_TRUE(PeekMessageW(&msg, nullptr, WM_MOUSEMOVE, WM_LBUTTONUP, PM_REMOVE));
+  EXPECT_EQ(msg.wParam, 2u);
+  EXPECT_EQ(msg.hwnd, b);
+  std::vector<WPARAM> rest;
+  while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) rest.push_back(msg.wParam);
+  EXPECT_EQ(rest, (std::vector<WPARAM>{1, 3}));
+  DestroyWindow(a);
+  DestroyWindow(b);
+}
+
+TEST(Cursors, SystemCursorsOnlyAndOneHandleEach) {
+  EXPECT_EQ(LoadCursorW(nullptr, IDC_WAIT), LoadCursorW(nullptr, IDC_WAIT));
+  EXPECT_NE(LoadCursorW(nullptr, IDC_WAIT), LoadCursorW(nullptr, IDC_ARROW));
+  for (LPCWSTR id : {static_cast<LPCWSTR>(MAKEINTRESOURCEW(1)), static_cast<LPCWSTR>(MAKEINTRESOURCEW(32517)), u"WAIT"}) {
+    SetLastError(0);
+    EXPECT_EQ(LoadCursorW(nullptr, id), nullptr);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_RESOURCE_NAME_NOT_FOUND));
+  }
+  EXPECT_EQ(LoadCursorW(reinterpret_cast<HINSTANCE>(GetModuleHandleW(nullptr)), IDC_WAIT), nullptr);
+  const HCURSOR shown = GetCursor();
+  int notACursor = 0;
+  EXPECT_EQ(SetCursor(reinterpret_cast<HCURSOR>(&notACursor)), nullptr);
+  EXPECT_EQ(GetCursor(), shown);
+  EXPECT_EQ(SetCursor(LoadCursorW(nullptr, IDC_HAND)), shown);
+  EXPECT_EQ(SetCursor(shown), LoadCursorW(nullptr, IDC_HAND));
+}
+
+TEST(CWnd, FromHandleGivesThePermanentObjectElseOneTemporaryPerWindow) {
+  const HWND window = CreateWindowExW(0, u"W", u"", WS_OVERLAPPED, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+  EXPECT_EQ(CWnd::FromHandle(nullptr), nullptr);
+  CWnd* temporary = CWnd::FromHandle(window);
+  ASSERT_NE(temporary, nullptr);
+  EXPECT_EQ(CWnd::FromHandle(window), temporary);
+  EXPECT_EQ(temporary->GetSafeHwnd(), window);
+  {
+    CWnd permanent;
+    ASSERT_TRUE(permanent.Attach(window));
+    EXPECT_FALSE(CWnd().Attach(window));
+    EXPECT_EQ(CWnd::FromHandle(window), &permanent);
+  }
+  EXPECT_NE(CWnd::FromHandle(window), nullptr);  // a temporary again once the permanent one is gone
+  DestroyWindow(window);
+}
+
+// --- the shell's requests ----------------------------------------------------------
+
+TEST(ShellExecuteW, NamesATargetOnlyForTheTwoFormsItKnows) {
+  TempFolder temp;
+  temp.makeFile("doc.pdf");
+  struct Case {
+    const char* name;
+    std::u16string verb, file, parameters;
+    std::u16string target;
+  } cases[] = {
+      {"protocol handler", u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler http://x.example/a b", u"http://x.example/a b"},
+      {"any case and folder", u"open", u"C:\\Windows\\System32\\RUNDLL32.EXE", u"URL.DLL,fileprotocolhandler mailto:a@b", u"mailto:a@b"},
+      {"no address", u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler", u""},
+      {"another entry point", u"open", u"rundll32.exe", u"shell32.dll,Control_RunDLL", u""},
+      {"open an existing file", u"open", temp.windows("doc.pdf"), u"", U16(temp.posix("doc.pdf"))},
+      {"no verb is open", u"", temp.windows("doc.pdf"), u"", U16(temp.posix("doc.pdf"))},
+      {"a file that isn't there", u"open", temp.windows("none.pdf"), u"", u""},
+      {"another verb", u"print", temp.windows("doc.pdf"), u"", u""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    win_testing::RecordingUiSink ui;
+    const HINSTANCE result = ShellExecuteW(nullptr, c.verb.empty() ? nullptr : c.verb.c_str(), c.file.c_str(),
+                                           c.parameters.c_str(), nullptr, SW_SHOWNORMAL);
+    EXPECT_EQ(reinterpret_cast<INT_PTR>(result), 42);
+    ASSERT_EQ(ui.shellRequests().size(), 1u);
+    EXPECT_EQ(ui.shellRequests()[0].target, c.target);
+    EXPECT_EQ(ui.shellRequests()[0].verb, c.verb);
+  }
+}
+
+// The terminal's opener, with a stand-in xdg-open on PATH that writes down its argument.
+TEST(TerminalUiSink, HandsTheTargetToXdgOpenOrSaysWhyNot) {
+  TempFolder temp;
+  temp.makeFile("bin/xdg-open", "#!/bin/sh\nprintf '%s' \"$1\" > \"" + temp.posix("opened.part") + "\"\nmv \"" +
+                                    temp.posix("opened.part") + "\" \"" + temp.posix("opened") + "\"\n");
+  std::filesystem::permissions(temp.posix("bin/xdg-open"), std::filesystem::perms::owner_exec,
+                               std::filesystem::perm_options::add);
+  {
+    ScopedEnv path("PATH", temp.posix("bin") + ":/usr/bin:/bin");
+    const HINSTANCE result = ShellExecuteW(nullptr, u"open", u"rundll32.exe",
+                                           u"url.dll,FileProtocolHandler http://x.example/\u00e9", nullptr, SW_SHOWNORMAL);
+    EXPECT_GT(reinterpret_cast<INT_PTR>(result), 32);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!temp.exists("opened") && std::chrono::steady_clock::now() < deadline)
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    std::ifstream opened(temp.posix("opened"));
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(opened), {}), "http://x.example/\xc3\xa9");
+    const HINSTANCE unknown = ShellExecuteW(nullptr, u"print", u"x.txt", nullptr, nullptr, SW_SHOWNORMAL);
+    EXPECT_EQ(reinterpret_cast<INT_PTR>(unknown), SE_ERR_NOASSOC);
+  }
+  ScopedEnv path("PATH", temp.posix("empty"));
+  const HINSTANCE missing =
+      ShellExecuteW(nullptr, u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler http://x", nullptr, SW_SHOWNORMAL);
+  EXPECT_EQ(reinterpret_cast<INT_PTR>(missing), ERROR_FILE_NOT_FOUND);
+}
+
+// --- the host's task dialog ------------------------------------------------------------
+
+// A definition file of the test's own, with links, placeholders and a default button.
+class TaskDialog : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    zd_testing::resetTaskDialogs();
+    mTemp.makeFile("Res/Dialogs.xaml", R"(<TaskDialogs>
+      <TaskDialog Id="T.One" DefaultButton="2">
+        <Title> Title {A} </Title>
+        <MainInstruction>Main {B} {Unknown}</MainInstruction>
+        <Content>
+          Before <a href="http://x.example/{A}">link {A}</a> after.
+        </Content>
+        <CommonButton Id="1">OK</CommonButton>
+        <CommonButton Id="2">Cancel</CommonButton>
+      </TaskDialog>
+      <TaskDialog Id="T.Bare"><Title>Bare</Title></TaskDialog>
+    </TaskDialogs>)");
+    mTemp.makeFile("Res/Broken.xaml", "<TaskDialogs><TaskDialog Id=\"T.One\">");
+    zd_testing::setComponentFolder(mTemp.posix());
+  }
+  void TearDown() override { zd_testing::resetTaskDialogs(); }
+
+  static bool Keep(ZdTaskDialogEventArgs* args) { return args->buttonId == 100; }
+
+  TempFolder mTemp;
+  win_testing::RecordingUiSink mUi;
+};
+
+TEST_F(TaskDialog, FillsPlaceholdersAndShowsLinksOnlyWhenEnabled) {
+  const TASKDIALOG_KEYVALUE pairs[] = {{u"A", u"1"}, {nullptr, u"skipped"}, {u"B", u"2"}};
+  for (DWORD flags : {TDF_ENABLE_HYPERLINKS, DWORD{0}}) {
+    SCOPED_TRACE(flags);
+    ZdTaskDialog dialog;
+    ASSERT_TRUE(dialog.LoadFromFile(u"/Res;component/Dialogs.xaml", u"T.One", pairs, 3));
+    dialog.SetFlags(flags);
+    EXPECT_EQ(dialog.ShowDialog(nullptr), IDCANCEL);
+    const UiTaskDialog& shown = mUi.taskDialogs().back();
+    EXPECT_EQ(shown.title, u"Title 1");
+    EXPECT_EQ(shown.mainInstruction, u"Main 2 {Unknown}");
+    if (flags) {
+      EXPECT_EQ(shown.content, u"Before link 1 after.");
+      ASSERT_EQ(shown.links.size(), 1u);
+      EXPECT_EQ(shown.links[0].target, u"http://x.example/{A}");  // targets aren't texts
+    } else {
+      EXPECT_EQ(shown.content, u"Before <a href=\"http://x.example/{A}\">link 1</a> after.");
+      EXPECT_TRUE(shown.links.empty());
+    }
+  }
+}
+
+TEST_F(TaskDialog, ButtonsComeCallerFirstAndTheDefinitionChoosesTheDefault) {
+  ZdTaskDialog dialog;
+  ASSERT_TRUE(dialog.LoadFromFile(u"/Res;component/Dialogs.xaml", u"T.One", nullptr, 0));
+  const TASKDIALOG_BUTTON mine[] = {{100, u"Mine"}, {101, u"Also"}};
+  dialog.SetButtons(mine, 2);
+  dialog.SetCallback(Keep);
+  mUi.clickButton(100);  // kept open by the callback
+  mUi.clickButton(7);    // not in the dialog: nothing happens
+  mUi.clickLink(u"http://x.example/{A}");  // links are off: nothing happens
+  mUi.clickButton(101);
+  EXPECT_EQ(dialog.ShowDialog(nullptr), 101);
+  const UiTaskDialog& shown = mUi.taskDialogs().back();
+  std::vector<int> ids;
+  for (const UiTaskDialogButton& button : shown.buttons) ids.push_back(button.id);
+  EXPECT_EQ(ids, (std::vector<int>{100, 101, 1, 2}));
+  EXPECT_EQ(shown.defaultButton, 2);
+  ASSERT_EQ(zd_testing::taskDialogNotifications().size(), 2u);
+  EXPECT_TRUE(zd_testing::taskDialogNotifications()[0].result);
+  EXPECT_EQ(zd_testing::taskDialogNotifications()[1].buttonId, 101);
+
+  ZdTaskDialog bare;  // no default in its definition: the first button
+  ASSERT_TRUE(bare.LoadFromFile(u"/Res;component/Dialogs.xaml", u"T.Bare", nullptr, 0));
+  bare.SetButtons(mine, 2);
+  mUi.clickButton(100);  // without a callback every click closes
+  EXPECT_EQ(bare.ShowDialog(nullptr), 100);
+  EXPECT_EQ(mUi.taskDialogs().back().defaultButton, 100);
+}
+
+TEST_F(TaskDialog, LoadFailsForEveryMissingPieceAndShowsNothing) {
+  const std::pair<std::u16string, std::u16string> failing[] = {
+      {u"/Res;component/Dialogs.xaml", u"T.Missing"},
+      {u"/Res;component/Broken.xaml", u"T.One"},
+      {u"/Res;component/None.xaml", u"T.One"},
+      {u"/Other;component/Dialogs.xaml", u"T.One"},
+      {u"Q:\\unmapped\\Dialogs.xaml", u"T.One"},
+  };
+  for (const auto& [file, id] : failing) {
+    SCOPED_TRACE(U8(file) + " " + U8(id));
+    ZdTaskDialog dialog;
+    EXPECT_FALSE(dialog.LoadFromFile(file.c_str(), id.c_str(), nullptr, 0));
+    EXPECT_EQ(dialog.ShowDialog(nullptr), 0);
+  }
+  EXPECT_TRUE(mUi.taskDialogs().empty());
+  ZdTaskDialog byPath;  // a Windows-form path works as well
+  EXPECT_TRUE(byPath.LoadFromFile(mTemp.windows("Res/Dialogs.xaml").c_str(), u"T.Bare", nullptr, 0));
+}
+
+TEST_F(TaskDialog, TerminalClosesTheDialogAtOnceWhenNobodyIsThere) {
+  SetUiSink(nullptr);  // the terminal's, with standard input at its end
+  const int savedInput = ::dup(STDIN_FILENO);
+  const int nothing = ::open("/dev/null", O_RDONLY);
+  ::dup2(nothing, STDIN_FILENO);
+  ZdTaskDialog dialog;
+  ASSERT_TRUE(dialog.LoadFromFile(u"/Res;component/Dialogs.xaml", u"T.One", nullptr, 0));
+  dialog.SetCallback(Keep);
+  const int closedWith = dialog.ShowDialog(nullptr);
+  ::dup2(savedInput, STDIN_FILENO);
+  ::close(savedInput);
+  ::close(nothing);
+  SetUiSink(&mUi);
+  EXPECT_EQ(closedWith, IDCANCEL);
+  ASSERT_EQ(zd_testing::taskDialogNotifications().size(), 1u);
+  EXPECT_EQ(zd_testing::taskDialogNotifications()[0].buttonId, IDCANCEL);
+}
+
+}  // namespace

@@ -1,0 +1,549 @@
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "support/u16.h"
+#include "win/fs/PathMapping.h"
+#include "zd/dxf/DxfDrawingReader.h"
+#include "zd/dxf/DxfDrawingWriter.h"
+#include "zd/dxf/DxfEntityClasses.h"
+#include "zd/dxf/DxfValues.h"
+#include "zd/ZdCodes.h"
+#include "zd/db/ZdDbDatabase.h"
+#include "zd/db/ZdDbDatabase_testing.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
+#include "zd/ZdValueNode_testing.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path fixture(const std::string& name) { return fs::path(OHM_FIXTURES_DIR) / "dxf" / name; }
+
+std::string fileBytes(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+void writeBytes(const fs::path& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+// What a description of a database shows besides classes, names and texts.
+struct Shown {
+  bool handles = true;      // of entities and attributes
+  bool blockHandles = true;  // of block records
+  bool layouts = true;
+};
+
+std::string xdataText(const ZdValueNode* chain) {
+  std::string text;
+  for (; chain; chain = chain->rbnext) {
+    text += " " + std::to_string(chain->restype) + ":";
+    const int code = chain->restype;
+    if ((code >= 1000 && code <= 1003) || code == XD_HANDLE)
+      text += chain->resval.rstring ? U8(chain->resval.rstring) : "<null>";
+    else if (code == XD_BINARY) text += std::to_string(chain->resval.rbinary.clen) + "B";
+    else if (code >= 1010 && code <= 1013)
+      text += formatDxfReal(chain->resval.rpoint[0]) + "," + formatDxfReal(chain->resval.rpoint[1]) + "," +
+              formatDxfReal(chain->resval.rpoint[2]);
+    else if (code >= 1040 && code <= 1042) text += formatDxfReal(chain->resval.rreal);
+    else if (code == XD_SHORT) text += std::to_string(chain->resval.rint);
+    else if (code == XD_LONG) text += std::to_string(chain->resval.rlong);
+  }
+  return text;
+}
+
+std::string handleText(const ZdDbObject& object, bool shown) {
+  return shown ? " #" + formatDxfHandle(object.objectHandle().value()) : "";
+}
+
+std::string blockNameOf(const ZdDbDatabase& db, ZdDbObjectId id) {
+  const auto* block = dynamic_cast<const ZdDbBlockTableRecord*>(db.objectAt(id));
+  return block ? U8(block->name()) : "<none>";
+}
+
+std::string objectText(const ZdDbDatabase& db, const ZdDbObject& object, const Shown& shown) {
+  std::string text = U8(object.isA()->name()) + handleText(object, shown.handles);
+  if (const auto* entity = dynamic_cast<const ZdDbEntity*>(&object)) text += " layer=" + U8(entity->layer());
+  if (const auto* reference = dynamic_cast<const ZdDbBlockReference*>(&object))
+    text += " -> " + blockNameOf(db, reference->blockTableRecord());
+  if (const auto* attribute = dynamic_cast<const ZdDbAttribute*>(&object))
+    text += " " + U8(attribute->tagConst() ? attribute->tagConst() : u"<null>");
+  if (const auto* single = dynamic_cast<const ZdDbText*>(&object)) text += " \"" + U8(single->textStringConst()) + "\"";
+  ZdValueNode* xdata = object.xData();
+  text += xdataText(xdata);
+  zdutRelRb(xdata);
+  return text;
+}
+
+void describeLayouts(const ZdDbDatabase& db, std::vector<std::string>& lines) {
+  const auto* dictionary = dynamic_cast<const ZdDbDictionary*>(db.objectAt(db.layoutDictionaryId()));
+  ZdDbDictionaryIterator* iterator = dictionary ? dictionary->newIterator() : nullptr;
+  for (; iterator && !iterator->done(); iterator->next()) {
+    const auto* layout = dynamic_cast<const ZdDbLayout*>(db.objectAt(iterator->objectId()));
+    if (!layout) continue;
+    lines.push_back("layout " + U8(layout->layoutName()) + " tab " + std::to_string(layout->getTabOrder()) + " " +
+                    blockNameOf(db, layout->getBlockTableRecordId()));
+  }
+  delete iterator;
+}
+
+// The facts of a drawing that reading and writing must keep, one a line.
+std::vector<std::string> describe(const ZdDbDatabase& db, const Shown& shown = {}) {
+  std::vector<std::string> lines{U8(db.dwgVersion()) + " " + U8(db.codePage())};
+  for (const ZdDbObjectId blockId : db.blockTableRecordIds()) {
+    const auto* block = static_cast<const ZdDbBlockTableRecord*>(db.objectAt(blockId));
+    lines.push_back("block " + U8(block->name()) + handleText(*block, shown.blockHandles));
+    for (const ZdDbObjectId id : block->entityIds()) {
+      lines.push_back("  " + objectText(db, *db.objectAt(id), shown));
+      if (const auto* reference = dynamic_cast<const ZdDbBlockReference*>(db.objectAt(id)))
+        for (const ZdDbObjectId attribute : reference->attributeIds())
+          lines.push_back("    " + objectText(db, *db.objectAt(attribute), shown));
+    }
+  }
+  if (shown.layouts) describeLayouts(db, lines);
+  return lines;
+}
+
+void expectLines(const std::vector<std::string>& actual, const std::vector<std::string>& expected) {
+  EXPECT_EQ(actual.size(), expected.size());
+  for (std::size_t i = 0; i < std::min(actual.size(), expected.size()); ++i) EXPECT_EQ(actual[i], expected[i]) << "line " << i;
+}
+
+Zeda::ErrorStatus readFixture(const std::string& name, ZdDbDatabase& db) {
+  return db.readDwgFile(U16(fixture(name).string()).c_str());
+}
+
+// --- each fixture read, with its facts -----------------------------------------------
+
+struct FixtureCase {
+  const char* file;
+  Shown shown;
+  std::vector<std::string> expected;
+};
+
+void PrintTo(const FixtureCase& c, std::ostream* os) { *os << c.file; }
+
+class DxfFixtureTest : public ::testing::TestWithParam<FixtureCase> {};
+
+TEST_P(DxfFixtureTest, ReadsTheDrawingsFacts) {
+  const long iterators = zd_testing::liveObjectIterators(), nodes = zd_testing::liveValueNodes();
+  {
+    ZdDbDatabase db;
+    ASSERT_EQ(readFixture(GetParam().file, db), Zeda::eOk);
+    expectLines(describe(db, GetParam().shown), GetParam().expected);
+    EXPECT_EQ(zd_testing::openObjectCount(), 0);
+    EXPECT_EQ(zd_testing::liveObjectIterators(), iterators);
+  }
+  EXPECT_EQ(zd_testing::liveValueNodes(), nodes);  // the xdata went with the database
+}
+
+const FixtureCase kFixtures[] = {
+    {"r12.dxf",
+     {false, false, true},
+     {"AC1009 ANSI_1252", "block *Model_Space",
+      "  ZdDbBlockReference layer=SYMS -> HPB11 1001:KVA_WD_NP 1002:{ 1000:1 1002:}",
+      "    ZdDbAttribute layer=SYMS TAG1 \"PB1\"", "  ZdDbLine layer=WIRES", "block *Paper_Space",
+      "  ZdDbCircle layer=0", "block HPB11", "  ZdDbLine layer=0", "  ZdDbAttributeDefinition layer=0",
+      "layout Model tab 0 *Model_Space", "layout Layout1 tab 1 *Paper_Space"}},
+    {"ac1015_ansi.dxf",
+     {},
+     {"AC1015 ANSI_1252", "block *Model_Space #1F",
+      "  ZdDbBlockReference #100 layer=SYMS -> HCR1 1001:KVA_WD_FP 1002:{ 1000:1 1002:} 1001:KVA_WD_XREF_COIL "
+      "1002:{ 1000:X 1070:5 1071:70000 1040:2.5 1010:1,2,3 1002:}",
+      "    ZdDbAttribute #101 layer=SYMS DESC1 \"Schütz K1\"", "    ZdDbAttribute #102 layer=SYMS TAG1 \"-K1\"",
+      "  ZdDbTable #110 layer=0 -> *T1 1001:OHM_TABLE_TYPE 1002:{ 1000:XREF 1002:}",
+      "  ZdDbText #120 layer=NOTES \"Größe\"", "  ZdDbLine #130 layer=WIRES", "block *Paper_Space #1B",
+      "  ZdDbCircle #140 layer=0", "block HCR1 #A0", "  ZdDbLine #A2 layer=0", "  ZdDbCircle #A3 layer=0",
+      "block PANEL #B0", "  ZdDbBlockReference #B2 layer=0 -> HCR1 1001:KVA_WD_FP 1002:{ 1000:1 1002:}",
+      "    ZdDbAttribute #B3 layer=0 TAG1 \"-K9\"", "block *T1 #C0", "layout Layout1 tab 1 *Paper_Space",
+      "layout Model tab 0 *Model_Space"}},
+    {"ac1032_utf8.dxf",
+     {},
+     {"AC1032 ANSI_1252", "block *Model_Space #1F",
+      "  ZdDbBlockReference #200 layer=Gerät -> MOTOR 1001:KVA_WD_FP 1002:{ 1000:Ω µF 1002:}",
+      "    ZdDbAttribute #201 layer=Gerät DESC1 \"Motor 5 kW – Ω\"", "    ZdDbAttribute #202 layer=Gerät TAG1 \"ΩM1\"",
+      "  ZdDbText #210 layer=0 \"Größe \u2126\"", "block *Paper_Space #1B", "  ZdDbMText #220 layer=0", "block MOTOR #50",
+      "  ZdDbCircle #52 layer=0", "layout Layout1 tab 1 *Paper_Space", "layout Model tab 0 *Model_Space"}},
+    {"layouts_crlf.dxf",
+     {},
+     {"AC1018 ANSI_1251", "block *Model_Space #1F", "  ZdDbText #101 layer=0 \"Щит 1\"", "block *Paper_Space #1B",
+      "  ZdDbCircle #100 layer=0", "block *Paper_Space0 #40", "  ZdDbLine #41 layer=RAHMEN",
+      "layout Layout2 tab 2 *Paper_Space0", "layout Layout1 tab 1 *Paper_Space", "layout Model tab 0 *Model_Space"}},
+};
+
+INSTANTIATE_TEST_SUITE_P(Fixtures, DxfFixtureTest, ::testing::ValuesIn(kFixtures),
+                         [](const auto& test) { return fs::path(test.param.file).stem().string(); });
+
+TEST(DxfDrawingTest, KeepsTheHeaderValues) {
+  ZdDbDatabase db;
+  ASSERT_EQ(readFixture("ac1015_ansi.dxf", db), Zeda::eOk);
+  EXPECT_GE(db.handseed().value(), 0x200u);
+  EXPECT_EQ(db.getObjectId(ZdDbHandle(0x1A)), db.layoutDictionaryId());
+  EXPECT_EQ(db.getObjectId(ZdDbHandle(0x1)), db.blockTableId());
+  const ZdDbObjectId reference = db.getObjectId(ZdDbHandle(0x100));
+  ASSERT_FALSE(reference.isNull());
+  EXPECT_EQ(db.objectAt(reference)->ownerId(), db.modelSpaceId());
+  const ZdDbObjectId attribute = db.getObjectId(ZdDbHandle(0x101));
+  ASSERT_FALSE(attribute.isNull());
+  EXPECT_EQ(db.objectAt(attribute)->ownerId(), reference);
+}
+
+TEST(DxfDrawingTest, EntityTypesNameClassesBothWays) {
+  struct Case {
+    std::string type;
+    std::u16string className;
+    std::string writtenType;  // empty: none, no class is made
+  };
+  const Case cases[] = {
+      {"LINE", u"ZdDbLine", "LINE"},
+      {"INSERT", u"ZdDbBlockReference", "INSERT"},
+      {"ACAD_TABLE", u"ZdDbTable", "ACAD_TABLE"},
+      {"LWPOLYLINE", u"ZdDbPolyline", "LWPOLYLINE"},
+      {"3DFACE", u"ZdDbFace", "3DFACE"},
+      {"AECC_COGO-POINT", u"ZdDbAecc_cogo-point", "AECC_COGO-POINT"},
+      {"circle", u"ZdDbCircle", "CIRCLE"},
+      {"", u"", ""},
+      {"A B", u"", ""},
+      {std::string("A\0", 2), u"", ""},
+      {"G\xC3\x84T", u"", ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.type);
+    EXPECT_EQ(dxfClassNameOf(c.type), c.className);
+    const ZdRxClass* cls = dxfEntityClassOf(c.type);
+    ASSERT_EQ(cls == nullptr, c.writtenType.empty());
+    if (!cls) continue;
+    EXPECT_EQ(dxfTypeOf(*cls), c.writtenType);
+    EXPECT_TRUE(cls->isDerivedFrom(ZdDbEntity::desc()));
+  }
+}
+
+// --- writing and reading again -----------------------------------------------------------
+
+struct RoundTripCase {
+  const char* file;
+  const char* version;
+};
+
+void PrintTo(const RoundTripCase& c, std::ostream* os) { *os << c.file << " as " << c.version; }
+
+class DxfRoundTripTest : public ::testing::TestWithParam<RoundTripCase> {};
+
+TEST_P(DxfRoundTripTest, KeepsWhatTheReaderKeeps) {
+  const std::string version = GetParam().version;
+  ZdDbDatabase first, second;
+  ASSERT_EQ(readFixture(GetParam().file, first), Zeda::eOk);
+  std::string text;
+  ASSERT_EQ(writeDxfDrawing(first, version, text), Zeda::eOk);
+  ASSERT_EQ(readDxfDrawing(text, second), Zeda::eOk);
+  // R12 has no block record table and no layouts: those come back as a new drawing's.
+  const bool r12 = version == "AC1009";
+  const Shown shown{true, !r12, !r12};
+  std::vector<std::string> expected = describe(first, shown);
+  expected.front() = version + " " + U8(first.codePage());
+  expectLines(describe(second, shown), expected);
+  EXPECT_GE(second.handseed().value(), first.handseed().value());
+  if (!r12) return;
+  const std::vector<std::string> lines = describe(second);
+  ASSERT_GE(lines.size(), 2u);
+  EXPECT_EQ(lines[lines.size() - 2], "layout Model tab 0 *Model_Space");
+  EXPECT_EQ(lines.back(), "layout Layout1 tab 1 *Paper_Space");
+}
+
+std::vector<RoundTripCase> roundTripCases() {
+  std::vector<RoundTripCase> cases;
+  for (const char* file : {"r12.dxf", "ac1015_ansi.dxf", "ac1032_utf8.dxf", "layouts_crlf.dxf"})
+    for (const char* version : {"AC1009", "AC1015", "AC1032"}) cases.push_back({file, version});
+  return cases;
+}
+
+INSTANTIATE_TEST_SUITE_P(FixturesAndVersions, DxfRoundTripTest, ::testing::ValuesIn(roundTripCases()),
+                         [](const auto& test) {
+                           return fs::path(test.param.file).stem().string() + "_" + test.param.version;
+                         });
+
+// A drawing made in code with xdata of every kind, written to a file named in
+// Windows form and read back from it.
+TEST(DxfDrawingTest, FileRoundTripKeepsXDataOfEveryKind) {
+  ZdDbDatabase db;
+  ZdDbDrawingBuilder build(db);
+  ZdDbBlockReference* reference = build.insertBlock(u"COIL", {{u"TAG1", u"-K1"}, {u"DESC1", u"Line\nbreak"}});
+  static const char binary[] = {'\x00', '\x7F', '\xFF'};
+  ZdValueNode* chain = zdutBuildList(XD_APPNAME, u"KVA_ALL", XD_CONTROL, u"{", XD_STRING, u"Ω", XD_HANDLE, u"1F",
+                                     XD_REAL, 0.1, XD_SHORT, -32768, XD_LONG, 2147483647, XD_CONTROL, u"}", 0);
+  ASSERT_NE(chain, nullptr);
+  ZdValueNode* tail = chain;
+  while (tail->rbnext) tail = tail->rbnext;
+  tail->rbnext = zdutNewRb(XD_POINT);
+  tail->rbnext->resval.rpoint[0] = -1.5, tail->rbnext->resval.rpoint[1] = 1e-300, tail->rbnext->resval.rpoint[2] = 7;
+  tail->rbnext->rbnext = zdutNewRb(XD_BINARY);
+  tail->rbnext->rbnext->resval.rbinary.clen = 3;
+  tail->rbnext->rbnext->resval.rbinary.buf = static_cast<char*>(std::malloc(3));
+  std::memcpy(tail->rbnext->rbnext->resval.rbinary.buf, binary, 3);
+  ASSERT_EQ(reference->setXData(chain), Zeda::eOk);
+  zdutRelRb(chain);
+  build.addEntity(u"ZdDbSpline", db.paperSpaceId())->setLayer(u"Ränder");
+
+  const fs::path path = fs::temp_directory_path() / "ohm_dxf_round_trip.dxf";
+  const std::u16string windowsName = PosixPathToWindows(path.string());
+  for (const char* version : {"AC1015", "AC1032"}) {
+    SCOPED_TRACE(version);
+    ASSERT_EQ(db.dxfOut(windowsName.c_str(), U16(version)), Zeda::eOk);
+    ZdDbDatabase again;
+    ASSERT_EQ(again.readDwgFile(windowsName.c_str()), Zeda::eOk);
+    std::vector<std::string> expected = describe(db);
+    expected.front() = std::string(version) + " ANSI_1252";
+    expectLines(describe(again), expected);
+  }
+  fs::remove(path);
+}
+
+TEST(DxfDrawingTest, WritesTextInTheEncodingOfTheVersion) {
+  ZdDbDatabase db;
+  ASSERT_EQ(readFixture("ac1032_utf8.dxf", db), Zeda::eOk);
+  struct Case {
+    const char* version;
+    std::string present, absent;
+  };
+  const Case cases[] = {
+      {"AC1032", "Motor 5 kW \xE2\x80\x93 \xCE\xA9", "\\U+03A9"},  // UTF-8, no escapes needed
+      {"AC1015", "Motor 5 kW \x96 \\U+03A9", "\xCE\xA9"},         // ANSI_1252 has the dash but no omega
+      {"AC1009", "Gr\xF6\xDF" "e \\U+2126", "BLOCK_RECORD"},      // R12: no block record table
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.version);
+    std::string text;
+    ASSERT_EQ(writeDxfDrawing(db, c.version, text), Zeda::eOk);
+    EXPECT_NE(text.find(c.present), std::string::npos);
+    EXPECT_EQ(text.find(c.absent), std::string::npos);
+    EXPECT_NE(text.find(std::string("$ACADVER\r\n  1\r\n") + c.version), std::string::npos);
+  }
+}
+
+TEST(DxfDrawingTest, WriteFailuresLeaveTheFileAlone) {
+  ZdDbDatabase db;
+  const fs::path folder = fs::temp_directory_path() / "ohm_dxf_write_failures";
+  fs::remove_all(folder);
+  fs::create_directories(folder);
+  const fs::path target = folder / "kept.dxf";
+  writeBytes(target, "before");
+  const std::u16string name = U16(target.string());
+  struct Case {
+    const char* what;
+    std::u16string file, version;
+    bool failIterator;
+    Zeda::ErrorStatus status;
+  };
+  const Case cases[] = {
+      {"unknown version", name, u"AC1099", false, Zeda::eInvalidInput},
+      {"version not a version", name, u"R12", false, Zeda::eInvalidInput},
+      {"layouts can't be walked", name, u"AC1015", true, Zeda::eOutOfMemory},
+      {"missing folder", U16((folder / "no" / "x.dxf").string()), u"AC1015", false, Zeda::eFileAccessErr},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    if (c.failIterator) zd_testing::failNextObjectIterator();
+    EXPECT_EQ(db.dxfOut(c.file.c_str(), c.version), c.status);
+    zd_testing::clearDatabaseFaults();
+    EXPECT_EQ(fileBytes(target), "before");
+  }
+  EXPECT_EQ(db.dxfOut(nullptr), Zeda::eInvalidInput);
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);  // no copy left behind
+  EXPECT_EQ(db.dxfOut(name.c_str()), Zeda::eOk);
+  EXPECT_NE(fileBytes(target), "before");
+  fs::remove_all(folder);
+}
+
+// --- what the reader accepts and what it refuses -----------------------------------------
+
+// A small drawing for the cases below to change: a reference with an
+// attribute and xdata in model space.
+const std::string kBase =
+    "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1015\n  0\nENDSEC\n"
+    "  0\nSECTION\n  2\nENTITIES\n"
+    "  0\nINSERT\n  5\n2A\n  8\nSYMS\n 66\n1\n  2\nCOIL\n1001\nKVA_WD_FP\n1070\n5\n"
+    "  0\nATTRIB\n  5\n2B\n  8\nSYMS\n  1\n-K1\n  2\nTAG1\n"
+    "  0\nSEQEND\n"
+    "  0\nENDSEC\n  0\nEOF\n";
+
+// `text` with the first `from` replaced; a case whose `from` is missing is a
+// mistake in the table, which stops the program.
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+  const std::size_t at = text.find(from);
+  if (at == std::string::npos) throw std::invalid_argument("not in the text: " + from);
+  return text.replace(at, from.size(), to);
+}
+
+struct MalformedCase {
+  const char* what;
+  std::string text;  // written to a file; ignored for a missing file
+  Zeda::ErrorStatus status;
+};
+
+std::vector<MalformedCase> malformedCases() {
+  const std::string fixtureText = fileBytes(fixture("ac1015_ansi.dxf"));
+  return {
+      {"empty file", "", Zeda::eBadDxfFile},
+      {"blank lines only", "\n\n\n\n", Zeda::eBadDxfFile},
+      {"truncated in a section", fixtureText.substr(0, fixtureText.size() / 2), Zeda::eBadDxfFile},
+      {"truncated after a group code", replaced(kBase, "  0\nEOF\n", "  0\n"), Zeda::eBadDxfFile},
+      {"missing EOF", replaced(kBase, "  0\nEOF\n", ""), Zeda::eBadDxfFile},
+      {"missing ENDSEC", replaced(kBase, "  0\nENDSEC\n  0\nEOF", "  0\nEOF"), Zeda::eBadDxfFile},
+      {"bad group code", replaced(kBase, " 66\n", " 6x\n"), Zeda::eBadDxfFile},
+      {"odd number of lines", replaced(kBase, "  8\nSYMS\n 66\n", "  8\n 66\n"), Zeda::eBadDxfFile},
+      {"binary DXF", std::string("AutoCAD Binary DXF\r\n\x1a\0\0\0SECTION\0", 30), Zeda::eBadDxfFile},
+      {"not a DXF at all", "Hello, world\n", Zeda::eBadDxfFile},
+      {"section without a name", replaced(kBase, "  2\nENTITIES\n", ""), Zeda::eBadDxfFile},
+      {"version not a version", replaced(kBase, "AC1015", "R14"), Zeda::eBadDxfFile},
+      {"handle not hexadecimal", replaced(kBase, "2A", "XYZ"), Zeda::eBadDxfFile},
+      {"attributes without SEQEND", replaced(kBase, "  0\nSEQEND\n", ""), Zeda::eBadDxfFile},
+      {"INSERT without a block name", replaced(kBase, "  2\nCOIL\n", ""), Zeda::eBadDxfFile},
+      {"no xdata code after 1001", replaced(kBase, "1070\n5\n", "1070\n5\n  1\nx\n"), Zeda::eBadDxfFile},
+      {"16-bit xdata out of range", replaced(kBase, "1070\n5\n", "1070\n40000\n"), Zeda::eBadDxfFile},
+      {"xdata point without y", replaced(kBase, "1070\n5\n", "1010\n1.0\n1030\n3.0\n"), Zeda::eBadDxfFile},
+      {"entity type with a NUL", replaced(kBase, "  0\nSEQEND\n", std::string("  0\nSEQEND\n  0\nA\0B\n", 20)),
+       Zeda::eBadDxfFile},
+      {"entity type with a blank", replaced(kBase, "  0\nSEQEND\n", "  0\nSEQEND\n  0\nMY LINE\n"), Zeda::eBadDxfFile},
+      {"66 not a number", replaced(kBase, " 66\n1\n", " 66\none\n"), Zeda::eBadDxfFile},
+      {"block without ENDBLK",
+       replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n", "  0\nSECTION\n  2\nBLOCKS\n  0\nBLOCK\n  2\nX\n  0\nENDSEC\n"
+                                                         "  0\nSECTION\n  2\nENTITIES\n"),
+       Zeda::eBadDxfFile},
+      {"missing file", "", Zeda::eFileNotFound},
+      {"a folder", "", Zeda::eFileAccessErr},
+  };
+}
+
+void PrintTo(const MalformedCase& c, std::ostream* os) { *os << c.what; }
+
+class DxfMalformedTest : public ::testing::TestWithParam<MalformedCase> {};
+
+TEST_P(DxfMalformedTest, FailsAndLeavesTheDatabaseAsItWas) {
+  const MalformedCase& c = GetParam();
+  ZdDbDatabase db;
+  ZdDbDrawingBuilder build(db);
+  ZdDbDrawingBuilder::setOptionXData(*build.insertBlock(u"HCR1", {{u"TAG1", u"-K7"}}), u"KVA_WD_FP", u"1");
+  const std::vector<std::string> before = describe(db);
+  const ZdDbHandle seed = db.handseed();
+  const long iterators = zd_testing::liveObjectIterators(), nodes = zd_testing::liveValueNodes(),
+             strings = zd_testing::liveValueStrings();
+
+  const fs::path folder = fs::temp_directory_path() / "ohm_dxf_malformed";
+  fs::create_directories(folder);
+  fs::path path = folder / "in.dxf";
+  if (c.status == Zeda::eFileNotFound) path = folder / "missing.dxf";
+  else if (c.status == Zeda::eFileAccessErr) path = folder;
+  else writeBytes(path, c.text);
+  EXPECT_EQ(db.readDwgFile(U16(path.string()).c_str()), c.status);
+  fs::remove(folder / "in.dxf");
+
+  expectLines(describe(db), before);
+  EXPECT_EQ(db.handseed(), seed);
+  EXPECT_EQ(zd_testing::openObjectCount(), 0);
+  EXPECT_EQ(zd_testing::liveObjectIterators(), iterators);
+  EXPECT_EQ(zd_testing::liveValueNodes(), nodes);
+  EXPECT_EQ(zd_testing::liveValueStrings(), strings);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, DxfMalformedTest, ::testing::ValuesIn(malformedCases()), [](const auto& test) {
+  std::string name = test.param.what;
+  for (char& c : name) c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+  return name;
+});
+
+struct AcceptedCase {
+  const char* what;
+  std::string text;
+  std::vector<std::string> expected;  // without handles
+};
+
+std::vector<AcceptedCase> acceptedCases() {
+  const std::vector<std::string> base{"AC1015 ANSI_1252", "block *Model_Space",
+                                      "  ZdDbBlockReference layer=SYMS -> COIL 1001:KVA_WD_FP 1070:5",
+                                      "    ZdDbAttribute layer=SYMS TAG1 \"-K1\"", "block *Paper_Space", "block COIL"};
+  auto with = [&](std::vector<std::string> lines, std::size_t at, std::string line) {
+    lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(at), std::move(line));
+    return lines;
+  };
+  std::string crlf;
+  for (const char ch : kBase) crlf += ch == '\n' ? std::string("\r\n") : std::string(1, ch);
+  return {
+      {"the base", kBase, base},
+      {"CRLF line ends", crlf, base},
+      {"blanks around group codes", replaced(replaced(kBase, " 66\n", "\t66  \n"), "1070\n", "  1070\n"), base},
+      {"unknown entity with xdata",
+       replaced(kBase, "  0\nENDSEC\n  0\nEOF", "  0\nWIDGET\n  8\nX\n1001\nAPP\n1000\nv\n  0\nENDSEC\n  0\nEOF"),
+       with(base, 4, "  ZdDbWidget layer=X 1001:APP 1000:v")},
+      {"polyline with vertices",
+       replaced(kBase, "  0\nENDSEC\n  0\nEOF",
+                "  0\nPOLYLINE\n 66\n1\n  8\nP\n  0\nVERTEX\n  0\nVERTEX\n  0\nSEQEND\n  0\nENDSEC\n  0\nEOF"),
+       with(base, 4, "  ZdDb2dPolyline layer=P")},
+      {"unknown section skipped",
+       replaced(kBase, "  0\nSECTION\n  2\nENTITIES", "  0\nSECTION\n  2\nTHUMBNAILIMAGE\n 90\n1\n  0\nENDSEC\n"
+                                                       "  0\nSECTION\n  2\nENTITIES"),
+       base},
+      {"paper space by code 67", replaced(kBase, " 66\n1\n", " 66\n1\n 67\n1\n"),
+       {"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space",
+        "  ZdDbBlockReference layer=SYMS -> COIL 1001:KVA_WD_FP 1070:5", "    ZdDbAttribute layer=SYMS TAG1 \"-K1\"",
+        "block COIL"}},
+  };
+}
+
+void PrintTo(const AcceptedCase& c, std::ostream* os) { *os << c.what; }
+
+class DxfAcceptedTest : public ::testing::TestWithParam<AcceptedCase> {};
+
+TEST_P(DxfAcceptedTest, ReadsTheDrawing) {
+  ZdDbDatabase db;
+  ASSERT_EQ(readDxfDrawing(GetParam().text, db), Zeda::eOk);
+  expectLines(describe(db, {false, false, false}), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, DxfAcceptedTest, ::testing::ValuesIn(acceptedCases()), [](const auto& test) {
+  std::string name = test.param.what;
+  for (char& c : name) c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+  return name;
+});
+
+// Every allocation of a value node failing in turn: the read fails with
+// eOutOfMemory and the database as it was, or succeeds in full.
+TEST(DxfDrawingTest, AllocationFailuresLeaveNothingBehind) {
+  const long nodes = zd_testing::liveValueNodes(), strings = zd_testing::liveValueStrings();
+  {
+    ZdDbDatabase db;
+    ZdDbDrawingBuilder(db).insertBlock(u"KEPT");
+    const std::vector<std::string> before = describe(db);
+    int failures = 0;
+    Zeda::ErrorStatus status = Zeda::eOutOfMemory;
+    for (long okCalls = 0; okCalls < 500 && status != Zeda::eOk; ++okCalls) {
+      SCOPED_TRACE(okCalls);
+      zd_testing::failValueAllocationAfter(okCalls);
+      status = readFixture("ac1015_ansi.dxf", db);
+      zd_testing::failValueAllocationAfter(-1);
+      if (status == Zeda::eOk) break;
+      ASSERT_EQ(status, Zeda::eOutOfMemory);
+      expectLines(describe(db), before);
+      EXPECT_EQ(zd_testing::liveValueNodes(), nodes);
+      EXPECT_EQ(zd_testing::liveValueStrings(), strings);
+      ++failures;
+    }
+    EXPECT_EQ(status, Zeda::eOk);
+    EXPECT_GT(failures, 10);
+    EXPECT_EQ(describe(db, {false, false, false})[2].substr(0, 20), "  ZdDbBlockReference");
+  }
+  EXPECT_EQ(zd_testing::liveValueNodes(), nodes);
+  EXPECT_EQ(zd_testing::liveValueStrings(), strings);
+}
+
+}  // namespace
