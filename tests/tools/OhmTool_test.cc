@@ -109,6 +109,8 @@ struct StatusCase {
 TEST(OhmTool, ExitStatusesAndMessages) {
   TempFolder folder;
   folder.makeFile("not.dxf", "this is no drawing\n");
+  folder.makeFile("cut.dxf", "0\nSECTION\n2\nENTITIES\n0\nINSERT\n2\nNOWHERE\n");
+  folder.makeFile("bad.dxf", "0\nSECTION\n2\nENTITIES\n0\nINSERT\n2\nB\n 70\nx\n0\nENDSEC\n0\nEOF\n");
   const std::string ctrl01 = kExample + "/drawings/CTRL01.dxf";
   const std::vector<StatusCase> cases = {
       {"version", {"--version"}, 0, "ohm ", ""},
@@ -120,7 +122,14 @@ TEST(OhmTool, ExitStatusesAndMessages) {
       {"unknown option", {"layouts", ctrl01, "--frob"}, 2, "", "--frob"},
       {"missing project", {"xref", folder.posix("none.json")}, 2, "", "none.json: can't read"},
       {"missing drawing", {"layouts", folder.posix("none.dxf")}, 2, "", "none.dxf: no such file"},
-      {"not a drawing", {"classify", folder.posix("not.dxf")}, 2, "", "not.dxf: not a readable DXF file"},
+      {"not a drawing", {"classify", folder.posix("not.dxf")}, 2, "", "not.dxf:1: group code expected"},
+      {"a folder", {"layouts", folder.posix("")}, 2, "", ": is a folder, not a drawing"},
+      {"damaged drawing", {"classify", folder.posix("cut.dxf")}, 2, "", "cut.dxf:9: ENDSEC of section ENTITIES expected"},
+      {"bad value", {"xdata", folder.posix("bad.dxf"), "1"}, 2, "", "bad.dxf:9: value of group 70 is not an integer"},
+      {"damaged drawing recovered", {"classify", folder.posix("cut.dxf"), "--recover"}, 0, "NOWHERE",
+       "cut.dxf:9: EOF added (repaired)"},
+      {"undefined block", {"classify", folder.posix("cut.dxf"), "--recover"}, 0, "",
+       "warning: block \"NOWHERE\" is referred to but never defined"},
       {"bad kind", {"classify", ctrl01, "--kind", "Coil"}, 2, "", "\"Coil\" is no kind"},
       {"kind by number", {"classify", ctrl01, "--kind", "99"}, 2, "", "is no kind"},
       {"bad handle", {"xdata", ctrl01, "XYZ"}, 2, "", "\"XYZ\" is no handle"},

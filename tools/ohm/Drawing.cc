@@ -1,15 +1,20 @@
 #include "Drawing.h"
 
 #include <filesystem>
+#include <iostream>
 
 #include "CommandError.h"
 #include "win/fs/PathMapping.h"
 #include "win/Utf8.h"
 #include "zd/ZdString.h"
+#include "zd/dxf/DxfDrawingReader.h"
 
 namespace {
 
-std::string Describe(Zeda::ErrorStatus status) {
+bool gRecover = false;
+
+std::string Describe(Zeda::ErrorStatus status, const DxfReadReport& report) {
+  if (!report.problem.empty()) return report.line > 0 ? std::to_string(report.line) + ": " + report.problem : report.problem;
   switch (status) {
     case Zeda::eFileNotFound: return "no such file";
     case Zeda::eFileAccessErr: return "can't read the file";
@@ -24,10 +29,16 @@ std::u16string WindowsPathOf(const std::string& file) {
   return PosixPathToWindows(std::filesystem::absolute(file).lexically_normal().string());
 }
 
+void SetRecoverDrawings(bool recover) { gRecover = recover; }
+
 std::unique_ptr<ZdDbDatabase> ReadDrawing(const std::string& file) {
   auto database = std::make_unique<ZdDbDatabase>();
-  const Zeda::ErrorStatus status = database->readDwgFile(WindowsPathOf(file).c_str());
-  if (status != Zeda::eOk) FailBadInput(file + ": " + Describe(status));
+  DxfReadReport report;
+  const Zeda::ErrorStatus status = readDxfDrawingFile(file, *database, {gRecover}, &report);
+  if (status != Zeda::eOk) FailBadInput(file + (report.line > 0 ? ":" : ": ") + Describe(status, report));
+  for (const std::string& repair : report.repairs) std::cerr << "ohm: " << file << ":" << repair << " (repaired)\n";
+  for (const std::string& block : report.undefinedBlocks)
+    std::cerr << "ohm: " << file << ": warning: block \"" << block << "\" is referred to but never defined\n";
   return database;
 }
 

@@ -14,8 +14,12 @@
 // as the host names drawings and documents.
 std::u16string WindowsPathOf(const std::string& file);
 
-// The drawing in `file` (a POSIX path).
+// The drawing in `file` (a POSIX path). A refusal ends the subcommand with
+// "FILE:LINE: what was expected"; a block referred to but never defined, and
+// each repair in recover mode, are told on standard error.
 std::unique_ptr<ZdDbDatabase> ReadDrawing(const std::string& file);
+// Whether ReadDrawing repairs damaged drawings (--recover); off at start.
+void SetRecoverDrawings(bool recover);
 
 // The object of `handle` in `database`, open for read while this lives.
 class OpenedObject {

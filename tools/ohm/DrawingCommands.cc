@@ -77,7 +77,7 @@ struct Classified {
 
 std::string BlockName(const ZdDbDatabase& database, const ZdDbBlockReference& reference) {
   const auto* record = dynamic_cast<const ZdDbBlockTableRecord*>(database.objectAt(reference.blockTableRecord()));
-  return record ? Utf16ToUtf8(record->name()) : std::string();
+  return Utf16ToUtf8(record ? record->name() : reference.undefinedBlockName());
 }
 
 Classified Classify(const ZdDbDatabase& database, const ZdDbBlockReference& reference, const std::string& place) {

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "CommandError.h"
+#include "Drawing.h"
 #include "DrawingCommands.h"
 #include "LockCommands.h"
 #include "Project.h"
@@ -69,6 +70,12 @@ void AddJsonFlag(CLI::App& command, Options& options) {
   command.add_flag("--json", options.json, "Print the result as JSON");
 }
 
+// The drawing commands read a damaged drawing with --recover.
+void AddRecoverFlag(CLI::App& command) {
+  command.add_flag_callback("--recover", [] { SetRecoverDrawings(true); },
+                            "Repair what can be repaired in a damaged drawing, listing each repair");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -87,11 +94,13 @@ int main(int argc, char** argv) {
   classify->add_option("DRAWING", options.drawing, "The drawing (DXF)")->required();
   classify->add_option("--kind", options.kind, "Only this kind, as the block query lists them (name or 0-18)");
   AddJsonFlag(*classify, options);
+  AddRecoverFlag(*classify);
   classify->callback([&] { run = [](const Options& o) { return RunClassify(o.drawing, o.kind, o.json, std::cout); }; });
 
   CLI::App* layouts = app.add_subcommand("layouts", "List the paper space layouts of a drawing in tab order");
   layouts->add_option("DRAWING", options.drawing, "The drawing (DXF)")->required();
   AddJsonFlag(*layouts, options);
+  AddRecoverFlag(*layouts);
   layouts->callback([&] { run = [](const Options& o) { return RunLayouts(o.drawing, o.json, std::cout); }; });
 
   CLI::App* xdata = app.add_subcommand("xdata", "Print the xdata of an object of a drawing");
@@ -99,6 +108,7 @@ int main(int argc, char** argv) {
   xdata->add_option("HANDLE", options.handle, "The object's handle (hexadecimal)")->required();
   xdata->add_option("APP", options.app, "Only the xdata of this application");
   AddJsonFlag(*xdata, options);
+  AddRecoverFlag(*xdata);
   xdata->callback(
       [&] { run = [](const Options& o) { return RunXData(o.drawing, o.handle, o.app, o.json, std::cout); }; });
 

@@ -2,7 +2,8 @@
 // drawing order. The attributes are objects of the same database, owned by it;
 // the reference keeps their ids. ZdDbObjectIterator walks them: a new object,
 // owned and deleted by the caller, counted by the host while it lives, and
-// deleted before its reference goes.
+// deleted before its reference goes. ZdDbMInsertBlock and ZdDbTable derive
+// from the reference.
 #pragma once
 
 #include <string>
@@ -43,6 +44,10 @@ class ZdDbBlockReference : public ZdDbEntity {
   // The block definition's record.
   ZdDbObjectId blockTableRecord() const noexcept { return mBlock; }
   void setBlockTableRecord(ZdDbObjectId block) noexcept { mBlock = block; }
+  // The name of a block that the drawing refers to but never defines; the
+  // record is then null, and opening the definition fails.
+  const std::u16string& undefinedBlockName() const noexcept { return mUndefinedBlockName; }
+  void setUndefinedBlockName(std::u16string name) { mUndefinedBlockName = std::move(name); }
   // A new iterator over the attributes, from the first, erased ones passed
   // over; owned by the caller. Null when the host can't make one.
   ZdDbObjectIterator* attributeIterator() const;
@@ -56,6 +61,21 @@ class ZdDbBlockReference : public ZdDbEntity {
  private:
   ZdDbObjectId mBlock;
   std::vector<ZdDbObjectId> mAttributes;
+  std::u16string mUndefinedBlockName;
+};
+
+// A block reference repeated in rows and columns (a DXF INSERT with a row or
+// column count above 1).
+class ZdDbMInsertBlock : public ZdDbBlockReference {
+ public:
+  static const ZdRxClass* desc();
+  ZdDbMInsertBlock(int columns, int rows) : ZdDbBlockReference(desc()), mColumns(columns), mRows(rows) {}
+  int columns() const noexcept { return mColumns; }
+  int rows() const noexcept { return mRows; }
+
+ private:
+  int mColumns;
+  int mRows;
 };
 
 class ZdDbTable : public ZdDbBlockReference {

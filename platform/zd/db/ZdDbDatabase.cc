@@ -347,8 +347,14 @@ void ZdDbDatabase::swapContents(ZdDbDatabase& other) noexcept {
   std::swap(mNextHandle, other.mNextHandle);
   std::swap(mVersion, other.mVersion);
   std::swap(mCodePage, other.mCodePage);
+  std::swap(mSourceText, other.mSourceText);
   for (auto& [id, object] : mObjects) object->mDatabase = this;
   for (auto& [id, object] : other.mObjects) object->mDatabase = &other;
+}
+
+const std::string& ZdDbDatabase::keepSourceText(std::string text) {
+  *mSourceText = std::move(text);
+  return *mSourceText;
 }
 
 ZdDbObjectId ZdDbDatabase::getObjectId(ZdDbHandle handle) const {

@@ -59,6 +59,10 @@ class ZdDbDatabase {
   // Exchanges every object and drawing value with `other`; ids stay with
   // their objects. How a drawing read in full replaces what a database held.
   void swapContents(ZdDbDatabase& other) noexcept;
+  // Keeps the text of the drawing file that the objects' kept groups view
+  // (ZdDbObject::keptDxfGroups); it lives as long as the database holds them.
+  const std::string& keepSourceText(std::string text);
+  const std::string& sourceText() const noexcept { return *mSourceText; }
 
   // The block table, opened in `mode`: the status of zddbOpenObject.
   Zeda::ErrorStatus getSymbolTable(ZdDbBlockTable*& table, ZdDb::OpenMode mode) const;
@@ -107,6 +111,8 @@ class ZdDbDatabase {
   std::uint64_t mNextHandle = 0x20;
   std::u16string mVersion = u"AC1032";
   std::u16string mCodePage = u"ANSI_1252";
+  // On the heap, so views into it stay valid when the contents are swapped.
+  std::unique_ptr<std::string> mSourceText = std::make_unique<std::string>();
 };
 
 // Opens the object for read or write. eOk and the object; eNullObjectId,

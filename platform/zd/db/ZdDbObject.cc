@@ -40,6 +40,7 @@ OHM_ZD_DESCRIPTOR(ZdDbText, ZdDbEntity::desc())
 OHM_ZD_DESCRIPTOR(ZdDbAttribute, ZdDbText::desc())
 OHM_ZD_DESCRIPTOR(ZdDbBlockReference, ZdDbEntity::desc())
 OHM_ZD_DESCRIPTOR(ZdDbTable, ZdDbBlockReference::desc())
+OHM_ZD_DESCRIPTOR(ZdDbMInsertBlock, ZdDbBlockReference::desc())
 OHM_ZD_DESCRIPTOR(ZdDbSymbolTable, ZdDbObject::desc())
 OHM_ZD_DESCRIPTOR(ZdDbBlockTable, ZdDbSymbolTable::desc())
 OHM_ZD_DESCRIPTOR(ZdDbBlockTableRecord, ZdDbObject::desc())
@@ -102,7 +103,11 @@ ZdValueNode* ZdDbObject::xData(const char16_t* appName) const {
   return head;
 }
 
-Zeda::ErrorStatus ZdDbObject::setXData(const ZdValueNode* chain) {
+Zeda::ErrorStatus ZdDbObject::setXData(const ZdValueNode* chain) { return setXDataParts(chain, false); }
+
+Zeda::ErrorStatus ZdDbObject::setXDataAsRead(const ZdValueNode* chain) { return setXDataParts(chain, true); }
+
+Zeda::ErrorStatus ZdDbObject::setXDataParts(const ZdValueNode* chain, bool keepAppAlone) {
   while (chain) {
     if (chain->restype != XD_APPNAME || !chain->resval.rstring) return Zeda::eInvalidInput;
     const ZdValueNode* end = chain->rbnext;
@@ -117,7 +122,7 @@ Zeda::ErrorStatus ZdDbObject::setXData(const ZdValueNode* chain) {
     }
     const std::u16string app(chain->resval.rstring);
     std::erase_if(mXData, [&](const XDataPart& part) { return part.app == app; });
-    if (head->rbnext) {
+    if (head->rbnext || keepAppAlone) {
       mXData.push_back({app, std::shared_ptr<ZdValueNode>(head, zdutRelRb)});
     } else {
       zdutRelRb(head);

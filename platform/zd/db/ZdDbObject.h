@@ -17,6 +17,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "zd/db/ZdDbObjectId.h"
@@ -58,6 +59,15 @@ class ZdDbObject {
   // application's part, which replaces what that application had; a part of
   // the 1001 node alone removes it. The chain stays the caller's.
   Zeda::ErrorStatus setXData(const ZdValueNode* chain);
+  // Sets the xdata as a drawing file holds it: like setXData, but a part of
+  // the 1001 node alone stays, as that application's xdata without items.
+  Zeda::ErrorStatus setXDataAsRead(const ZdValueNode* chain);
+
+  // The groups of the drawing file's record that the database does not model
+  // (geometry, styles, ...), raw, as a view into the text that the database
+  // keeps (ZdDbDatabase::keepSourceText); empty for an object made in code.
+  std::string_view keptDxfGroups() const noexcept { return mKeptDxfGroups; }
+  void setKeptDxfGroups(std::string_view groups) noexcept { mKeptDxfGroups = groups; }
 
  protected:
   explicit ZdDbObject(const ZdRxClass* cls) : mClass(cls) {}
@@ -80,6 +90,9 @@ class ZdDbObject {
   int mReaders = 0;
   bool mWriter = false;
   std::vector<XDataPart> mXData;
+  std::string_view mKeptDxfGroups;
+
+  Zeda::ErrorStatus setXDataParts(const ZdValueNode* chain, bool keepAppAlone);
 };
 
 class ZdDbEntity : public ZdDbObject {

@@ -1,8 +1,10 @@
 #include "zd/dxf/DxfDrawingReader.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <map>
 #include <optional>
@@ -25,10 +27,68 @@ namespace {
 
 using Tags = std::span<const DxfTag>;
 
-// One record of the file: a 0 tag (its type) and the tags up to the next 0 tag.
+// One record of the file: a 0 tag (its type) and the tags up to the next 0
+// tag. `body` is the raw text of those tags.
 struct Record {
   std::string_view type;
-  Tags tags;
+  int line = 0;
+  std::vector<DxfTag> tags;
+  std::string_view body;
+};
+
+// Walks the records of a text one at a time; nothing after EOF is read.
+class RecordReader {
+ public:
+  explicit RecordReader(std::string_view text) : mTags(text) {
+    mHasNext = mTags.next(mNext);
+    advance();
+  }
+
+  const Record& current() const noexcept { return mCurrent; }
+  bool atEnd() const noexcept { return mAtEnd; }
+  // A tag fault that ended the records early; empty when none.
+  const std::string& problem() const noexcept { return mTags.problem(); }
+  int problemLine() const noexcept { return mTags.problemLine(); }
+  // The line after the last record read.
+  int endLine() const noexcept { return mEndLine; }
+
+  void advance() {
+    mCurrent.tags.clear();
+    if (!mHasNext || mCurrent.type == "EOF") {
+      mAtEnd = true;
+      mCurrent.type = {};
+      mCurrent.body = {};
+      return;
+    }
+    mCurrent.type = mNext.value;
+    mCurrent.line = mNext.line;
+    const std::string_view text = mTags.text();
+    const std::size_t begin = mTags.offset();
+    std::size_t end = begin;
+    mEndLine = mNext.line + 2;
+    mHasNext = false;
+    if (mCurrent.type != "EOF") {
+      for (DxfTag tag; mTags.next(tag); end = mTags.offset()) {
+        if (tag.code == 0) {
+          mNext = tag;
+          mHasNext = true;
+          break;
+        }
+        mCurrent.tags.push_back(tag);
+        mEndLine = tag.line + 2;
+      }
+      if (!mHasNext) end = mTags.offset();
+    }
+    mCurrent.body = text.substr(begin, end - begin);
+  }
+
+ private:
+  DxfTagReader mTags;
+  DxfTag mNext;
+  bool mHasNext = false;
+  bool mAtEnd = false;
+  Record mCurrent;
+  int mEndLine = 1;
 };
 
 // The fields of an entity that the database keeps.
@@ -36,11 +96,12 @@ struct EntityFields {
   std::optional<std::uint64_t> handle;
   std::optional<std::uint64_t> owner;  // the first 330 outside a 102 group
   std::string_view layer = "0";
-  bool paperSpace = false;             // 67 = 1
+  bool paperSpace = false;               // 67 = 1
   std::optional<std::string_view> name;  // the first 2
-  std::string_view text;               // the first 1
-  bool followers = false;              // 66 = 1: attributes or vertices follow
-  Tags xdata;                          // from the first 1001 on
+  std::string_view text;                 // the first 1
+  bool multiple = false;                 // subclass AcDbMInsertBlock
+  std::int64_t columns = 1, rows = 1;    // 70, 71 of an INSERT
+  Tags xdata;                            // from the first 1001 on
 };
 
 struct LayoutFields {
@@ -53,85 +114,6 @@ struct DictionaryFields {
   std::uint64_t handle = 0;
   std::vector<std::pair<std::string_view, std::uint64_t>> entries;  // name, handle, in file order
 };
-
-bool splitRecords(const std::vector<DxfTag>& tags, std::vector<Record>& records) {
-  if (tags.empty() || tags.front().code != 0) return false;
-  const Tags all(tags);
-  std::size_t start = 0;
-  for (std::size_t at = 1; at <= tags.size(); ++at) {
-    if (at < tags.size() && tags[at].code != 0) continue;
-    records.push_back({tags[start].value, all.subspan(start + 1, at - start - 1)});
-    start = at;
-  }
-  return true;
-}
-
-// Reads an entity's fields; false for a value that does not parse.
-bool readEntityFields(Tags tags, EntityFields& fields) {
-  bool inGroup = false;
-  for (std::size_t at = 0; at < tags.size(); ++at) {
-    const DxfTag& tag = tags[at];
-    switch (tag.code) {
-      case 102: inGroup = !tag.value.empty() && tag.value.front() == '{'; break;
-      case 5:
-        if (!(fields.handle = parseDxfHandle(tag.value))) return false;
-        break;
-      case 330:
-        if (!inGroup && !fields.owner) fields.owner = parseDxfHandle(tag.value);
-        break;
-      case 8: fields.layer = tag.value; break;
-      case 2:
-        if (!fields.name) fields.name = tag.value;
-        break;
-      case 1:
-        if (fields.text.empty()) fields.text = tag.value;
-        break;
-      case 66:
-      case 67: {
-        const auto flag = parseDxfInteger(tag.value);
-        if (!flag) return false;
-        (tag.code == 66 ? fields.followers : fields.paperSpace) = *flag == 1;
-        break;
-      }
-      case XD_APPNAME: fields.xdata = tags.subspan(at); return true;
-      default: break;
-    }
-  }
-  return true;
-}
-
-// A LAYOUT object: its name and block record are the ones of its AcDbLayout part.
-bool readLayoutFields(Tags tags, LayoutFields& layout) {
-  bool inLayoutPart = false;
-  for (const DxfTag& tag : tags) {
-    if (tag.code == 100) inLayoutPart = tag.value == "AcDbLayout";
-    if (tag.code == 1 && (inLayoutPart || layout.name.empty())) layout.name = tag.value;
-    if (tag.code == 71) {
-      const auto tab = parseDxfInteger(tag.value);
-      if (!tab || *tab < INT32_MIN || *tab > INT32_MAX) return false;
-      layout.tabOrder = static_cast<std::int32_t>(*tab);
-    }
-    if (tag.code == 340 || (tag.code == 330 && inLayoutPart)) layout.block = parseDxfHandle(tag.value);
-  }
-  return true;
-}
-
-bool readDictionaryFields(Tags tags, DictionaryFields& dictionary) {
-  std::optional<std::string_view> name;
-  for (const DxfTag& tag : tags) {
-    if (tag.code == 5) {
-      const auto handle = parseDxfHandle(tag.value);
-      if (!handle) return false;
-      dictionary.handle = *handle;
-    }
-    if (tag.code == 3) name = tag.value;
-    if ((tag.code == 350 || tag.code == 360) && name) {
-      if (const auto handle = parseDxfHandle(tag.value)) dictionary.entries.emplace_back(*name, *handle);
-      name.reset();
-    }
-  }
-  return true;
-}
 
 bool isAcadVersion(std::string_view version) {
   return version.size() == 6 && version.substr(0, 2) == "AC" &&
@@ -152,88 +134,210 @@ DxfTextCodec codecOf(std::string_view version, std::string_view codePage) {
   return DxfTextCodec::forDrawing(version, "ANSI_1252").value_or(DxfTextCodec::utf8());
 }
 
+std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+
 // Reads the records of one DXF text into an empty database of its own.
 class DxfLoader {
  public:
-  DxfLoader(ZdDbDatabase& database, std::vector<Record> records)
-      : mDatabase(database), mRecords(std::move(records)), mCodec(codecOf("AC1009", "ANSI_1252")) {}
+  DxfLoader(ZdDbDatabase& database, std::string_view text, const DxfReadOptions& options, DxfReadReport& report)
+      : mDatabase(database), mRecords(text), mOptions(options), mReport(report),
+        mCodec(codecOf("AC1009", "ANSI_1252")) {}
 
   Zeda::ErrorStatus load() {
-    while (mAt < mRecords.size() && mRecords[mAt].type == "SECTION") {
+    if (!mRecords.problem().empty() && mRecords.atEnd()) return fail(mRecords.problemLine(), mRecords.problem());
+    while (at("SECTION")) {
       if (const Zeda::ErrorStatus status = readSection(); status != Zeda::eOk) return status;
     }
-    if (mAt >= mRecords.size() || mRecords[mAt].type != "EOF") return Zeda::eBadDxfFile;
+    if (!at("EOF")) {
+      if (!mRecords.atEnd()) return fail(current().line, "SECTION or EOF expected, not " + quoted(current().type));
+      if (const Zeda::ErrorStatus status = missing("ends before EOF", "EOF added"); status != Zeda::eOk) return status;
+    }
     return finish();
   }
 
  private:
+  const Record& current() const { return mRecords.current(); }
+  bool at(std::string_view type) const { return !mRecords.atEnd() && current().type == type; }
+  bool atSectionEnd() const { return mRecords.atEnd() || at("ENDSEC") || at("EOF") || at("SECTION"); }
+  void advance() { mRecords.advance(); }
+  std::u16string decode(std::string_view raw) const { return mCodec.decode(raw); }
+
+  Zeda::ErrorStatus fail(int line, std::string problem) {
+    mReport.line = line;
+    mReport.problem = std::move(problem);
+    return Zeda::eBadDxfFile;
+  }
+
+  // Something the file lacks where the reader stands: refused, or in recover
+  // mode listed as repaired. A tag fault that cut the records short is named first.
+  Zeda::ErrorStatus missing(const std::string& problem, const std::string& repair) {
+    const bool cutShort = mRecords.atEnd() && !mRecords.problem().empty();
+    const int line = cutShort ? mRecords.problemLine() : mRecords.atEnd() ? mRecords.endLine() : current().line;
+    if (!mOptions.recover) return cutShort ? fail(line, mRecords.problem()) : fail(line, problem);
+    if (cutShort && !mReportedCut) {
+      mReportedCut = true;
+      mReport.repairs.push_back(std::to_string(line) + ": the rest of the file dropped (" + mRecords.problem() + ")");
+    }
+    mReport.repairs.push_back(std::to_string(line) + ": " + repair);
+    return Zeda::eOk;
+  }
+
+  Zeda::ErrorStatus badValue(const DxfTag& tag, std::string_view what) {
+    return fail(tag.line, "value of group " + std::to_string(tag.code) + " is not " + std::string(what));
+  }
+
+  // Reads the value of an integer group, reporting a bad one.
+  bool integerOf(const DxfTag& tag, std::int64_t& value) {
+    const auto number = parseDxfInteger(tag.value);
+    if (!number) return badValue(tag, "an integer"), false;
+    value = *number;
+    return true;
+  }
+
+  // A handle group; an empty value (as writers of files without handles
+  // emit) is no handle.
+  bool handleOf(const DxfTag& tag, std::optional<std::uint64_t>& handle) {
+    if (tag.value.find_first_not_of(' ') == std::string_view::npos) return true;
+    handle = parseDxfHandle(tag.value);
+    return handle ? true : (badValue(tag, "a handle"), false);
+  }
+
+  // --- sections ---------------------------------------------------------------------
+
   Zeda::ErrorStatus readSection() {
-    const Record& section = mRecords[mAt++];
-    if (section.tags.empty() || section.tags.front().code != 2) return Zeda::eBadDxfFile;
-    const std::string_view name = section.tags.front().value;
+    const int line = current().line;
+    std::string_view name;
+    if (!current().tags.empty() && current().tags.front().code == 2) name = current().tags.front().value;
+    if (name.empty()) return fail(line, "section name (group 2) expected");
     Zeda::ErrorStatus status = Zeda::eOk;
-    if (name == "HEADER") status = readHeader(section.tags.subspan(1));
-    else if (name == "TABLES") status = readTables();
+    if (name == "HEADER") status = readHeader(Tags(current().tags).subspan(1));
+    advance();
+    if (status != Zeda::eOk) return status;
+    if (name == "TABLES") status = readTables();
     else if (name == "BLOCKS") status = readBlocks();
     else if (name == "ENTITIES") status = readEntities({});
     else if (name == "OBJECTS") status = readObjects();
-    else skipTo("ENDSEC");
+    else
+      while (!atSectionEnd()) advance();
     if (status != Zeda::eOk) return status;
-    return atType("ENDSEC") ? (++mAt, Zeda::eOk) : Zeda::eBadDxfFile;
+    if (at("ENDSEC")) return advance(), Zeda::eOk;
+    if (!atSectionEnd()) return fail(current().line, "ENDSEC expected, not " + quoted(current().type));
+    return missing("ENDSEC of section " + std::string(name) + " expected", "ENDSEC of section " + std::string(name) + " added");
   }
-
-  bool atType(std::string_view type) const { return mAt < mRecords.size() && mRecords[mAt].type == type; }
-  bool atSectionEnd() const { return mAt >= mRecords.size() || atType("ENDSEC") || atType("EOF"); }
-  void skipTo(std::string_view type) {
-    while (!atSectionEnd() && !atType(type)) ++mAt;
-  }
-  std::u16string decode(std::string_view raw) const { return mCodec.decode(raw); }
-
-  // --- header -------------------------------------------------------------------
 
   Zeda::ErrorStatus readHeader(Tags tags) {
     std::string_view variable;
+    const DxfTag* versionTag = nullptr;
     for (const DxfTag& tag : tags) {
-      if (tag.code == 9) variable = tag.value;
-      else if (variable == "$ACADVER" && tag.code == 1) mVersion = tag.value;
-      else if (variable == "$DWGCODEPAGE" && tag.code == 3) mCodePage = tag.value;
-      else if (variable == "$HANDSEED" && tag.code == 5) mHandseed = parseDxfHandle(tag.value).value_or(0);
+      if (tag.code == 9) {
+        variable = tag.value;
+      } else if (variable == "$ACADVER" && tag.code == 1) {
+        mVersion = tag.value;
+        versionTag = &tag;
+      } else if (variable == "$DWGCODEPAGE" && tag.code == 3) {
+        mCodePage = tag.value;
+      } else if (variable == "$HANDSEED" && tag.code == 5) {
+        std::optional<std::uint64_t> seed;
+        if (!handleOf(tag, seed)) return Zeda::eBadDxfFile;
+        mHandseed = seed.value_or(0);
+      }
     }
-    if (!isAcadVersion(mVersion)) return Zeda::eBadDxfFile;
+    if (versionTag && !isAcadVersion(mVersion)) return badValue(*versionTag, "a version (AC1009 ...)");
     mCodec = codecOf(mVersion, mCodePage);
+    // Handles that the file does not give come after every one it gives.
+    mDatabase.raiseHandseed(ZdDbHandle(mHandseed));
     return Zeda::eOk;
+  }
+
+  // --- entity fields ------------------------------------------------------------------
+
+  bool readEntityFields(Tags tags, EntityFields& fields, bool isInsert) {
+    bool inGroup = false;
+    for (std::size_t at = 0; at < tags.size(); ++at) {
+      const DxfTag& tag = tags[at];
+      std::int64_t number = 0;
+      switch (tag.code) {
+        case 102: inGroup = !tag.value.empty() && tag.value.front() == '{'; break;
+        case 5:
+          if (!handleOf(tag, fields.handle)) return false;
+          break;
+        case 330:
+          if (!inGroup && !fields.owner) fields.owner = parseDxfHandle(tag.value);
+          break;
+        case 8: fields.layer = tag.value; break;
+        case 2:
+          if (!fields.name) fields.name = tag.value;
+          break;
+        case 1:
+          if (fields.text.empty()) fields.text = tag.value;
+          break;
+        case 100: fields.multiple = fields.multiple || tag.value == "AcDbMInsertBlock"; break;
+        case 66:
+        case 67:
+          if (!integerOf(tag, number)) return false;
+          if (tag.code == 67) fields.paperSpace = number == 1;
+          break;
+        case 70:
+        case 71:
+          if (!isInsert) break;
+          if (!integerOf(tag, number)) return false;
+          (tag.code == 70 ? fields.columns : fields.rows) = number;
+          break;
+        case XD_APPNAME: fields.xdata = tags.subspan(at); return true;
+        default: break;
+      }
+    }
+    return true;
   }
 
   // --- tables: the block records, with their handles -------------------------------
 
   Zeda::ErrorStatus readTables() {
-    while (atType("TABLE")) {
-      EntityFields table;
-      if (!readEntityFields(mRecords[mAt++].tags, table)) return Zeda::eBadDxfFile;
-      const bool blockRecords = table.name == "BLOCK_RECORD";
-      if (blockRecords && table.handle) mDatabase.setObjectHandle(mDatabase.blockTableId(), ZdDbHandle(*table.handle));
-      for (; !atSectionEnd() && !atType("ENDTAB"); ++mAt) {
-        if (blockRecords && !readBlockRecord(mRecords[mAt])) return Zeda::eBadDxfFile;
+    while (!atSectionEnd()) {
+      bool blockRecords = false;
+      if (at("TABLE")) {
+        EntityFields table;
+        if (!readEntityFields(current().tags, table, false)) return Zeda::eBadDxfFile;
+        blockRecords = table.name == "BLOCK_RECORD";
+        if (blockRecords && table.handle) mDatabase.setObjectHandle(mDatabase.blockTableId(), ZdDbHandle(*table.handle));
+        advance();
+      } else {
+        const std::string type(current().type);
+        if (const auto status = missing("TABLE expected, not " + quoted(type), "TABLE head added before " + quoted(type));
+            status != Zeda::eOk)
+          return status;
+        blockRecords = type == "BLOCK_RECORD";
       }
-      if (!atType("ENDTAB")) return Zeda::eBadDxfFile;
-      ++mAt;
+      for (; !atSectionEnd() && !at("ENDTAB") && !at("TABLE"); advance()) {
+        if (blockRecords && !readBlockRecord(current())) return Zeda::eBadDxfFile;
+      }
+      if (at("ENDTAB")) {
+        advance();
+      } else if (const auto status = missing("ENDTAB expected", "ENDTAB added"); status != Zeda::eOk) {
+        return status;
+      }
     }
     return Zeda::eOk;
   }
 
   bool readBlockRecord(const Record& record) {
+    if (record.type != "BLOCK_RECORD") return fail(record.line, "BLOCK_RECORD expected, not " + quoted(record.type)), false;
     EntityFields fields;
-    if (record.type != "BLOCK_RECORD" || !readEntityFields(record.tags, fields) || !fields.name) return false;
-    const ZdDbObjectId id = blockRecord(*fields.name);
-    if (fields.handle) mDatabase.setObjectHandle(id, ZdDbHandle(*fields.handle));
+    if (!readEntityFields(record.tags, fields, false)) return false;
+    if (!fields.name) return fail(record.line, "block name (group 2) expected"), false;
+    defineBlock(*fields.name, fields.handle);
     return true;
   }
 
-  // The record of a block name (made when missing); names looked up once.
-  ZdDbObjectId blockRecord(std::string_view rawName) {
-    const auto known = mBlocksByName.find(std::string(rawName));
-    if (known != mBlocksByName.end()) return known->second;
+  // The record of a block the file defines (made when new).
+  ZdDbObjectId defineBlock(std::string_view rawName, std::optional<std::uint64_t> handle) {
+    const auto known = mBlocksByName.find(rawName);
+    if (known != mBlocksByName.end()) {
+      if (handle) mDatabase.setObjectHandle(known->second, ZdDbHandle(*handle));
+      return known->second;
+    }
     const ZdDbObjectId id = mDatabase.blockTableRecordId(decode(blockNameOf(rawName)), true);
+    if (handle) mDatabase.setObjectHandle(id, ZdDbHandle(*handle));
     mBlocksByName.emplace(rawName, id);
     return id;
   }
@@ -241,59 +345,83 @@ class DxfLoader {
   // --- blocks and entities -----------------------------------------------------------
 
   Zeda::ErrorStatus readBlocks() {
-    while (atType("BLOCK")) {
+    while (at("BLOCK")) {
       EntityFields block;
-      if (!readEntityFields(mRecords[mAt++].tags, block) || !block.name || block.name->empty()) return Zeda::eBadDxfFile;
-      const Zeda::ErrorStatus status = readEntities(blockRecord(*block.name));
-      if (status != Zeda::eOk) return status;
-      if (!atType("ENDBLK")) return Zeda::eBadDxfFile;
-      ++mAt;
+      const int line = current().line;
+      if (!readEntityFields(current().tags, block, false)) return Zeda::eBadDxfFile;
+      if (!block.name || block.name->empty()) return fail(line, "block name (group 2) expected");
+      const ZdDbObjectId id = defineBlock(*block.name, std::nullopt);
+      advance();
+      if (const Zeda::ErrorStatus status = readEntities(id); status != Zeda::eOk) return status;
+      if (at("ENDBLK")) {
+        advance();
+      } else if (const auto status = missing("ENDBLK of block " + quoted(*block.name) + " expected",
+                                             "ENDBLK of block " + quoted(*block.name) + " added");
+                 status != Zeda::eOk) {
+        return status;
+      }
     }
+    if (!atSectionEnd()) return fail(current().line, "BLOCK expected, not " + quoted(current().type));
     return Zeda::eOk;
   }
 
   // Reads entities into `block` (null: each into the space its owner or code
   // 67 names) up to the end of the section or of the block.
   Zeda::ErrorStatus readEntities(ZdDbObjectId block) {
-    while (!atSectionEnd() && !atType("ENDBLK")) {
+    while (!atSectionEnd() && !at("ENDBLK") && !at("BLOCK")) {
       if (const Zeda::ErrorStatus status = readEntity(block); status != Zeda::eOk) return status;
     }
     return Zeda::eOk;
   }
 
   Zeda::ErrorStatus readEntity(ZdDbObjectId block) {
-    const Record& record = mRecords[mAt++];
+    const Record& record = current();
+    const bool isInsert = record.type == "INSERT", isPolyline = record.type == "POLYLINE";
     EntityFields fields;
-    if (!readEntityFields(record.tags, fields)) return Zeda::eBadDxfFile;
-    std::unique_ptr<ZdDbEntity> entity = makeEntity(record.type, fields);
+    if (!readEntityFields(record.tags, fields, isInsert)) return Zeda::eBadDxfFile;
+    std::unique_ptr<ZdDbEntity> entity = makeEntity(record, fields);
     if (!entity) return Zeda::eBadDxfFile;
     entity->setLayer(decode(fields.layer));
-    const bool isInsert = entity->isKindOf(ZdDbBlockReference::desc());
-    const ZdDbObjectId id = mDatabase.appendEntity(block.isNull() ? spaceOf(fields) : block, std::move(entity));
+    entity->setKeptDxfGroups(record.body);
+    const ZdDbHandle handle(fields.handle.value_or(0));
+    const ZdDbObjectId id = mDatabase.appendEntity(block.isNull() ? spaceOf(fields) : block, std::move(entity), handle);
     if (const Zeda::ErrorStatus status = keepHandleAndXData(id, fields); status != Zeda::eOk) return status;
-    if (!fields.followers) return Zeda::eOk;
-    return isInsert ? readAttributes(id) : skipVertices();
+    if (isInsert && fields.name) mPendingReferences.emplace_back(id, *fields.name);
+    advance();
+    if (isInsert) return readAttributes(id);
+    if (isPolyline) return readVertices();
+    return Zeda::eOk;
   }
 
-  // A new entity of the record's type; null for a type that only follows
-  // another or a text that names no type.
-  std::unique_ptr<ZdDbEntity> makeEntity(std::string_view type, const EntityFields& fields) {
-    if (type == "INSERT" || type == "ACAD_TABLE") {
-      if (type == "INSERT" && (!fields.name || fields.name->empty())) return nullptr;
-      auto reference = type == "INSERT" ? std::make_unique<ZdDbBlockReference>() : std::make_unique<ZdDbTable>();
-      if (fields.name && !fields.name->empty()) reference->setBlockTableRecord(blockRecord(*fields.name));
-      return reference;
+  // A new entity of the record's type; null (with the fault) for a type that
+  // only follows another or a text that names no type.
+  std::unique_ptr<ZdDbEntity> makeEntity(const Record& record, const EntityFields& fields) {
+    const std::string_view type = record.type;
+    if (type == "INSERT") {
+      if (!fields.name || fields.name->empty()) return fail(record.line, "block name (group 2) expected"), nullptr;
+      if (!fields.multiple && fields.columns <= 1 && fields.rows <= 1) return std::make_unique<ZdDbBlockReference>();
+      if (fields.columns < 1 || fields.rows < 1 || fields.columns > 32767 || fields.rows > 32767)
+        return fail(record.line, "row and column counts (groups 70, 71) from 1 to 32767 expected"), nullptr;
+      return std::make_unique<ZdDbMInsertBlock>(static_cast<int>(fields.columns), static_cast<int>(fields.rows));
+    }
+    if (type == "ACAD_TABLE") {
+      auto table = std::make_unique<ZdDbTable>();
+      if (fields.name && !fields.name->empty()) {
+        if (const auto known = mBlocksByName.find(*fields.name); known != mBlocksByName.end())
+          table->setBlockTableRecord(known->second);
+      }
+      return table;
     }
     if (type == "TEXT") {
       auto text = std::make_unique<ZdDbText>();
       text->setTextString(decode(fields.text));
       return text;
     }
-    if (type == "ATTRIB" || type == "SEQEND" || type == "VERTEX" || type == "BLOCK" || type == "SECTION" ||
-        type == "EOF")
-      return nullptr;
+    if (type == "ATTRIB" || type == "SEQEND" || type == "VERTEX" || type == "BLOCK" || type == "ENDBLK")
+      return fail(record.line, quoted(type) + " stands where an entity was expected"), nullptr;
     const ZdRxClass* cls = dxfEntityClassOf(type);
-    return cls ? std::make_unique<ZdDbEntity>(cls) : nullptr;
+    if (!cls) return fail(record.line, "entity type expected, not " + quoted(type)), nullptr;
+    return std::make_unique<ZdDbEntity>(cls);
   }
 
   ZdDbObjectId spaceOf(const EntityFields& fields) const {
@@ -309,39 +437,53 @@ class DxfLoader {
     if (fields.xdata.empty()) return Zeda::eOk;
     ZdValueNode* chain = nullptr;
     Zeda::ErrorStatus status = readDxfXData(fields.xdata, mCodec, chain);
-    if (status == Zeda::eOk) status = mDatabase.objectAt(id)->setXData(chain);
+    if (status == Zeda::eOk) status = mDatabase.objectAt(id)->setXDataAsRead(chain);
     zdutRelRb(chain);
+    if (status == Zeda::eBadDxfFile) return fail(fields.xdata.front().line, "extended data (groups 1000 to 1071) expected");
     return status;
   }
 
-  // The ATTRIB records after an INSERT, up to and with its SEQEND.
+  // The ATTRIB records after an INSERT (with or without its 66 group), up to
+  // and with its SEQEND.
   Zeda::ErrorStatus readAttributes(ZdDbObjectId referenceId) {
+    if (!at("ATTRIB")) {
+      if (at("SEQEND")) advance();  // a 66 without attributes
+      return Zeda::eOk;
+    }
     auto* reference = static_cast<ZdDbBlockReference*>(mDatabase.objectAt(referenceId));
-    for (; atType("ATTRIB"); ++mAt) {
+    for (; at("ATTRIB"); advance()) {
       EntityFields fields;
-      if (!readEntityFields(mRecords[mAt].tags, fields)) return Zeda::eBadDxfFile;
+      if (!readEntityFields(current().tags, fields, false)) return Zeda::eBadDxfFile;
       auto attribute = std::make_unique<ZdDbAttribute>();
       attribute->setTag(decode(fields.name.value_or("")));
       attribute->setTextString(decode(fields.text));
       attribute->setLayer(decode(fields.layer));
-      const ZdDbObjectId id = mDatabase.addObject(std::move(attribute), referenceId);
+      attribute->setKeptDxfGroups(current().body);
+      const ZdDbObjectId id = mDatabase.addObject(std::move(attribute), referenceId, ZdDbHandle(fields.handle.value_or(0)));
       reference->appendAttributeId(id);
       if (const Zeda::ErrorStatus status = keepHandleAndXData(id, fields); status != Zeda::eOk) return status;
     }
-    return atType("SEQEND") ? (++mAt, Zeda::eOk) : Zeda::eBadDxfFile;
+    if (at("SEQEND")) return advance(), Zeda::eOk;
+    return missing("SEQEND after the attributes expected", "SEQEND added after the attributes");
   }
 
-  // The VERTEX records of an old-style polyline, up to and with its SEQEND.
-  Zeda::ErrorStatus skipVertices() {
-    while (atType("VERTEX")) ++mAt;
-    return atType("SEQEND") ? (++mAt, Zeda::eOk) : Zeda::eBadDxfFile;
+  // The VERTEX records of an old-style polyline (with or without its 66
+  // group), up to and with its SEQEND. They stay in the polyline's kept groups.
+  Zeda::ErrorStatus readVertices() {
+    if (!at("VERTEX")) {
+      if (at("SEQEND")) advance();
+      return Zeda::eOk;
+    }
+    while (at("VERTEX")) advance();
+    if (at("SEQEND")) return advance(), Zeda::eOk;
+    return missing("SEQEND after the vertices expected", "SEQEND added after the vertices");
   }
 
   // --- objects: the layout dictionary ----------------------------------------------------
 
   Zeda::ErrorStatus readObjects() {
-    for (; !atSectionEnd(); ++mAt) {
-      const Record& record = mRecords[mAt];
+    for (; !atSectionEnd(); advance()) {
+      const Record& record = current();
       if (record.type == "DICTIONARY") {
         DictionaryFields dictionary;
         if (!readDictionaryFields(record.tags, dictionary)) return Zeda::eBadDxfFile;
@@ -349,16 +491,51 @@ class DxfLoader {
       } else if (record.type == "LAYOUT") {
         EntityFields object;
         LayoutFields layout;
-        if (!readEntityFields(record.tags, object) || !readLayoutFields(record.tags, layout)) return Zeda::eBadDxfFile;
+        if (!readEntityFields(record.tags, object, false) || !readLayoutFields(record.tags, layout))
+          return Zeda::eBadDxfFile;
         if (object.handle) mLayouts[*object.handle] = layout;
       }
     }
     return Zeda::eOk;
   }
 
+  // A LAYOUT object: its name and block record are the ones of its AcDbLayout part.
+  bool readLayoutFields(Tags tags, LayoutFields& layout) {
+    bool inLayoutPart = false;
+    for (const DxfTag& tag : tags) {
+      if (tag.code == 100) inLayoutPart = tag.value == "AcDbLayout";
+      if (tag.code == 1 && (inLayoutPart || layout.name.empty())) layout.name = tag.value;
+      if (tag.code == 71) {
+        std::int64_t tab = 0;
+        if (!integerOf(tag, tab)) return false;
+        if (tab < INT32_MIN || tab > INT32_MAX) return badValue(tag, "a 32-bit integer"), false;
+        layout.tabOrder = static_cast<std::int32_t>(tab);
+      }
+      if (tag.code == 340 || (tag.code == 330 && inLayoutPart)) layout.block = parseDxfHandle(tag.value);
+    }
+    return true;
+  }
+
+  bool readDictionaryFields(Tags tags, DictionaryFields& dictionary) {
+    std::optional<std::string_view> name;
+    for (const DxfTag& tag : tags) {
+      if (tag.code == 5) {
+        std::optional<std::uint64_t> handle;
+        if (!handleOf(tag, handle)) return false;
+        dictionary.handle = handle.value_or(0);
+      }
+      if (tag.code == 3) name = tag.value;
+      if ((tag.code == 350 || tag.code == 360) && name) {
+        if (const auto handle = parseDxfHandle(tag.value)) dictionary.entries.emplace_back(*name, *handle);
+        name.reset();
+      }
+    }
+    return true;
+  }
+
   const DictionaryFields* dictionary(std::uint64_t handle) const {
     for (const DictionaryFields& candidate : mDictionaries)
-      if (candidate.handle == handle) return &candidate;
+      if (handle != 0 && candidate.handle == handle) return &candidate;
     return nullptr;
   }
 
@@ -370,8 +547,10 @@ class DxfLoader {
     return nullptr;
   }
 
-  void addLayouts(const DictionaryFields& layouts) {
+  // The layouts of the dictionary that the file has objects of; false when none.
+  bool addLayouts(const DictionaryFields& layouts) {
     mDatabase.setObjectHandle(mDatabase.layoutDictionaryId(), ZdDbHandle(layouts.handle));
+    bool any = false;
     for (const auto& [entryName, handle] : layouts.entries) {
       const auto layout = mLayouts.find(handle);
       if (layout == mLayouts.end()) continue;
@@ -380,39 +559,74 @@ class DxfLoader {
       if (layout->second.block) block = mDatabase.getObjectId(ZdDbHandle(*layout->second.block));
       if (!dynamic_cast<const ZdDbBlockTableRecord*>(mDatabase.objectAt(block))) block = ZdDbObjectId();
       mDatabase.setObjectHandle(mDatabase.addLayout(decode(name), layout->second.tabOrder, block), ZdDbHandle(handle));
+      any = true;
+    }
+    return any;
+  }
+
+  // Each INSERT's block: the record of that name, or none (with the name
+  // kept) when the file never defines it.
+  void resolveReferences() {
+    for (const auto& [id, rawName] : mPendingReferences) {
+      auto* reference = static_cast<ZdDbBlockReference*>(mDatabase.objectAt(id));
+      if (const auto known = mBlocksByName.find(rawName); known != mBlocksByName.end()) {
+        reference->setBlockTableRecord(known->second);
+        continue;
+      }
+      const std::u16string name = decode(blockNameOf(rawName));
+      const ZdDbObjectId block = mDatabase.blockTableRecordId(name);
+      if (!block.isNull()) {
+        reference->setBlockTableRecord(block);
+        continue;
+      }
+      reference->setUndefinedBlockName(name);
+      if (std::find(mReport.undefinedBlocks.begin(), mReport.undefinedBlocks.end(), rawName) ==
+          mReport.undefinedBlocks.end())
+        mReport.undefinedBlocks.emplace_back(rawName);
     }
   }
 
   Zeda::ErrorStatus finish() {
-    if (const DictionaryFields* layouts = layoutDictionary()) {
-      addLayouts(*layouts);
-    } else {
-      // A drawing without layouts (R12): the tabs every drawing has.
+    resolveReferences();
+    // One rule for every version: a drawing whose layout dictionary names no
+    // layout (R12 has none, R13 and R14 an empty one) has the tabs every
+    // drawing has.
+    const DictionaryFields* layouts = layoutDictionary();
+    if (!layouts || !addLayouts(*layouts)) {
       mDatabase.addLayout(u"Model", 0, mDatabase.modelSpaceId());
       mDatabase.addLayout(u"Layout1", 1, mDatabase.paperSpaceId());
     }
     mDatabase.setDwgVersion(decode(mVersion));
     mDatabase.setCodePage(decode(mCodePage));
-    mDatabase.raiseHandseed(ZdDbHandle(mHandseed));
     return Zeda::eOk;
   }
 
   ZdDbDatabase& mDatabase;
-  std::vector<Record> mRecords;
-  std::size_t mAt = 0;
+  RecordReader mRecords;
+  const DxfReadOptions& mOptions;
+  DxfReadReport& mReport;
+  bool mReportedCut = false;
   DxfTextCodec mCodec;
   std::string_view mVersion = "AC1009";  // what a file without a header is
   std::string_view mCodePage = "ANSI_1252";
   std::uint64_t mHandseed = 0;
-  std::unordered_map<std::string, ZdDbObjectId> mBlocksByName;
+  std::map<std::string_view, ZdDbObjectId> mBlocksByName;
+  std::vector<std::pair<ZdDbObjectId, std::string_view>> mPendingReferences;
   std::vector<DictionaryFields> mDictionaries;
   std::map<std::uint64_t, LayoutFields> mLayouts;
 };
 
 // The bytes of a file; eFileNotFound or eFileAccessErr when they can't be had.
-Zeda::ErrorStatus readFileBytes(const std::string& path, std::string& bytes) {
+Zeda::ErrorStatus readFileBytes(const std::string& path, std::string& bytes, DxfReadReport& report) {
   const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (fd < 0) return errno == ENOENT || errno == ENOTDIR ? Zeda::eFileNotFound : Zeda::eFileAccessErr;
+  struct stat info {};
+  if (::fstat(fd, &info) == 0 && S_ISDIR(info.st_mode)) {
+    ::close(fd);
+    report.problem = "is a folder, not a drawing";
+    return Zeda::eFileAccessErr;
+  }
+  if (info.st_size > 0) bytes.reserve(static_cast<std::size_t>(info.st_size));
   char buffer[1 << 16];
   ssize_t count = 0;
   while ((count = ::read(fd, buffer, sizeof buffer)) > 0) bytes.append(buffer, static_cast<std::size_t>(count));
@@ -422,21 +636,46 @@ Zeda::ErrorStatus readFileBytes(const std::string& path, std::string& bytes) {
 
 }  // namespace
 
-Zeda::ErrorStatus readDxfDrawing(std::string_view text, ZdDbDatabase& database) {
-  std::vector<DxfTag> tags;
-  int errorLine = 0;
-  std::vector<Record> records;
-  if (readDxfTags(text, tags, errorLine) != DxfTagStatus::Ok || !splitRecords(tags, records)) return Zeda::eBadDxfFile;
+Zeda::ErrorStatus readDxfDrawingText(std::string text, ZdDbDatabase& database, const DxfReadOptions& options,
+                                     DxfReadReport* report) {
+  DxfReadReport local;
+  DxfReadReport& out = report ? *report : local;
+  out = {};
+  if (isBinaryDxf(text)) {
+    out.line = 1;
+    out.problem = "a binary DXF file, not an ASCII one";
+    return Zeda::eBadDxfFile;
+  }
   ZdDbDatabase loaded(false, true);
-  const Zeda::ErrorStatus status = DxfLoader(loaded, std::move(records)).load();
-  if (status == Zeda::eOk) database.swapContents(loaded);
-  return status;
+  const std::string& kept = loaded.keepSourceText(std::move(text));
+  if (kept.find_first_not_of(" \t\r\n") == std::string::npos) {
+    out.line = 1;
+    out.problem = "the file is empty";
+    return Zeda::eBadDxfFile;
+  }
+  const Zeda::ErrorStatus status = DxfLoader(loaded, kept, options, out).load();
+  if (status != Zeda::eOk) return status;
+  database.swapContents(loaded);
+  return Zeda::eOk;
+}
+
+Zeda::ErrorStatus readDxfDrawing(std::string_view text, ZdDbDatabase& database, const DxfReadOptions& options,
+                                 DxfReadReport* report) {
+  return readDxfDrawingText(std::string(text), database, options, report);
+}
+
+Zeda::ErrorStatus readDxfDrawingFile(const std::string& path, ZdDbDatabase& database, const DxfReadOptions& options,
+                                     DxfReadReport* report) {
+  DxfReadReport local;
+  DxfReadReport& out = report ? *report : local;
+  out = {};
+  std::string bytes;
+  const Zeda::ErrorStatus status = readFileBytes(path, bytes, out);
+  return status == Zeda::eOk ? readDxfDrawingText(std::move(bytes), database, options, &out) : status;
 }
 
 Zeda::ErrorStatus ZdDbDatabase::readDwgFile(const char16_t* fileName, int, bool, const char16_t*) {
   const std::optional<std::string> path = fileName ? WindowsPathToPosix(fileName) : std::nullopt;
   if (!path) return Zeda::eFileNotFound;
-  std::string bytes;
-  const Zeda::ErrorStatus status = readFileBytes(*path, bytes);
-  return status == Zeda::eOk ? readDxfDrawing(bytes, *this) : status;
+  return readDxfDrawingFile(*path, *this);
 }

@@ -235,10 +235,19 @@ class DxfWriter {
     std::vector<const ZdDbAttribute*> attributes;
     for (const ZdDbObjectId id : reference.attributeIds())
       if (const auto* attribute = live<ZdDbAttribute>(id); attribute && !isTable) attributes.push_back(attribute);
-    if (!isR12()) appendDxfTag(out, 100, "AcDbBlockReference");
+    const auto* multiple = dynamic_cast<const ZdDbMInsertBlock*>(&reference);
+    if (!isR12()) appendDxfTag(out, 100, multiple ? "AcDbMInsertBlock" : "AcDbBlockReference");
     if (!attributes.empty()) appendDxfTag(out, 66, "1");
-    if (const auto* block = live<ZdDbBlockTableRecord>(reference.blockTableRecord())) appendDxfTag(out, 2, blockName(*block));
+    if (const auto* block = live<ZdDbBlockTableRecord>(reference.blockTableRecord())) {
+      appendDxfTag(out, 2, blockName(*block));
+    } else if (!reference.undefinedBlockName().empty()) {
+      appendDxfTag(out, 2, text(reference.undefinedBlockName()));
+    }
     appendPoint(out, 10);
+    if (multiple) {
+      appendDxfTag(out, 70, std::to_string(multiple->columns()));
+      appendDxfTag(out, 71, std::to_string(multiple->rows()));
+    }
     if (isTable && !isR12()) appendDxfTag(out, 100, "AcDbTable");
     writeXData(out, reference);
     if (attributes.empty()) return;

@@ -10,8 +10,9 @@
 namespace {
 
 // Types whose class name is not "ZdDb" + the capitalised type.
-constexpr std::array<std::pair<std::string_view, std::u16string_view>, 11> kNamedClasses{{
+constexpr std::array<std::pair<std::string_view, std::u16string_view>, 12> kNamedClasses{{
     {"INSERT", u"ZdDbBlockReference"},
+    {"INSERT", u"ZdDbMInsertBlock"},  // found by class only: "INSERT" names the first
     {"ACAD_TABLE", u"ZdDbTable"},
     {"ATTRIB", u"ZdDbAttribute"},
     {"ATTDEF", u"ZdDbAttributeDefinition"},

@@ -6,12 +6,16 @@
 namespace {
 
 constexpr std::string_view kBinarySentinel = "AutoCAD Binary DXF";
+constexpr int kComment = 999;
 
 // The next line of `text` from `pos` (without its end); moves `pos` past the end.
 std::string_view nextLine(std::string_view text, std::size_t& pos) {
-  const std::size_t end = std::min(text.find_first_of("\r\n", pos), text.size());
-  const std::string_view line = text.substr(pos, end - pos);
-  pos = end;
+  const char* const begin = text.data() + pos;
+  const char* const end = text.data() + text.size();
+  const char* stop = begin;
+  while (stop != end && *stop != '\n' && *stop != '\r') ++stop;
+  const std::string_view line(begin, static_cast<std::size_t>(stop - begin));
+  pos += line.size();
   if (pos < text.size() && text[pos] == '\r') ++pos;
   if (pos < text.size() && text[pos] == '\n') ++pos;
   return line;
@@ -29,39 +33,49 @@ bool parseGroupCode(std::string_view line, int& code) {
   return error == std::errc() && end == digits.data() + digits.size() && !digits.empty();
 }
 
+bool onlyBlanksFrom(std::string_view text, std::size_t pos) {
+  return text.find_first_not_of(" \t\r\n", pos) == std::string_view::npos;
+}
+
 }  // namespace
 
-DxfTagStatus readDxfTags(std::string_view text, std::vector<DxfTag>& tags, int& errorLine) {
-  tags.clear();
-  errorLine = 0;
-  if (text.substr(0, kBinarySentinel.size()) == kBinarySentinel) return DxfTagStatus::Binary;
-  if (text.substr(0, 3) == "\xEF\xBB\xBF") text.remove_prefix(3);  // a UTF-8 byte order mark
-  // One allocation for all tags: two lines each.
-  tags.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) / 2 + 1);
-  std::size_t pos = 0;
-  for (int line = 1; pos < text.size(); line += 2) {
-    // Blank lines behind the last tag are no tag.
-    if (text.find_first_not_of(" \t\r\n", pos) == std::string_view::npos) break;
-    DxfTag tag;
-    tag.line = line;
-    if (!parseGroupCode(nextLine(text, pos), tag.code)) {
-      errorLine = line;
-      tags.clear();
-      return DxfTagStatus::BadGroupCode;
-    }
-    if (pos >= text.size()) {
-      errorLine = line;
-      tags.clear();
-      return DxfTagStatus::MissingValue;
-    }
-    tag.value = std::string(nextLine(text, pos));
-    tags.push_back(std::move(tag));
+bool isDxfGroupCode(int code) {
+  return (code >= 0 && code <= 79) || (code >= 90 && code <= 102) || code == 105 || (code >= 110 && code <= 149) ||
+         (code >= 160 && code <= 179) || (code >= 210 && code <= 239) || (code >= 270 && code <= 481) ||
+         code == kComment || (code >= 1000 && code <= 1071);
+}
+
+bool isBinaryDxf(std::string_view text) { return text.substr(0, kBinarySentinel.size()) == kBinarySentinel; }
+
+DxfTagReader::DxfTagReader(std::string_view text) : mText(text) {
+  if (mText.substr(0, 3) == "\xEF\xBB\xBF") mPos = 3;  // a UTF-8 byte order mark
+}
+
+bool DxfTagReader::fail(int line, std::string problem) {
+  mProblemLine = line;
+  mProblem = std::move(problem);
+  mPos = mText.size();
+  return false;
+}
+
+bool DxfTagReader::next(DxfTag& tag) {
+  for (;;) {
+    if (mPos >= mText.size() || onlyBlanksFrom(mText, mPos)) return false;
+    tag.line = mLine;
+    const std::string_view codeLine = nextLine(mText, mPos);
+    if (!parseGroupCode(codeLine, tag.code)) return fail(tag.line, "group code expected");
+    if (!isDxfGroupCode(tag.code)) return fail(tag.line, "group code " + std::to_string(tag.code) + " is not a DXF group code");
+    if (mPos >= mText.size()) return fail(tag.line, "value of group " + std::to_string(tag.code) + " expected, the file ends");
+    tag.value = nextLine(mText, mPos);
+    mLine += 2;
+    if (tag.code != kComment) return true;
   }
-  return tags.empty() ? DxfTagStatus::Empty : DxfTagStatus::Ok;
 }
 
 void appendDxfTag(std::string& out, int code, std::string_view value) {
-  std::string codeText = std::to_string(code);
-  if (codeText.size() < 3) codeText.insert(0, 3 - codeText.size(), ' ');
-  out.append(codeText).append("\r\n").append(value).append("\r\n");
+  char digits[12];
+  const auto [end, error] = std::to_chars(digits, digits + sizeof digits, code);
+  const std::size_t length = static_cast<std::size_t>(end - digits);
+  if (length < 3) out.append(3 - length, ' ');
+  out.append(digits, length).append("\r\n").append(value).append("\r\n");
 }

@@ -1,33 +1,54 @@
 // The tag layer of DXF drawing files: a DXF text is a series of tags, each a
 // group code line (an integer, blanks around it allowed) and a value line.
-// This layer splits a file into tags and joins tags into a file, and knows
-// nothing of entities; the drawing reader and writer stand on it.
+// DxfTagReader walks a text one tag at a time; every tag it gives is a view
+// into that text, so the text must outlive the tags. 999 comments are passed
+// over wherever they stand. appendDxfTag joins tags into a file.
 //
 // Values stay raw bytes here: their encoding is known only once the header
 // has been read (DxfTextCodec turns them into text).
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 struct DxfTag {
-  int code = 0;       // group code
-  std::string value;  // value line, raw bytes, without its line end
-  int line = 0;       // line number of the group code, counting from 1
+  int code = 0;            // group code
+  std::string_view value;  // value line, raw bytes, without its line end
+  int line = 0;            // line number of the group code, counting from 1
 };
 
-enum class DxfTagStatus {
-  Ok,
-  Empty,         // no tag at all
-  Binary,        // a binary DXF file, which this layer does not read
-  BadGroupCode,  // a group code line that is not an integer
-  MissingValue,  // the file ends after a group code
-};
+// Whether `code` is a group code that DXF defines (0-79, 90-102, 105,
+// 110-149, 160-179, 210-239, 270-481, 999, 1000-1071).
+bool isDxfGroupCode(int code);
 
-// Splits `text` into `tags` (replaced). Lines end in LF, CRLF or CR. On
-// failure `tags` is emptied and `errorLine` names the line at fault.
-DxfTagStatus readDxfTags(std::string_view text, std::vector<DxfTag>& tags, int& errorLine);
+// Whether `text` starts as a binary DXF file, which this layer does not read.
+bool isBinaryDxf(std::string_view text);
+
+class DxfTagReader {
+ public:
+  // Reads `text` from its start, after a UTF-8 byte order mark.
+  explicit DxfTagReader(std::string_view text);
+
+  // The next tag (comments passed over). False at the end of the text
+  // (blank lines at the end are no tag) or at a fault, which problem() names.
+  bool next(DxfTag& tag);
+  // What was wrong at problemLine(), empty when nothing was.
+  const std::string& problem() const noexcept { return mProblem; }
+  int problemLine() const noexcept { return mProblemLine; }
+  // Byte offset in the text of the next tag's group code line.
+  std::size_t offset() const noexcept { return mPos; }
+  std::string_view text() const noexcept { return mText; }
+
+ private:
+  bool fail(int line, std::string problem);
+  std::string_view mText;
+  std::size_t mPos = 0;
+  int mLine = 1;
+  int mProblemLine = 0;
+  std::string mProblem;
+};
 
 // Appends one tag as the host writes it: the group code right-aligned in
 // three places, the value on the next line, both ended by CRLF.

@@ -76,7 +76,8 @@ std::string objectText(const ZdDbDatabase& db, const ZdDbObject& object, const S
   std::string text = U8(object.isA()->name()) + handleText(object, shown.handles);
   if (const auto* entity = dynamic_cast<const ZdDbEntity*>(&object)) text += " layer=" + U8(entity->layer());
   if (const auto* reference = dynamic_cast<const ZdDbBlockReference*>(&object))
-    text += " -> " + blockNameOf(db, reference->blockTableRecord());
+    text += " -> " + (reference->blockTableRecord().isNull() ? "undefined " + U8(reference->undefinedBlockName())
+                                                              : blockNameOf(db, reference->blockTableRecord()));
   if (const auto* attribute = dynamic_cast<const ZdDbAttribute*>(&object))
     text += " " + U8(attribute->tagConst() ? attribute->tagConst() : u"<null>");
   if (const auto* single = dynamic_cast<const ZdDbText*>(&object)) text += " \"" + U8(single->textStringConst()) + "\"";
@@ -470,8 +471,8 @@ struct AcceptedCase {
 
 std::vector<AcceptedCase> acceptedCases() {
   const std::vector<std::string> base{"AC1015 ANSI_1252", "block *Model_Space",
-                                      "  ZdDbBlockReference layer=SYMS -> COIL 1001:KVA_WD_FP 1070:5",
-                                      "    ZdDbAttribute layer=SYMS TAG1 \"-K1\"", "block *Paper_Space", "block COIL"};
+                                      "  ZdDbBlockReference layer=SYMS -> undefined COIL 1001:KVA_WD_FP 1070:5",
+                                      "    ZdDbAttribute layer=SYMS TAG1 \"-K1\"", "block *Paper_Space"};
   auto with = [&](std::vector<std::string> lines, std::size_t at, std::string line) {
     lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(at), std::move(line));
     return lines;
@@ -495,8 +496,8 @@ std::vector<AcceptedCase> acceptedCases() {
        base},
       {"paper space by code 67", replaced(kBase, " 66\n1\n", " 66\n1\n 67\n1\n"),
        {"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space",
-        "  ZdDbBlockReference layer=SYMS -> COIL 1001:KVA_WD_FP 1070:5", "    ZdDbAttribute layer=SYMS TAG1 \"-K1\"",
-        "block COIL"}},
+        "  ZdDbBlockReference layer=SYMS -> undefined COIL 1001:KVA_WD_FP 1070:5",
+        "    ZdDbAttribute layer=SYMS TAG1 \"-K1\""}},
   };
 }
 

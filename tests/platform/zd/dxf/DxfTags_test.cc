@@ -7,38 +7,45 @@
 
 namespace {
 
-TEST(DxfTags, SplitsCodeAndValueLinesWithAnyLineEnd) {
-  for (const char* text : {"  0\nSECTION\n  2\nHEADER\n0\nEOF\n", "  0\r\nSECTION\r\n  2\r\nHEADER\r\n0\r\nEOF\r\n\r\n",
-                           "0\rSECTION\r2\rHEADER\r0\rEOF"}) {
-    SCOPED_TRACE(text);
-    std::vector<DxfTag> tags;
-    int errorLine = -1;
-    ASSERT_EQ(readDxfTags(text, tags, errorLine), DxfTagStatus::Ok);
-    ASSERT_EQ(tags.size(), 3u);
-    EXPECT_EQ(tags[1].code, 2);
-    EXPECT_EQ(tags[1].value, "HEADER");
-    EXPECT_EQ(tags[1].line, 3);
-    EXPECT_EQ(tags[2].value, "EOF");
+// All tags of a text as "code:value@line", and the fault with its line.
+std::string tagsOf(std::string_view text) {
+  DxfTagReader reader(text);
+  std::string out;
+  for (DxfTag tag; reader.next(tag);)
+    out += std::to_string(tag.code) + ":" + std::string(tag.value) + "@" + std::to_string(tag.line) + " ";
+  if (!reader.problem().empty()) out += std::to_string(reader.problemLine()) + ": " + reader.problem();
+  return out;
+}
+
+TEST(DxfTags, ReadsTagsOrNamesTheFaultyLine) {
+  struct Case {
+    const char* text;
+    const char* tags;
+  } cases[] = {
+      {"  0\nSECTION\n  2\nHEADER\n0\nEOF\n", "0:SECTION@1 2:HEADER@3 0:EOF@5 "},
+      {"  0\r\nSECTION\r\n  2\r\nHEADER\r\n\r\n", "0:SECTION@1 2:HEADER@3 "},
+      {"0\rSECTION\r2\rHEADER", "0:SECTION@1 2:HEADER@3 "},
+      {"\xEF\xBB\xBF" "999\nmade by hand\n0\nSECTION\n999\n\n0\nEOF\n", "0:SECTION@3 0:EOF@7 "},
+      {"", ""},
+      {"\n\n", ""},
+      {"0\nSECTION\nx2\nHEADER\n", "0:SECTION@1 3: group code expected"},
+      {"0\nSECTION\n 2 3\nHEADER\n", "0:SECTION@1 3: group code expected"},
+      {"0\nSECTION\n2", "0:SECTION@1 3: value of group 2 expected, the file ends"},
+      {"0\nSECTION\n-1\nX\n", "0:SECTION@1 3: group code -1 is not a DXF group code"},
+      {"0\nSECTION\n85\nX\n", "0:SECTION@1 3: group code 85 is not a DXF group code"},
+      {"0\nSECTION\n1072\nX\n", "0:SECTION@1 3: group code 1072 is not a DXF group code"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    EXPECT_EQ(tagsOf(c.text), c.tags);
   }
 }
 
-TEST(DxfTags, RefusesWhatIsNoTextDxf) {
-  struct Case { const char* text; DxfTagStatus status; int line; } cases[] = {
-      {"", DxfTagStatus::Empty, 0},
-      {"\n\n", DxfTagStatus::Empty, 0},
-      {"AutoCAD Binary DXF\r\n\x1a", DxfTagStatus::Binary, 0},
-      {"0\nSECTION\nx2\nHEADER\n", DxfTagStatus::BadGroupCode, 3},
-      {"0\nSECTION\n 2 3\nHEADER\n", DxfTagStatus::BadGroupCode, 3},
-      {"0\nSECTION\n2", DxfTagStatus::MissingValue, 3},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    std::vector<DxfTag> tags{DxfTag{}};
-    int errorLine = -1;
-    EXPECT_EQ(readDxfTags(c.text, tags, errorLine), c.status);
-    EXPECT_TRUE(tags.empty());
-    EXPECT_EQ(errorLine, c.line);
-  }
+TEST(DxfTags, KnowsTheDefinedGroupCodes) {
+  for (const int code : {0, 79, 90, 102, 105, 110, 149, 160, 179, 210, 239, 270, 481, 999, 1000, 1071})
+    EXPECT_TRUE(isDxfGroupCode(code)) << code;
+  for (const int code : {-5, 80, 89, 103, 106, 150, 180, 240, 482, 998, 1072})
+    EXPECT_FALSE(isDxfGroupCode(code)) << code;
 }
 
 TEST(DxfTags, WritesTheHostLayout) {
