@@ -162,9 +162,12 @@ class DxfLoader {
   void advance() { mRecords.advance(); }
   std::u16string decode(std::string_view raw) const { return mCodec.decode(raw); }
 
+  // A refusal; a tag fault met so far is named instead, as what follows it
+  // is only its consequence.
   Zeda::ErrorStatus fail(int line, std::string problem) {
-    mReport.line = line;
-    mReport.problem = std::move(problem);
+    const bool tagFault = !mRecords.problem().empty();
+    mReport.line = tagFault ? mRecords.problemLine() : line;
+    mReport.problem = tagFault ? mRecords.problem() : std::move(problem);
     return Zeda::eBadDxfFile;
   }
 

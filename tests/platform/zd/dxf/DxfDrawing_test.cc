@@ -390,6 +390,7 @@ struct MalformedCase {
   const char* what;
   std::string text;  // written to a file; ignored for a missing file
   Zeda::ErrorStatus status;
+  std::string problem = "";  // "LINE: what was expected"; empty: not checked
 };
 
 std::vector<MalformedCase> malformedCases() {
@@ -398,17 +399,25 @@ std::vector<MalformedCase> malformedCases() {
       {"empty file", "", Zeda::eBadDxfFile},
       {"blank lines only", "\n\n\n\n", Zeda::eBadDxfFile},
       {"truncated in a section", fixtureText.substr(0, fixtureText.size() / 2), Zeda::eBadDxfFile},
-      {"truncated after a group code", replaced(kBase, "  0\nEOF\n", "  0\n"), Zeda::eBadDxfFile},
-      {"missing EOF", replaced(kBase, "  0\nEOF\n", ""), Zeda::eBadDxfFile},
+      {"truncated in a record", replaced(kBase, "  0\nENDSEC\n  0\nEOF\n", ""), Zeda::eBadDxfFile,
+       "41: ENDSEC of section ENTITIES expected"},
+      {"truncated after a group code", replaced(kBase, "  0\nEOF\n", "  0\n"), Zeda::eBadDxfFile,
+       "43: value of group 0 expected, the file ends"},
+      {"missing EOF", replaced(kBase, "  0\nEOF\n", ""), Zeda::eBadDxfFile, "43: ends before EOF"},
       {"missing ENDSEC", replaced(kBase, "  0\nENDSEC\n  0\nEOF", "  0\nEOF"), Zeda::eBadDxfFile},
-      {"bad group code", replaced(kBase, " 66\n", " 6x\n"), Zeda::eBadDxfFile},
+      {"bad group code", replaced(kBase, " 66\n", " 6x\n"), Zeda::eBadDxfFile, "21: group code expected"},
+      {"negative group code", replaced(kBase, " 66\n", " -3\n"), Zeda::eBadDxfFile,
+       "21: group code -3 is not a DXF group code"},
+      {"undefined group code", replaced(kBase, "1070\n5\n", "1070\n5\n 85\n1\n"), Zeda::eBadDxfFile,
+       "29: group code 85 is not a DXF group code"},
       {"odd number of lines", replaced(kBase, "  8\nSYMS\n 66\n", "  8\n 66\n"), Zeda::eBadDxfFile},
       {"binary DXF", std::string("AutoCAD Binary DXF\r\n\x1a\0\0\0SECTION\0", 30), Zeda::eBadDxfFile},
       {"not a DXF at all", "Hello, world\n", Zeda::eBadDxfFile},
       {"section without a name", replaced(kBase, "  2\nENTITIES\n", ""), Zeda::eBadDxfFile},
       {"version not a version", replaced(kBase, "AC1015", "R14"), Zeda::eBadDxfFile},
-      {"handle not hexadecimal", replaced(kBase, "2A", "XYZ"), Zeda::eBadDxfFile},
-      {"attributes without SEQEND", replaced(kBase, "  0\nSEQEND\n", ""), Zeda::eBadDxfFile},
+      {"handle not hexadecimal", replaced(kBase, "2A", "XYZ"), Zeda::eBadDxfFile, "17: value of group 5 is not a handle"},
+      {"attributes without SEQEND", replaced(kBase, "  0\nSEQEND\n", ""), Zeda::eBadDxfFile,
+       "39: SEQEND after the attributes expected"},
       {"INSERT without a block name", replaced(kBase, "  2\nCOIL\n", ""), Zeda::eBadDxfFile},
       {"no xdata code after 1001", replaced(kBase, "1070\n5\n", "1070\n5\n  1\nx\n"), Zeda::eBadDxfFile},
       {"16-bit xdata out of range", replaced(kBase, "1070\n5\n", "1070\n40000\n"), Zeda::eBadDxfFile},
@@ -416,7 +425,13 @@ std::vector<MalformedCase> malformedCases() {
       {"entity type with a NUL", replaced(kBase, "  0\nSEQEND\n", std::string("  0\nSEQEND\n  0\nA\0B\n", 20)),
        Zeda::eBadDxfFile},
       {"entity type with a blank", replaced(kBase, "  0\nSEQEND\n", "  0\nSEQEND\n  0\nMY LINE\n"), Zeda::eBadDxfFile},
-      {"66 not a number", replaced(kBase, " 66\n1\n", " 66\none\n"), Zeda::eBadDxfFile},
+      {"66 not a number", replaced(kBase, " 66\n1\n", " 66\none\n"), Zeda::eBadDxfFile,
+       "21: value of group 66 is not an integer"},
+      {"MINSERT count not a number", replaced(kBase, "  2\nCOIL\n", "  2\nCOIL\n 70\n2x\n"), Zeda::eBadDxfFile,
+       "25: value of group 70 is not an integer"},
+      {"table without its head", replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n", "  0\nSECTION\n  2\nTABLES\n"
+                                           "  0\nLAYER\n  2\n0\n  0\nENDTAB\n  0\nENDSEC\n  0\nSECTION\n  2\nENTITIES\n"),
+       Zeda::eBadDxfFile, "15: TABLE expected, not \"LAYER\""},
       {"block without ENDBLK",
        replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n", "  0\nSECTION\n  2\nBLOCKS\n  0\nBLOCK\n  2\nX\n  0\nENDSEC\n"
                                                          "  0\nSECTION\n  2\nENTITIES\n"),
@@ -446,6 +461,11 @@ TEST_P(DxfMalformedTest, FailsAndLeavesTheDatabaseAsItWas) {
   if (c.status == Zeda::eFileNotFound) path = folder / "missing.dxf";
   else if (c.status == Zeda::eFileAccessErr) path = folder;
   else writeBytes(path, c.text);
+  DxfReadReport report;
+  EXPECT_EQ(readDxfDrawingFile(path.string(), db, {}, &report), c.status);
+  if (!c.problem.empty()) {
+    EXPECT_EQ(std::to_string(report.line) + ": " + report.problem, c.problem);
+  }
   EXPECT_EQ(db.readDwgFile(U16(path.string()).c_str()), c.status);
   fs::remove(folder / "in.dxf");
 
@@ -494,6 +514,21 @@ std::vector<AcceptedCase> acceptedCases() {
        replaced(kBase, "  0\nSECTION\n  2\nENTITIES", "  0\nSECTION\n  2\nTHUMBNAILIMAGE\n 90\n1\n  0\nENDSEC\n"
                                                        "  0\nSECTION\n  2\nENTITIES"),
        base},
+      {"comments before the first section and inside records",
+       "999\nwritten by hand\n" + replaced(kBase, "  0\nATTRIB\n", "999\nattributes follow\n  0\nATTRIB\n"), base},
+      {"attributes without 66", replaced(kBase, " 66\n1\n", ""), base},
+      {"polyline vertices without 66",
+       replaced(kBase, "  0\nENDSEC\n  0\nEOF",
+                "  0\nPOLYLINE\n  8\nP\n  0\nVERTEX\n  0\nVERTEX\n  0\nSEQEND\n  0\nENDSEC\n  0\nEOF"),
+       with(base, 4, "  ZdDb2dPolyline layer=P")},
+      {"anything after EOF", kBase + "  0\nGARBAGE\nno tags here\x01", base},
+      {"empty and missing handles", replaced(replaced(kBase, "  5\n2A\n", "  5\n\n"), "  5\n2B\n", ""), base},
+      {"lone 1001", replaced(kBase, "1070\n5\n", "1070\n5\n1001\nKVA_WD_NP\n"),
+       [&] {
+         std::vector<std::string> lines = base;
+         lines[2] += " 1001:KVA_WD_NP";
+         return lines;
+       }()},
       {"paper space by code 67", replaced(kBase, " 66\n1\n", " 66\n1\n 67\n1\n"),
        {"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space",
         "  ZdDbBlockReference layer=SYMS -> undefined COIL 1001:KVA_WD_FP 1070:5",
@@ -512,6 +547,98 @@ TEST_P(DxfAcceptedTest, ReadsTheDrawing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, DxfAcceptedTest, ::testing::ValuesIn(acceptedCases()), [](const auto& test) {
+  std::string name = test.param.what;
+  for (char& c : name) c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+  return name;
+});
+
+// Whole drawings as other programs write them, read plainly or in recover
+// mode: what the database then says, with layouts, and the repairs listed.
+struct DrawingCase {
+  const char* what;
+  std::string text;
+  bool recover;
+  std::vector<std::string> expected;  // without handles
+  std::vector<std::string> repairs;
+};
+
+std::string dxf(std::initializer_list<const char*> lines) {
+  std::string text;
+  for (const char* line : lines) text += std::string(line) + "\n";
+  return text;
+}
+
+const std::string kMInsertR12 = dxf({"0", "SECTION", "2", "BLOCKS", "0", "BLOCK", "2", "K", "70", "0", "0", "ENDBLK",
+                                     "0", "ENDSEC", "0", "SECTION", "2", "ENTITIES", "0", "INSERT", "8", "0", "2", "K",
+                                     "0", "INSERT", "8", "0", "2", "K", "70", "3", "71", "2", "44", "5.0", "0",
+                                     "INSERT", "8", "0", "2", "NONE", "0", "ENDSEC", "0", "EOF"});
+const std::string kMInsertR2000 =
+    dxf({"0", "SECTION", "2", "HEADER", "9", "$ACADVER", "1", "AC1015", "0", "ENDSEC", "0", "SECTION", "2", "ENTITIES",
+         "0", "INSERT", "5", "30", "100", "AcDbEntity", "8", "0", "100", "AcDbBlockReference", "2", "K", "0", "INSERT",
+         "5", "31", "100", "AcDbEntity", "8", "0", "100", "AcDbMInsertBlock", "2", "K", "70", "1", "71", "4", "0",
+         "ENDSEC", "0", "SECTION", "2", "BLOCKS", "0", "BLOCK", "2", "K", "0", "ENDBLK", "0", "ENDSEC", "0", "EOF"});
+const std::string kEmptyLayoutsR13 =
+    dxf({"0", "SECTION", "2", "HEADER", "9", "$ACADVER", "1", "AC1012", "0", "ENDSEC", "0", "SECTION", "2", "OBJECTS",
+         "0", "DICTIONARY", "5", "C", "100", "AcDbDictionary", "3", "ACAD_LAYOUT", "350", "1A", "0", "DICTIONARY", "5",
+         "1A", "330", "C", "100", "AcDbDictionary", "0", "ENDSEC", "0", "EOF"});
+const std::string kDamaged = dxf({"0", "SECTION", "2", "TABLES", "0", "LAYER", "2", "0", "0", "ENDTAB", "0", "SECTION",
+                                  "2", "BLOCKS", "0", "BLOCK", "2", "B", "0", "LINE", "8", "0", "0", "ENDSEC", "0",
+                                  "SECTION", "2", "ENTITIES", "0", "INSERT", "2", "B", "0", "ATTRIB", "2", "T", "1",
+                                  "v", "0", "CIRCLE", "8", "0", "x1", "oops"});
+
+std::vector<DrawingCase> drawingCases() {
+  const std::vector<std::string> tabs{"layout Model tab 0 *Model_Space", "layout Layout1 tab 1 *Paper_Space"};
+  auto withTabs = [&](std::vector<std::string> lines) {
+    lines.insert(lines.end(), tabs.begin(), tabs.end());
+    return lines;
+  };
+  return {
+      {"MINSERT in R12 beside plain INSERTs", kMInsertR12, false,
+       withTabs({"AC1009 ANSI_1252", "block *Model_Space", "  ZdDbBlockReference layer=0 -> K",
+                 "  ZdDbMInsertBlock layer=0 -> K", "  ZdDbBlockReference layer=0 -> undefined NONE",
+                 "block *Paper_Space", "block K"}),
+       {}},
+      {"MINSERT in R2000 by its subclass", kMInsertR2000, false,
+       withTabs({"AC1015 ANSI_1252", "block *Model_Space", "  ZdDbBlockReference layer=0 -> K",
+                 "  ZdDbMInsertBlock layer=0 -> K", "block *Paper_Space", "block K"}),
+       {}},
+      {"R13 empty layout dictionary", kEmptyLayoutsR13, false,
+       withTabs({"AC1012 ANSI_1252", "block *Model_Space", "block *Paper_Space"}), {}},
+      {"damaged drawing recovered", kDamaged, true,
+       withTabs({"AC1009 ANSI_1252", "block *Model_Space", "  ZdDbBlockReference layer=0 -> B",
+                 "    ZdDbAttribute layer=0 T \"v\"", "  ZdDbCircle layer=0", "block *Paper_Space", "block B",
+                 "  ZdDbLine layer=0"}),
+       {"5: TABLE head added before \"LAYER\"", "11: ENDSEC of section TABLES added", "23: ENDBLK of block \"B\" added",
+        "39: SEQEND added after the attributes", "43: the rest of the file dropped (group code expected)",
+        "43: ENDSEC of section ENTITIES added", "43: EOF added"}},
+  };
+}
+
+void PrintTo(const DrawingCase& c, std::ostream* os) { *os << c.what; }
+
+class DxfDrawingCaseTest : public ::testing::TestWithParam<DrawingCase> {};
+
+TEST_P(DxfDrawingCaseTest, ReadsWhatTheFileSaysAndWritesItBack) {
+  const DrawingCase& c = GetParam();
+  ZdDbDatabase db;
+  DxfReadReport report;
+  if (c.recover) {  // refused without recover mode, at the first damage
+    EXPECT_EQ(readDxfDrawing(c.text, db, {}, &report), Zeda::eBadDxfFile);
+    EXPECT_EQ(std::to_string(report.line) + ": " + report.problem, "5: TABLE expected, not \"LAYER\"");
+  }
+  ASSERT_EQ(readDxfDrawing(c.text, db, {c.recover}, &report), Zeda::eOk) << report.line << ": " << report.problem;
+  const Shown noHandles{false, false, true};
+  expectLines(describe(db, noHandles), c.expected);
+  EXPECT_EQ(report.repairs, c.repairs);
+  // Written in its own version and read again, it is the same drawing.
+  std::string text;
+  ZdDbDatabase again;
+  ASSERT_EQ(writeDxfDrawing(db, U8(db.dwgVersion()), text), Zeda::eOk);
+  ASSERT_EQ(readDxfDrawing(text, again), Zeda::eOk);
+  expectLines(describe(again, noHandles), c.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, DxfDrawingCaseTest, ::testing::ValuesIn(drawingCases()), [](const auto& test) {
   std::string name = test.param.what;
   for (char& c : name) c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
   return name;
