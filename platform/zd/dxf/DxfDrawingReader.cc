@@ -392,7 +392,7 @@ class DxfLoader {
     if (isInsert && fields.name) mPendingReferences.emplace_back(id, *fields.name);
     advance();
     if (isInsert) return readAttributes(id);
-    if (isPolyline) return readVertices();
+    if (isPolyline) return readVertices(id);
     return Zeda::eOk;
   }
 
@@ -472,14 +472,21 @@ class DxfLoader {
 
   // The VERTEX records of an old-style polyline (with or without its 66
   // group), up to and with its SEQEND. They stay in the polyline's kept groups.
-  Zeda::ErrorStatus readVertices() {
-    if (!at("VERTEX")) {
-      if (at("SEQEND")) advance();
-      return Zeda::eOk;
+  Zeda::ErrorStatus readVertices(ZdDbObjectId polylineId) {
+    if (!at("VERTEX") && !at("SEQEND")) return Zeda::eOk;
+    ZdDbObject* polyline = mDatabase.objectAt(polylineId);
+    const std::string_view kept = polyline->keptDxfGroups();
+    const char* end = kept.data() + kept.size();
+    bool sequenceEnded = false;
+    for (; !sequenceEnded && (at("VERTEX") || at("SEQEND")); advance()) {
+      sequenceEnded = at("SEQEND");
+      end = current().body.data() + current().body.size();
     }
-    while (at("VERTEX")) advance();
-    if (at("SEQEND")) return advance(), Zeda::eOk;
-    return missing("SEQEND after the vertices expected", "SEQEND added after the vertices");
+    // Without their SEQEND the vertices are not kept: a polyline written
+    // again must read again.
+    if (!sequenceEnded) return missing("SEQEND after the vertices expected", "SEQEND added after the vertices");
+    polyline->setKeptDxfGroups(std::string_view(kept.data(), static_cast<std::size_t>(end - kept.data())));
+    return Zeda::eOk;
   }
 
   // --- objects: the layout dictionary ----------------------------------------------------

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <optional>
 #include <set>
 
 #include "win/fs/PathMapping.h"
@@ -213,8 +214,17 @@ class DxfWriter {
 
   void writeEntity(std::string& out, const ZdDbEntity& entity, const ZdDbBlockTableRecord& owner, bool paperSpace) {
     const std::string type = dxfTypeOf(*entity.isA());
+    const auto* reference = dynamic_cast<const ZdDbBlockReference*>(&entity);
+    if (keepsGroupsOf(entity)) {
+      Patch patch{owner.objectHandle().value(), paperSpace, std::nullopt, std::nullopt};
+      if (reference && !reference->isKindOf(ZdDbTable::desc())) patch.name = referencedName(*reference);
+      if (const auto* single = dynamic_cast<const ZdDbText*>(&entity)) patch.text = text(single->textStringConst());
+      writePatched(out, entity, type, patch);
+      if (reference) writeAttributesOf(out, *reference, paperSpace);
+      return;
+    }
     appendEntityStart(out, entity, type, owner.objectHandle().value(), paperSpace);
-    if (const auto* reference = dynamic_cast<const ZdDbBlockReference*>(&entity)) {
+    if (reference) {
       writeReference(out, *reference, paperSpace);
       return;
     }
@@ -232,17 +242,11 @@ class DxfWriter {
   // An INSERT with its attributes and SEQEND, or a table.
   void writeReference(std::string& out, const ZdDbBlockReference& reference, bool paperSpace) {
     const bool isTable = reference.isKindOf(ZdDbTable::desc());
-    std::vector<const ZdDbAttribute*> attributes;
-    for (const ZdDbObjectId id : reference.attributeIds())
-      if (const auto* attribute = live<ZdDbAttribute>(id); attribute && !isTable) attributes.push_back(attribute);
+    const std::vector<const ZdDbAttribute*> attributes = liveAttributes(reference);
     const auto* multiple = dynamic_cast<const ZdDbMInsertBlock*>(&reference);
     if (!isR12()) appendDxfTag(out, 100, multiple ? "AcDbMInsertBlock" : "AcDbBlockReference");
     if (!attributes.empty()) appendDxfTag(out, 66, "1");
-    if (const auto* block = live<ZdDbBlockTableRecord>(reference.blockTableRecord())) {
-      appendDxfTag(out, 2, blockName(*block));
-    } else if (!reference.undefinedBlockName().empty()) {
-      appendDxfTag(out, 2, text(reference.undefinedBlockName()));
-    }
+    if (const std::string name = referencedName(reference); !name.empty()) appendDxfTag(out, 2, name);
     appendPoint(out, 10);
     if (multiple) {
       appendDxfTag(out, 70, std::to_string(multiple->columns()));
@@ -250,6 +254,26 @@ class DxfWriter {
     }
     if (isTable && !isR12()) appendDxfTag(out, 100, "AcDbTable");
     writeXData(out, reference);
+    writeAttributesOf(out, reference, paperSpace);
+  }
+
+  // The block name an INSERT gives: its record's, or the name of a block the drawing never defines.
+  std::string referencedName(const ZdDbBlockReference& reference) const {
+    if (const auto* block = live<ZdDbBlockTableRecord>(reference.blockTableRecord())) return blockName(*block);
+    return text(reference.undefinedBlockName());
+  }
+
+  // A reference's attributes and their SEQEND; nothing for a table or a reference without any.
+  std::vector<const ZdDbAttribute*> liveAttributes(const ZdDbBlockReference& reference) const {
+    std::vector<const ZdDbAttribute*> attributes;
+    if (reference.isKindOf(ZdDbTable::desc())) return attributes;
+    for (const ZdDbObjectId id : reference.attributeIds())
+      if (const auto* attribute = live<ZdDbAttribute>(id)) attributes.push_back(attribute);
+    return attributes;
+  }
+
+  void writeAttributesOf(std::string& out, const ZdDbBlockReference& reference, bool paperSpace) {
+    const std::vector<const ZdDbAttribute*> attributes = liveAttributes(reference);
     if (attributes.empty()) return;
     const std::uint64_t owner = reference.objectHandle().value();
     for (const ZdDbAttribute* attribute : attributes) writeAttribute(out, *attribute, owner, paperSpace);
@@ -259,6 +283,12 @@ class DxfWriter {
   }
 
   void writeAttribute(std::string& out, const ZdDbAttribute& attribute, std::uint64_t owner, bool paperSpace) {
+    if (keepsGroupsOf(attribute)) {
+      writePatched(out, attribute, "ATTRIB",
+                   {owner, paperSpace, text(attribute.tagConst() ? attribute.tagConst() : u""),
+                    text(attribute.textStringConst())});
+      return;
+    }
     appendEntityStart(out, attribute, "ATTRIB", owner, paperSpace);
     writeTextBody(out, attribute);
     if (!isR12()) appendDxfTag(out, 100, "AcDbAttribute");
@@ -273,6 +303,75 @@ class DxfWriter {
       if (node->restype == XD_APPNAME && node->resval.rstring) mApplications.insert(text(node->resval.rstring));
     appendDxfXData(out, chain, mCodec);
     zdutRelRb(chain);
+  }
+
+  // --- records of the file read, written again with what the database models ----------
+
+  // The values the database models, in place of the file's.
+  struct Patch {
+    std::uint64_t owner;
+    bool paperSpace;
+    std::optional<std::string> name;  // group 2: block name or attribute tag
+    std::optional<std::string> text;  // group 1
+  };
+
+  // Whether an object came from a file of the version being written, so its
+  // kept groups are written again as they were.
+  bool keepsGroupsOf(const ZdDbObject& object) const {
+    return !object.keptDxfGroups().empty() && mVersion == asciiOf(mDatabase.dwgVersion());
+  }
+
+  // The record of `object` from its kept groups: its handle first, the file's
+  // groups in their order with the modelled ones (owner, layer, space, name,
+  // text) replaced, then the xdata; records that followed it in the file
+  // (a polyline's vertices) come after, as they were.
+  void writePatched(std::string& out, const ZdDbEntity& object, std::string_view type, const Patch& patch) {
+    const std::string_view kept = object.keptDxfGroups();
+    bool hasLayer = false, hasSpace = false, hasName = false, hasText = false;
+    DxfTagReader scan(kept);
+    for (DxfTag tag; scan.next(tag) && tag.code != 0;) {
+      hasLayer = hasLayer || tag.code == 8;
+      hasSpace = hasSpace || tag.code == 67;
+      hasName = hasName || tag.code == 2;
+      hasText = hasText || tag.code == 1;
+    }
+    appendDxfTag(out, 0, type);
+    if (!object.objectHandle().isNull()) appendDxfTag(out, 5, formatDxfHandle(object.objectHandle().value()));
+    if (!hasLayer) appendDxfTag(out, 8, text(object.layer()));
+    if (patch.paperSpace && !hasSpace) appendDxfTag(out, 67, "1");
+    bool inGroup = false, ownerDone = false, layerDone = false, nameDone = false, textDone = false;
+    DxfTagReader reader(kept);
+    std::size_t before = reader.offset();
+    for (DxfTag tag; reader.next(tag); before = reader.offset()) {
+      if (tag.code == 0) break;
+      if (tag.code == 5 || tag.code >= 1000) continue;
+      if (tag.code == 102) inGroup = !tag.value.empty() && tag.value.front() == '{';
+      std::string_view value = tag.value;
+      std::string replacement;
+      if (tag.code == 330 && !inGroup && !ownerDone) {
+        ownerDone = true;
+        replacement = formatDxfHandle(patch.owner);
+      } else if (tag.code == 8 && !layerDone) {
+        layerDone = true;
+        replacement = text(object.layer());
+      } else if (tag.code == 67) {
+        replacement = patch.paperSpace ? "1" : "0";
+      } else if (tag.code == 2 && patch.name && !nameDone) {
+        nameDone = true;
+        replacement = *patch.name;
+      } else if (tag.code == 1 && patch.text && !textDone) {
+        textDone = true;
+        replacement = *patch.text;
+      } else {
+        appendDxfTag(out, tag.code, value);
+        continue;
+      }
+      appendDxfTag(out, tag.code, replacement);
+    }
+    if (patch.name && !hasName) appendDxfTag(out, 2, *patch.name);
+    if (patch.text && !hasText) appendDxfTag(out, 1, *patch.text);
+    writeXData(out, object);
+    if (before < kept.size() && reader.problem().empty()) out.append(kept.substr(before));
   }
 
   // --- objects: the named object dictionary and the layouts ------------------------------
