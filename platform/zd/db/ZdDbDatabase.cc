@@ -1,6 +1,7 @@
 #include "zd/db/ZdDbDatabase.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <mutex>
 #include <set>
@@ -12,11 +13,28 @@
 
 namespace {
 
-// Every object of every database, by id: ids are unique in the process.
+constexpr unsigned kSlabBits = 12;
+constexpr std::uint64_t kSlabSize = std::uint64_t(1) << kSlabBits;
+
+std::uint64_t slabIndexOf(ZdDbObjectId id) { return (id.value() - 1) >> kSlabBits; }
+std::size_t slotOf(ZdDbObjectId id) { return static_cast<std::size_t>((id.value() - 1) & (kSlabSize - 1)); }
+
+}  // namespace
+
+// A run of kSlabSize ids, the first `used` of them given to objects.
+struct ZdDbDatabase::Slab {
+  std::uint64_t index = 0;
+  std::size_t used = 0;
+  std::array<std::unique_ptr<ZdDbObject>, kSlabSize> objects;
+};
+
+namespace {
+
+// Every slab of every database, by index: ids are unique in the process.
 struct ObjectRegistry {
   std::mutex mutex;
-  std::unordered_map<std::uint64_t, ZdDbObject*> objects;
-  std::uint64_t nextId = 1;
+  std::unordered_map<std::uint64_t, const std::array<std::unique_ptr<ZdDbObject>, kSlabSize>*> slabs;
+  std::uint64_t nextSlab = 0;
   std::set<ZdDbObjectId> failingOpens;
 };
 
@@ -38,10 +56,11 @@ bool iteratorFails() {
 }
 
 ZdDbObject* lookUp(ZdDbObjectId id) {
+  if (id.isNull()) return nullptr;
   ObjectRegistry& r = registry();
   std::lock_guard lock(r.mutex);
-  const auto it = r.objects.find(id.value());
-  return it == r.objects.end() ? nullptr : it->second;
+  const auto it = r.slabs.find(slabIndexOf(id));
+  return it == r.slabs.end() ? nullptr : (*it->second)[slotOf(id)].get();
 }
 
 std::atomic<bool> gAnyFailingOpen{false};
@@ -280,24 +299,40 @@ ZdDbObjectId ZdDbDatabase::addLayout(const std::u16string& name, std::int32_t ta
 }
 
 ZdDbDatabase::~ZdDbDatabase() {
+  {
+    ObjectRegistry& r = registry();
+    std::lock_guard lock(r.mutex);
+    for (const auto& slab : mSlabs) r.slabs.erase(slab->index);
+  }
+  // Slab by slab, in the order the objects were made.
+  for (auto& slab : mSlabs) slab.reset();
+}
+
+ZdDbDatabase::Slab& ZdDbDatabase::slabWithRoom() {
+  if (!mSlabs.empty() && mSlabs.back()->used < kSlabSize) return *mSlabs.back();
+  auto slab = std::make_unique<Slab>();
   ObjectRegistry& r = registry();
-  std::lock_guard lock(r.mutex);
-  for (const auto& [id, object] : mObjects) r.objects.erase(id.value());
+  {
+    std::lock_guard lock(r.mutex);
+    slab->index = r.nextSlab++;
+    r.slabs[slab->index] = &slab->objects;
+  }
+  mSlabByIndex[slab->index] = slab.get();
+  mSlabs.push_back(std::move(slab));
+  return *mSlabs.back();
 }
 
 ZdDbObjectId ZdDbDatabase::addObject(std::unique_ptr<ZdDbObject> object, ZdDbObjectId owner, ZdDbHandle handle) {
-  ObjectRegistry& r = registry();
-  std::lock_guard lock(r.mutex);
+  Slab& slab = slabWithRoom();
   if (handle.isNull() || mHandles.count(handle)) handle = ZdDbHandle(mNextHandle);
   mNextHandle = std::max(mNextHandle, handle.value() + 1);
-  const ZdDbObjectId id(r.nextId++);
+  const ZdDbObjectId id((slab.index << kSlabBits) + slab.used + 1);
   object->mDatabase = this;
   object->mId = id;
   object->mHandle = handle;
   object->mOwner = owner;
-  r.objects[id.value()] = object.get();
-  mHandles[handle] = id;
-  mObjects[id] = std::move(object);
+  mHandles.emplace(handle, id);
+  slab.objects[slab.used++] = std::move(object);
   return id;
 }
 
@@ -337,7 +372,8 @@ bool ZdDbDatabase::setObjectHandle(ZdDbObjectId id, ZdDbHandle handle) {
 }
 
 void ZdDbDatabase::swapContents(ZdDbDatabase& other) noexcept {
-  std::swap(mObjects, other.mObjects);
+  std::swap(mSlabs, other.mSlabs);
+  std::swap(mSlabByIndex, other.mSlabByIndex);
   std::swap(mHandles, other.mHandles);
   std::swap(mBlocks, other.mBlocks);
   std::swap(mModelSpace, other.mModelSpace);
@@ -348,8 +384,9 @@ void ZdDbDatabase::swapContents(ZdDbDatabase& other) noexcept {
   std::swap(mVersion, other.mVersion);
   std::swap(mCodePage, other.mCodePage);
   std::swap(mSourceText, other.mSourceText);
-  for (auto& [id, object] : mObjects) object->mDatabase = this;
-  for (auto& [id, object] : other.mObjects) object->mDatabase = &other;
+  for (ZdDbDatabase* database : {this, &other})
+    for (const auto& slab : database->mSlabs)
+      for (std::size_t slot = 0; slot < slab->used; ++slot) slab->objects[slot]->mDatabase = database;
 }
 
 const std::string& ZdDbDatabase::keepSourceText(std::string text) {
@@ -363,8 +400,9 @@ ZdDbObjectId ZdDbDatabase::getObjectId(ZdDbHandle handle) const {
 }
 
 ZdDbObject* ZdDbDatabase::objectAt(ZdDbObjectId id) const {
-  const auto it = mObjects.find(id);
-  return it == mObjects.end() ? nullptr : it->second.get();
+  if (id.isNull()) return nullptr;
+  const auto it = mSlabByIndex.find(slabIndexOf(id));
+  return it == mSlabByIndex.end() ? nullptr : it->second->objects[slotOf(id)].get();
 }
 
 Zeda::ErrorStatus zddbOpenObject(ZdDbObject*& object, ZdDbObjectId id, ZdDb::OpenMode mode, bool openErased) {

@@ -63,6 +63,8 @@ class ZdDbDatabase {
   // (ZdDbObject::keptDxfGroups); it lives as long as the database holds them.
   const std::string& keepSourceText(std::string text);
   const std::string& sourceText() const noexcept { return *mSourceText; }
+  // Makes room for `count` objects in all, so that adding them does not rehash.
+  void reserveObjects(std::size_t count) { mHandles.reserve(count); }
 
   // The block table, opened in `mode`: the status of zddbOpenObject.
   Zeda::ErrorStatus getSymbolTable(ZdDbBlockTable*& table, ZdDb::OpenMode mode) const;
@@ -98,11 +100,16 @@ class ZdDbDatabase {
   Zeda::ErrorStatus dxfOut(const char16_t* fileName, const std::u16string& version = u"") const;
 
  private:
-  struct IdHash {
-    std::size_t operator()(ZdDbObjectId id) const noexcept { return std::hash<std::uint64_t>()(id.value()); }
+  // Objects live in slabs of consecutive ids that the database owns, so an
+  // id finds its object by arithmetic and freeing walks arrays.
+  struct Slab;
+  struct HandleHash {
+    std::size_t operator()(ZdDbHandle handle) const noexcept { return std::hash<std::uint64_t>()(handle.value()); }
   };
-  std::unordered_map<ZdDbObjectId, std::unique_ptr<ZdDbObject>, IdHash> mObjects;
-  std::map<ZdDbHandle, ZdDbObjectId> mHandles;
+  Slab& slabWithRoom();
+  std::vector<std::unique_ptr<Slab>> mSlabs;
+  std::unordered_map<std::uint64_t, Slab*> mSlabByIndex;
+  std::unordered_map<ZdDbHandle, ZdDbObjectId, HandleHash> mHandles;
   std::vector<ZdDbObjectId> mBlocks;
   ZdDbObjectId mModelSpace;
   ZdDbObjectId mPaperSpace;

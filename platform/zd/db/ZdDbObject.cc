@@ -103,11 +103,26 @@ ZdValueNode* ZdDbObject::xData(const char16_t* appName) const {
   return head;
 }
 
-Zeda::ErrorStatus ZdDbObject::setXData(const ZdValueNode* chain) { return setXDataParts(chain, false); }
+Zeda::ErrorStatus ZdDbObject::adoptXDataAsRead(ZdValueNode* chain) {
+  for (const ZdValueNode* node = chain; node; node = node->rbnext) {
+    if (node->restype == XD_APPNAME && !node->resval.rstring) return zdutRelRb(chain), Zeda::eInvalidInput;
+  }
+  if (chain && chain->restype != XD_APPNAME) return zdutRelRb(chain), Zeda::eInvalidInput;
+  // Cut the chain into one part per application, each owned by its entry.
+  while (chain) {
+    ZdValueNode* last = chain;
+    while (last->rbnext && last->rbnext->restype != XD_APPNAME) last = last->rbnext;
+    ZdValueNode* const rest = last->rbnext;
+    last->rbnext = nullptr;
+    const std::u16string app(chain->resval.rstring);
+    std::erase_if(mXData, [&](const XDataPart& part) { return part.app == app; });
+    mXData.push_back({app, std::shared_ptr<ZdValueNode>(chain, zdutRelRb)});
+    chain = rest;
+  }
+  return Zeda::eOk;
+}
 
-Zeda::ErrorStatus ZdDbObject::setXDataAsRead(const ZdValueNode* chain) { return setXDataParts(chain, true); }
-
-Zeda::ErrorStatus ZdDbObject::setXDataParts(const ZdValueNode* chain, bool keepAppAlone) {
+Zeda::ErrorStatus ZdDbObject::setXData(const ZdValueNode* chain) {
   while (chain) {
     if (chain->restype != XD_APPNAME || !chain->resval.rstring) return Zeda::eInvalidInput;
     const ZdValueNode* end = chain->rbnext;
@@ -122,7 +137,7 @@ Zeda::ErrorStatus ZdDbObject::setXDataParts(const ZdValueNode* chain, bool keepA
     }
     const std::u16string app(chain->resval.rstring);
     std::erase_if(mXData, [&](const XDataPart& part) { return part.app == app; });
-    if (head->rbnext || keepAppAlone) {
+    if (head->rbnext) {
       mXData.push_back({app, std::shared_ptr<ZdValueNode>(head, zdutRelRb)});
     } else {
       zdutRelRb(head);

@@ -59,9 +59,12 @@ class ZdDbObject {
   // application's part, which replaces what that application had; a part of
   // the 1001 node alone removes it. The chain stays the caller's.
   Zeda::ErrorStatus setXData(const ZdValueNode* chain);
-  // Sets the xdata as a drawing file holds it: like setXData, but a part of
-  // the 1001 node alone stays, as that application's xdata without items.
-  Zeda::ErrorStatus setXDataAsRead(const ZdValueNode* chain);
+  // Sets the xdata as a drawing file holds it, taking `chain` over (the
+  // caller no longer releases it): like setXData, but a part of the 1001
+  // node alone stays, as that application's xdata without items. eOk, or
+  // eInvalidInput (a chain that does not start with an application name,
+  // released, nothing changed).
+  Zeda::ErrorStatus adoptXDataAsRead(ZdValueNode* chain);
 
   // The groups of the drawing file's record that the database does not model
   // (geometry, styles, ...), raw, as a view into the text that the database
@@ -92,7 +95,7 @@ class ZdDbObject {
   std::vector<XDataPart> mXData;
   std::string_view mKeptDxfGroups;
 
-  Zeda::ErrorStatus setXDataParts(const ZdValueNode* chain, bool keepAppAlone);
+
 };
 
 class ZdDbEntity : public ZdDbObject {

@@ -27,6 +27,10 @@ namespace {
 
 using Tags = std::span<const DxfTag>;
 
+// What an object takes of a file at the least, about: its type, handle,
+// owner, layer and subclass groups. Sizes the handle table up front.
+constexpr std::size_t kBytesPerObjectAtLeast = 128;
+
 // One record of the file: a 0 tag (its type) and the tags up to the next 0
 // tag. `body` is the raw text of those tags.
 struct Record {
@@ -134,7 +138,11 @@ DxfTextCodec codecOf(std::string_view version, std::string_view codePage) {
   return DxfTextCodec::forDrawing(version, "ANSI_1252").value_or(DxfTextCodec::utf8());
 }
 
-std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+std::string quoted(std::string_view text) {
+  std::string out(1, '"');
+  out.append(text).push_back('"');
+  return out;
+}
 
 // Reads the records of one DXF text into an empty database of its own.
 class DxfLoader {
@@ -440,8 +448,7 @@ class DxfLoader {
     if (fields.xdata.empty()) return Zeda::eOk;
     ZdValueNode* chain = nullptr;
     Zeda::ErrorStatus status = readDxfXData(fields.xdata, mCodec, chain);
-    if (status == Zeda::eOk) status = mDatabase.objectAt(id)->setXDataAsRead(chain);
-    zdutRelRb(chain);
+    if (status == Zeda::eOk) status = mDatabase.objectAt(id)->adoptXDataAsRead(chain);
     if (status == Zeda::eBadDxfFile) return fail(fields.xdata.front().line, "extended data (groups 1000 to 1071) expected");
     return status;
   }
@@ -658,6 +665,7 @@ Zeda::ErrorStatus readDxfDrawingText(std::string text, ZdDbDatabase& database, c
   }
   ZdDbDatabase loaded(false, true);
   const std::string& kept = loaded.keepSourceText(std::move(text));
+  loaded.reserveObjects(kept.size() / kBytesPerObjectAtLeast);
   if (kept.find_first_not_of(" \t\r\n") == std::string::npos) {
     out.line = 1;
     out.problem = "the file is empty";

@@ -355,7 +355,7 @@ class DxfWriter {
         layerDone = true;
         replacement = text(object.layer());
       } else if (tag.code == 67) {
-        replacement = patch.paperSpace ? "1" : "0";
+        replacement.assign(1, patch.paperSpace ? '1' : '0');
       } else if (tag.code == 2 && patch.name && !nameDone) {
         nameDone = true;
         replacement = *patch.name;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 
 namespace {
 
@@ -12,8 +13,10 @@ constexpr int kComment = 999;
 std::string_view nextLine(std::string_view text, std::size_t& pos) {
   const char* const begin = text.data() + pos;
   const char* const end = text.data() + text.size();
-  const char* stop = begin;
-  while (stop != end && *stop != '\n' && *stop != '\r') ++stop;
+  const char* stop = static_cast<const char*>(std::memchr(begin, '\n', static_cast<std::size_t>(end - begin)));
+  if (!stop) stop = end;
+  // A CR alone ends a line too (old Macintosh files).
+  if (const void* cr = std::memchr(begin, '\r', static_cast<std::size_t>(stop - begin))) stop = static_cast<const char*>(cr);
   const std::string_view line(begin, static_cast<std::size_t>(stop - begin));
   pos += line.size();
   if (pos < text.size() && text[pos] == '\r') ++pos;
@@ -21,20 +24,23 @@ std::string_view nextLine(std::string_view text, std::size_t& pos) {
   return line;
 }
 
-std::string_view trimBlanks(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
 
+// A group code line: an integer with blanks around it allowed.
 bool parseGroupCode(std::string_view line, int& code) {
-  const std::string_view digits = trimBlanks(line);
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), code);
-  return error == std::errc() && end == digits.data() + digits.size() && !digits.empty();
+  const char* first = line.data();
+  const char* last = first + line.size();
+  while (first != last && isBlank(*first)) ++first;
+  while (last != first && isBlank(last[-1])) --last;
+  if (first == last) return false;
+  const auto [end, error] = std::from_chars(first, last, code);
+  return error == std::errc() && end == last;
 }
 
 bool onlyBlanksFrom(std::string_view text, std::size_t pos) {
-  return text.find_first_not_of(" \t\r\n", pos) == std::string_view::npos;
+  for (; pos < text.size(); ++pos)
+    if (!isBlank(text[pos]) && text[pos] != '\r' && text[pos] != '\n') return false;
+  return true;
 }
 
 }  // namespace
