@@ -384,6 +384,7 @@ void ZdDbDatabase::swapContents(ZdDbDatabase& other) noexcept {
   std::swap(mVersion, other.mVersion);
   std::swap(mCodePage, other.mCodePage);
   std::swap(mSourceText, other.mSourceText);
+  std::swap(mXDataDecoder, other.mXDataDecoder);
   for (ZdDbDatabase* database : {this, &other})
     for (const auto& slab : database->mSlabs)
       for (std::size_t slot = 0; slot < slab->used; ++slot) slab->objects[slot]->mDatabase = database;

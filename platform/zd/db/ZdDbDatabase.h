@@ -11,6 +11,7 @@
 // Thread safety: a database belongs to the host's main thread.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -63,6 +64,12 @@ class ZdDbDatabase {
   // (ZdDbObject::keptDxfGroups); it lives as long as the database holds them.
   const std::string& keepSourceText(std::string text);
   const std::string& sourceText() const noexcept { return *mSourceText; }
+  // How the xdata of objects read from a file (ZdDbObject::setXDataAsRead)
+  // becomes a value chain: the reader of the file sets it. The chain is the
+  // caller's; null when it can't be made.
+  using XDataDecoder = std::function<ZdValueNode*(std::string_view raw)>;
+  void setXDataDecoder(XDataDecoder decoder) { mXDataDecoder = std::move(decoder); }
+  ZdValueNode* decodeXData(std::string_view raw) const { return mXDataDecoder ? mXDataDecoder(raw) : nullptr; }
   // Makes room for `count` objects in all, so that adding them does not rehash.
   void reserveObjects(std::size_t count) { mHandles.reserve(count); }
 
@@ -120,6 +127,7 @@ class ZdDbDatabase {
   std::u16string mCodePage = u"ANSI_1252";
   // On the heap, so views into it stay valid when the contents are swapped.
   std::unique_ptr<std::string> mSourceText = std::make_unique<std::string>();
+  XDataDecoder mXDataDecoder;
 };
 
 // Opens the object for read or write. eOk and the object; eNullObjectId,

@@ -8,6 +8,7 @@
 
 #include "zd/ZdCodes.h"
 #include "zd/db/ZdDbBlockReference.h"
+#include "zd/db/ZdDbDatabase.h"
 #include "zd/db/ZdDbBlockTableRecord.h"
 #include "zd/db/ZdDbDictionary.h"
 #include "zd/db/ZdDbSymbolTable.h"
@@ -94,6 +95,7 @@ bool appendCopy(ZdValueNode**& tail, const ZdValueNode* part) {
 }  // namespace
 
 ZdValueNode* ZdDbObject::xData(const char16_t* appName) const {
+  if (!decodeXDataAsRead()) return nullptr;
   ZdValueNode* head = nullptr;
   ZdValueNode** tail = &head;
   for (const XDataPart& part : mXData) {
@@ -103,26 +105,27 @@ ZdValueNode* ZdDbObject::xData(const char16_t* appName) const {
   return head;
 }
 
-Zeda::ErrorStatus ZdDbObject::adoptXDataAsRead(ZdValueNode* chain) {
-  for (const ZdValueNode* node = chain; node; node = node->rbnext) {
-    if (node->restype == XD_APPNAME && !node->resval.rstring) return zdutRelRb(chain), Zeda::eInvalidInput;
-  }
-  if (chain && chain->restype != XD_APPNAME) return zdutRelRb(chain), Zeda::eInvalidInput;
+bool ZdDbObject::decodeXDataAsRead() const {
+  if (mXDataText.empty()) return true;
+  ZdValueNode* chain = mDatabase ? mDatabase->decodeXData(mXDataText) : nullptr;
+  if (!chain) return false;
   // Cut the chain into one part per application, each owned by its entry.
   while (chain) {
     ZdValueNode* last = chain;
     while (last->rbnext && last->rbnext->restype != XD_APPNAME) last = last->rbnext;
     ZdValueNode* const rest = last->rbnext;
     last->rbnext = nullptr;
-    const std::u16string app(chain->resval.rstring);
+    const std::u16string app(chain->resval.rstring ? chain->resval.rstring : u"");
     std::erase_if(mXData, [&](const XDataPart& part) { return part.app == app; });
     mXData.push_back({app, std::shared_ptr<ZdValueNode>(chain, zdutRelRb)});
     chain = rest;
   }
-  return Zeda::eOk;
+  mXDataText = {};
+  return true;
 }
 
 Zeda::ErrorStatus ZdDbObject::setXData(const ZdValueNode* chain) {
+  if (!decodeXDataAsRead()) return Zeda::eOutOfMemory;
   while (chain) {
     if (chain->restype != XD_APPNAME || !chain->resval.rstring) return Zeda::eInvalidInput;
     const ZdValueNode* end = chain->rbnext;

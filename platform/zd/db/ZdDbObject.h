@@ -59,12 +59,11 @@ class ZdDbObject {
   // application's part, which replaces what that application had; a part of
   // the 1001 node alone removes it. The chain stays the caller's.
   Zeda::ErrorStatus setXData(const ZdValueNode* chain);
-  // Sets the xdata as a drawing file holds it, taking `chain` over (the
-  // caller no longer releases it): like setXData, but a part of the 1001
-  // node alone stays, as that application's xdata without items. eOk, or
-  // eInvalidInput (a chain that does not start with an application name,
-  // released, nothing changed).
-  Zeda::ErrorStatus adoptXDataAsRead(ZdValueNode* chain);
+  // Sets the xdata as a drawing file holds it: `raw`, a view into the text
+  // that the database keeps, is decoded by the database on first use
+  // (ZdDbDatabase::setXDataDecoder). Unlike setXData, a part of the 1001
+  // node alone stays, as that application's xdata without items.
+  void setXDataAsRead(std::string_view raw) noexcept { mXDataText = raw; }
 
   // The groups of the drawing file's record that the database does not model
   // (geometry, styles, ...), raw, as a view into the text that the database
@@ -92,7 +91,11 @@ class ZdDbObject {
   bool mErased = false;
   int mReaders = 0;
   bool mWriter = false;
-  std::vector<XDataPart> mXData;
+  // Decodes the xdata as read into mXData; false (nothing changed) when it can't.
+  bool decodeXDataAsRead() const;
+
+  mutable std::vector<XDataPart> mXData;
+  mutable std::string_view mXDataText;  // xdata as read, not yet decoded
   std::string_view mKeptDxfGroups;
 
 

@@ -138,6 +138,16 @@ DxfTextCodec codecOf(std::string_view version, std::string_view codePage) {
   return DxfTextCodec::forDrawing(version, "ANSI_1252").value_or(DxfTextCodec::utf8());
 }
 
+// Where the group code line of a tag starts: the line before its value.
+// REQUIRES: the tag was read from a text, as every tag here is.
+const char* codeLineOf(const DxfTag& tag) {
+  const char* at = tag.value.data();
+  if (at[-1] == '\n') --at;
+  if (at[-1] == '\r') --at;
+  while (at[-1] != '\n' && at[-1] != '\r') --at;
+  return at;
+}
+
 std::string quoted(std::string_view text) {
   std::string out(1, '"');
   out.append(text).push_back('"');
@@ -150,6 +160,8 @@ class DxfLoader {
   DxfLoader(ZdDbDatabase& database, std::string_view text, const DxfReadOptions& options, DxfReadReport& report)
       : mDatabase(database), mRecords(text), mOptions(options), mReport(report),
         mCodec(codecOf("AC1009", "ANSI_1252")) {}
+
+  const DxfTextCodec& codec() const noexcept { return mCodec; }
 
   Zeda::ErrorStatus load() {
     if (!mRecords.problem().empty() && mRecords.atEnd()) return fail(mRecords.problemLine(), mRecords.problem());
@@ -446,11 +458,14 @@ class DxfLoader {
   Zeda::ErrorStatus keepHandleAndXData(ZdDbObjectId id, const EntityFields& fields) {
     if (fields.handle) mDatabase.setObjectHandle(id, ZdDbHandle(*fields.handle));
     if (fields.xdata.empty()) return Zeda::eOk;
-    ZdValueNode* chain = nullptr;
-    Zeda::ErrorStatus status = readDxfXData(fields.xdata, mCodec, chain);
-    if (status == Zeda::eOk) status = mDatabase.objectAt(id)->adoptXDataAsRead(chain);
-    if (status == Zeda::eBadDxfFile) return fail(fields.xdata.front().line, "extended data (groups 1000 to 1071) expected");
-    return status;
+    if (const DxfTag* bad = findBadDxfXData(fields.xdata))
+      return fail(bad->line, "extended data value of group " + std::to_string(bad->code) + " expected");
+    // From the 1001's group code line to the end of the record.
+    const std::string_view text = mRecords.current().body;
+    const char* const end = text.data() + text.size();
+    const char* start = codeLineOf(fields.xdata.front());
+    mDatabase.objectAt(id)->setXDataAsRead(std::string_view(start, static_cast<std::size_t>(end - start)));
+    return Zeda::eOk;
   }
 
   // The ATTRIB records after an INSERT (with or without its 66 group), up to
@@ -633,6 +648,15 @@ class DxfLoader {
   std::map<std::uint64_t, LayoutFields> mLayouts;
 };
 
+// The value chain of xdata as a file holds it; null when it can't be made.
+ZdValueNode* decodeXData(std::string_view raw, const DxfTextCodec& codec) {
+  DxfTagReader reader(raw);
+  std::vector<DxfTag> tags;
+  for (DxfTag tag; reader.next(tag);) tags.push_back(tag);
+  ZdValueNode* chain = nullptr;
+  return readDxfXData(tags, codec, chain) == Zeda::eOk ? chain : nullptr;
+}
+
 // The bytes of a file; eFileNotFound or eFileAccessErr when they can't be had.
 Zeda::ErrorStatus readFileBytes(const std::string& path, std::string& bytes, DxfReadReport& report) {
   const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -665,14 +689,16 @@ Zeda::ErrorStatus readDxfDrawingText(std::string text, ZdDbDatabase& database, c
   }
   ZdDbDatabase loaded(false, true);
   const std::string& kept = loaded.keepSourceText(std::move(text));
-  loaded.reserveObjects(kept.size() / kBytesPerObjectAtLeast);
   if (kept.find_first_not_of(" \t\r\n") == std::string::npos) {
     out.line = 1;
     out.problem = "the file is empty";
     return Zeda::eBadDxfFile;
   }
-  const Zeda::ErrorStatus status = DxfLoader(loaded, kept, options, out).load();
+  loaded.reserveObjects(kept.size() / kBytesPerObjectAtLeast);
+  DxfLoader loader(loaded, kept, options, out);
+  const Zeda::ErrorStatus status = loader.load();
   if (status != Zeda::eOk) return status;
+  loaded.setXDataDecoder([codec = loader.codec()](std::string_view raw) { return decodeXData(raw, codec); });
   database.swapContents(loaded);
   return Zeda::eOk;
 }

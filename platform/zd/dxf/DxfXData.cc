@@ -1,5 +1,6 @@
 #include "zd/dxf/DxfXData.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -103,6 +104,35 @@ Zeda::ErrorStatus readDxfXData(std::span<const DxfTag> tags, const DxfTextCodec&
     }
   }
   return Zeda::eOk;
+}
+
+const DxfTag* findBadDxfXData(std::span<const DxfTag> tags) {
+  if (!tags.empty() && tags.front().code != XD_APPNAME) return &tags.front();
+  for (std::size_t at = 0; at < tags.size();) {
+    const DxfTag& tag = tags[at++];
+    const int code = tag.code;
+    if (!isXDataCode(code)) return &tag;
+    if (code == XD_BINARY) {
+      const bool hex = tag.value.size() % 2 == 0 && tag.value.size() / 2 <= 127 &&
+                       std::all_of(tag.value.begin(), tag.value.end(), [](char c) { return hexDigit(c) >= 0; });
+      if (!hex) return &tag;
+    } else if (code == XD_SHORT || code == XD_LONG) {
+      const auto number = parseDxfInteger(tag.value);
+      const std::int64_t low = code == XD_SHORT ? -32768 : INT32_MIN, high = code == XD_SHORT ? 32767 : INT32_MAX;
+      if (!number || *number < low || *number > high) return &tag;
+    } else if (isRealCode(code) || isPointCode(code)) {
+      if (!parseDxfReal(tag.value)) return &tag;
+      // A point's y must follow its x; its z may.
+      for (int axis = 1; isPointCode(code) && axis < 3; ++axis) {
+        if (at >= tags.size() || tags[at].code != code + 10 * axis) {
+          if (axis == 1) return &tag;
+          break;
+        }
+        if (!parseDxfReal(tags[at++].value)) return &tags[at - 1];
+      }
+    }
+  }
+  return nullptr;
 }
 
 std::string encodeDxfText(const DxfTextCodec& codec, std::u16string_view text) {

@@ -21,6 +21,10 @@
 // point without its y) or eOutOfMemory, with null and nothing left allocated.
 Zeda::ErrorStatus readDxfXData(std::span<const DxfTag> tags, const DxfTextCodec& codec, ZdValueNode*& chain);
 
+// The first tag of `tags` (the first a 1001) that the read above refuses as
+// bad; null when every one reads. Allocates nothing.
+const DxfTag* findBadDxfXData(std::span<const DxfTag> tags);
+
 // Appends the tags of `chain` to `out`; nodes of other types are left out.
 void appendDxfXData(std::string& out, const ZdValueNode* chain, const DxfTextCodec& codec);
 
