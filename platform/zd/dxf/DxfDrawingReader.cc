@@ -181,6 +181,14 @@ class DxfLoader {
   bool atSectionEnd() const { return mRecords.atEnd() || at("ENDSEC") || at("EOF") || at("SECTION"); }
   void advance() { mRecords.advance(); }
   std::u16string decode(std::string_view raw) const { return mCodec.decode(raw); }
+  // Entities come in runs on one layer: the last name decoded serves again.
+  const std::u16string& layerName(std::string_view raw) {
+    if (raw != mLastLayerRaw || mLastLayer.empty()) {
+      mLastLayerRaw = raw;
+      mLastLayer = decode(raw);
+    }
+    return mLastLayer;
+  }
 
   // A refusal; a tag fault met so far is named instead, as what follows it
   // is only its consequence.
@@ -404,7 +412,7 @@ class DxfLoader {
     if (!readEntityFields(record.tags, fields, isInsert)) return Zeda::eBadDxfFile;
     std::unique_ptr<ZdDbEntity> entity = makeEntity(record, fields);
     if (!entity) return Zeda::eBadDxfFile;
-    entity->setLayer(decode(fields.layer));
+    entity->setLayer(layerName(fields.layer));
     entity->setKeptDxfGroups(record.body);
     const ZdDbHandle handle(fields.handle.value_or(0));
     const ZdDbObjectId id = mDatabase.appendEntity(block.isNull() ? spaceOf(fields) : block, std::move(entity), handle);
@@ -482,7 +490,7 @@ class DxfLoader {
       auto attribute = std::make_unique<ZdDbAttribute>();
       attribute->setTag(decode(fields.name.value_or("")));
       attribute->setTextString(decode(fields.text));
-      attribute->setLayer(decode(fields.layer));
+      attribute->setLayer(layerName(fields.layer));
       attribute->setKeptDxfGroups(current().body);
       const ZdDbObjectId id = mDatabase.addObject(std::move(attribute), referenceId, ZdDbHandle(fields.handle.value_or(0)));
       reference->appendAttributeId(id);
@@ -642,6 +650,8 @@ class DxfLoader {
   std::string_view mVersion = "AC1009";  // what a file without a header is
   std::string_view mCodePage = "ANSI_1252";
   std::uint64_t mHandseed = 0;
+  std::string_view mLastLayerRaw;
+  std::u16string mLastLayer;
   std::map<std::string_view, ZdDbObjectId> mBlocksByName;
   std::vector<std::pair<ZdDbObjectId, std::string_view>> mPendingReferences;
   std::vector<DictionaryFields> mDictionaries;

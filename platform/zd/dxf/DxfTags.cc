@@ -2,26 +2,44 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace {
 
 constexpr std::string_view kBinarySentinel = "AutoCAD Binary DXF";
 constexpr int kComment = 999;
 
-// The next line of `text` from `pos` (without its end); moves `pos` past the end.
-std::string_view nextLine(std::string_view text, std::size_t& pos) {
+// The first `lineEnd` in [begin, end), or end. Lines are short, so a
+// library search costs more than it saves; sixteen bytes are compared at a
+// time where the processor can.
+const char* findLineEnd(const char* begin, const char* end, char lineEnd) {
+  const char* at = begin;
+#if defined(__SSE2__)
+  const __m128i wanted = _mm_set1_epi8(lineEnd);
+  for (; end - at >= 16; at += 16) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    const int mask = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted));
+    if (mask != 0) return at + __builtin_ctz(static_cast<unsigned>(mask));
+  }
+#endif
+  while (at != end && *at != lineEnd) ++at;
+  return at;
+}
+
+// The next line of `text` from `pos` (without its end); moves `pos` past
+// the end. Lines end in `lineEnd` ('\n', a CR before it dropped, or '\r'
+// in a file of CR line ends).
+std::string_view nextLine(std::string_view text, std::size_t& pos, char lineEnd) {
   const char* const begin = text.data() + pos;
   const char* const end = text.data() + text.size();
-  const char* stop = static_cast<const char*>(std::memchr(begin, '\n', static_cast<std::size_t>(end - begin)));
-  if (!stop) stop = end;
-  // A CR alone ends a line too (old Macintosh files).
-  if (const void* cr = std::memchr(begin, '\r', static_cast<std::size_t>(stop - begin))) stop = static_cast<const char*>(cr);
-  const std::string_view line(begin, static_cast<std::size_t>(stop - begin));
-  pos += line.size();
-  if (pos < text.size() && text[pos] == '\r') ++pos;
-  if (pos < text.size() && text[pos] == '\n') ++pos;
-  return line;
+  const char* const stop = findLineEnd(begin, end, lineEnd);
+  std::size_t length = static_cast<std::size_t>(stop - begin);
+  pos += stop == end ? length : length + 1;
+  if (lineEnd == '\n' && length > 0 && begin[length - 1] == '\r') --length;
+  return {begin, length};
 }
 
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
@@ -53,7 +71,8 @@ bool isDxfGroupCode(int code) {
 
 bool isBinaryDxf(std::string_view text) { return text.substr(0, kBinarySentinel.size()) == kBinarySentinel; }
 
-DxfTagReader::DxfTagReader(std::string_view text) : mText(text) {
+DxfTagReader::DxfTagReader(std::string_view text)
+    : mText(text), mLineEnd(text.find('\n') == std::string_view::npos ? '\r' : '\n') {
   if (mText.substr(0, 3) == "\xEF\xBB\xBF") mPos = 3;  // a UTF-8 byte order mark
 }
 
@@ -68,11 +87,11 @@ bool DxfTagReader::next(DxfTag& tag) {
   for (;;) {
     if (mPos >= mText.size() || onlyBlanksFrom(mText, mPos)) return false;
     tag.line = mLine;
-    const std::string_view codeLine = nextLine(mText, mPos);
+    const std::string_view codeLine = nextLine(mText, mPos, mLineEnd);
     if (!parseGroupCode(codeLine, tag.code)) return fail(tag.line, "group code expected");
     if (!isDxfGroupCode(tag.code)) return fail(tag.line, "group code " + std::to_string(tag.code) + " is not a DXF group code");
     if (mPos >= mText.size()) return fail(tag.line, "value of group " + std::to_string(tag.code) + " expected, the file ends");
-    tag.value = nextLine(mText, mPos);
+    tag.value = nextLine(mText, mPos, mLineEnd);
     mLine += 2;
     if (tag.code != kComment) return true;
   }

@@ -1,6 +1,7 @@
 // The tag layer of DXF drawing files: a DXF text is a series of tags, each a
 // group code line (an integer, blanks around it allowed) and a value line.
-// DxfTagReader walks a text one tag at a time; every tag it gives is a view
+// DxfTagReader walks a text one tag at a time (lines end in LF or CRLF, or
+// all in CR); every tag it gives is a view
 // into that text, so the text must outlive the tags. 999 comments are passed
 // over wherever they stand. appendDxfTag joins tags into a file.
 //
@@ -44,6 +45,7 @@ class DxfTagReader {
  private:
   bool fail(int line, std::string problem);
   std::string_view mText;
+  char mLineEnd;  // '\n' (LF or CRLF), or '\r' for a text without any LF
   std::size_t mPos = 0;
   int mLine = 1;
   int mProblemLine = 0;
