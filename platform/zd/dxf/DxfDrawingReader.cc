@@ -455,10 +455,15 @@ class DxfLoader {
     return std::make_unique<ZdDbEntity>(cls);
   }
 
-  ZdDbObjectId spaceOf(const EntityFields& fields) const {
+  ZdDbObjectId spaceOf(const EntityFields& fields) {
     if (fields.owner) {
+      // Entities come in runs of one owner: the last one found serves again.
+      if (*fields.owner == mLastOwnerHandle) return mLastOwner;
       const ZdDbObjectId owner = mDatabase.getObjectId(ZdDbHandle(*fields.owner));
-      if (dynamic_cast<const ZdDbBlockTableRecord*>(mDatabase.objectAt(owner))) return owner;
+      if (dynamic_cast<const ZdDbBlockTableRecord*>(mDatabase.objectAt(owner))) {
+        mLastOwnerHandle = *fields.owner;
+        return mLastOwner = owner;
+      }
     }
     return fields.paperSpace ? mDatabase.paperSpaceId() : mDatabase.modelSpaceId();
   }
@@ -650,6 +655,8 @@ class DxfLoader {
   std::string_view mVersion = "AC1009";  // what a file without a header is
   std::string_view mCodePage = "ANSI_1252";
   std::uint64_t mHandseed = 0;
+  std::uint64_t mLastOwnerHandle = 0;
+  ZdDbObjectId mLastOwner;
   std::string_view mLastLayerRaw;
   std::u16string mLastLayer;
   std::map<std::string_view, ZdDbObjectId> mBlocksByName;
@@ -677,10 +684,16 @@ Zeda::ErrorStatus readFileBytes(const std::string& path, std::string& bytes, Dxf
     report.problem = "is a folder, not a drawing";
     return Zeda::eFileAccessErr;
   }
-  if (info.st_size > 0) bytes.reserve(static_cast<std::size_t>(info.st_size));
-  char buffer[1 << 16];
+  // Straight into the string, sized by the file; what a file that grows
+  // meanwhile has more is appended.
+  std::size_t size = 0;
+  bytes.resize(info.st_size > 0 ? static_cast<std::size_t>(info.st_size) : 0);
   ssize_t count = 0;
-  while ((count = ::read(fd, buffer, sizeof buffer)) > 0) bytes.append(buffer, static_cast<std::size_t>(count));
+  while (size < bytes.size() && (count = ::read(fd, bytes.data() + size, bytes.size() - size)) > 0)
+    size += static_cast<std::size_t>(count);
+  bytes.resize(size);
+  char more[1 << 12];
+  while (count >= 0 && (count = ::read(fd, more, sizeof more)) > 0) bytes.append(more, static_cast<std::size_t>(count));
   ::close(fd);
   return count < 0 ? Zeda::eFileAccessErr : Zeda::eOk;
 }

@@ -51,6 +51,12 @@ bool parseGroupCode(std::string_view line, int& code) {
   while (first != last && isBlank(*first)) ++first;
   while (last != first && isBlank(last[-1])) --last;
   if (first == last) return false;
+  // Most codes are a few plain digits.
+  if (last - first <= 4 && std::all_of(first, last, [](char c) { return c >= '0' && c <= '9'; })) {
+    code = 0;
+    for (; first != last; ++first) code = code * 10 + (*first - '0');
+    return true;
+  }
   const auto [end, error] = std::from_chars(first, last, code);
   return error == std::errc() && end == last;
 }
@@ -85,10 +91,15 @@ bool DxfTagReader::fail(int line, std::string problem) {
 
 bool DxfTagReader::next(DxfTag& tag) {
   for (;;) {
-    if (mPos >= mText.size() || onlyBlanksFrom(mText, mPos)) return false;
+    if (mPos >= mText.size()) return false;
+    const std::size_t start = mPos;
     tag.line = mLine;
     const std::string_view codeLine = nextLine(mText, mPos, mLineEnd);
-    if (!parseGroupCode(codeLine, tag.code)) return fail(tag.line, "group code expected");
+    if (!parseGroupCode(codeLine, tag.code)) {
+      // Blank lines behind the last tag are no tag.
+      if (onlyBlanksFrom(mText, start)) return mPos = mText.size(), false;
+      return fail(tag.line, "group code expected");
+    }
     if (!isDxfGroupCode(tag.code)) return fail(tag.line, "group code " + std::to_string(tag.code) + " is not a DXF group code");
     if (mPos >= mText.size()) return fail(tag.line, "value of group " + std::to_string(tag.code) + " expected, the file ends");
     tag.value = nextLine(mText, mPos, mLineEnd);
