@@ -385,9 +385,16 @@ void ZdDbDatabase::swapContents(ZdDbDatabase& other) noexcept {
   std::swap(mCodePage, other.mCodePage);
   std::swap(mSourceText, other.mSourceText);
   std::swap(mXDataDecoder, other.mXDataDecoder);
+  std::swap(mOwnClasses, other.mOwnClasses);
   for (ZdDbDatabase* database : {this, &other})
     for (const auto& slab : database->mSlabs)
       for (std::size_t slot = 0; slot < slab->used; ++slot) slab->objects[slot]->mDatabase = database;
+}
+
+const ZdRxClass* ZdDbDatabase::classNamed(const std::u16string& name, const ZdRxClass* parent) {
+  std::unique_ptr<ZdRxClass>& cls = mOwnClasses[name];
+  if (!cls) cls = std::make_unique<ZdRxClass>(name, parent);
+  return cls.get();
 }
 
 const std::string& ZdDbDatabase::keepSourceText(std::string text) {

@@ -70,6 +70,10 @@ class ZdDbDatabase {
   using XDataDecoder = std::function<ZdValueNode*(std::string_view raw)>;
   void setXDataDecoder(XDataDecoder decoder) { mXDataDecoder = std::move(decoder); }
   ZdValueNode* decodeXData(std::string_view raw) const { return mXDataDecoder ? mXDataDecoder(raw) : nullptr; }
+  // The descriptor of a class known by name only that this database's
+  // objects use, made once per database under `parent` and freed with it,
+  // so that the classes a file invents do not outlive its drawing.
+  const ZdRxClass* classNamed(const std::u16string& name, const ZdRxClass* parent);
   // Makes room for `count` objects in all, so that adding them does not rehash.
   void reserveObjects(std::size_t count) { mHandles.reserve(count); }
 
@@ -128,6 +132,7 @@ class ZdDbDatabase {
   // On the heap, so views into it stay valid when the contents are swapped.
   std::unique_ptr<std::string> mSourceText = std::make_unique<std::string>();
   XDataDecoder mXDataDecoder;
+  std::map<std::u16string, std::unique_ptr<ZdRxClass>> mOwnClasses;
 };
 
 // Opens the object for read or write. eOk and the object; eNullObjectId,

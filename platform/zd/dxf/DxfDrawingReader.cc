@@ -450,7 +450,10 @@ class DxfLoader {
     }
     if (type == "ATTRIB" || type == "SEQEND" || type == "VERTEX" || type == "BLOCK" || type == "ENDBLK")
       return fail(record.line, quoted(type) + " stands where an entity was expected"), nullptr;
-    const ZdRxClass* cls = dxfEntityClassOf(type);
+    // The classes of other applications' types belong to this drawing alone.
+    const ZdRxClass* cls = isStandardDxfEntityType(type) ? dxfEntityClassOf(type)
+                           : isDxfTypeName(type)         ? mDatabase.classNamed(dxfClassNameOf(type), ZdDbEntity::desc())
+                                                         : nullptr;
     if (!cls) return fail(record.line, "entity type expected, not " + quoted(type)), nullptr;
     return std::make_unique<ZdDbEntity>(cls);
   }

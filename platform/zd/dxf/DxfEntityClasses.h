@@ -26,6 +26,10 @@ std::u16string dxfClassNameOf(std::string_view dxfType);
 // "ZdDbLine" -> "LINE"; the upper-cased name for a class not named "ZdDb...".
 std::string dxfTypeOf(const ZdRxClass& cls);
 
+// Whether a type is one of the entity types that DXF itself defines
+// ("LINE", "MTEXT", ...); other types are some application's own.
+bool isStandardDxfEntityType(std::string_view dxfType);
+
 // The descriptor of the class of a DXF entity type that the database has no
 // class of its own for (a ZdDbEntity made by name); null for a text that is
 // no type name.

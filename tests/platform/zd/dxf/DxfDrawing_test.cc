@@ -711,4 +711,22 @@ TEST(DxfDrawingTest, AllocationFailuresLeaveNothingBehind) {
   EXPECT_EQ(zd_testing::liveValueStrings(), strings);
 }
 
+// The classes of types that DXF defines are the process's; those of other
+// applications' types belong to the drawing that holds them, so reading ever
+// new type names does not keep ever more classes.
+TEST(DxfDrawingTest, InventedTypesHaveClassesOfTheirDrawing) {
+  const std::string text = replaced(kBase, "  0\nENDSEC\n  0\nEOF", "  0\nLINE\n  0\nWIDGET\n  0\nENDSEC\n  0\nEOF");
+  ZdDbDatabase first, second;
+  ASSERT_EQ(readDxfDrawing(text, first), Zeda::eOk);
+  ASSERT_EQ(readDxfDrawing(text, second), Zeda::eOk);
+  auto classOf = [](const ZdDbDatabase& db, std::size_t at) {
+    return db.objectAt(static_cast<const ZdDbBlockTableRecord*>(db.objectAt(db.modelSpaceId()))->entityIds().at(at))->isA();
+  };
+  EXPECT_EQ(classOf(first, 1), classOf(second, 1));
+  EXPECT_EQ(classOf(first, 1), dxfEntityClassOf("LINE"));
+  EXPECT_NE(classOf(first, 2), classOf(second, 2));
+  EXPECT_EQ(std::u16string(classOf(first, 2)->name()), u"ZdDbWidget");
+  EXPECT_TRUE(classOf(first, 2)->isDerivedFrom(ZdDbEntity::desc()));
+}
+
 }  // namespace
