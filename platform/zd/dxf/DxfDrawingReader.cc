@@ -158,8 +158,7 @@ std::string quoted(std::string_view text) {
 class DxfLoader {
  public:
   DxfLoader(ZdDbDatabase& database, std::string_view text, const DxfReadOptions& options, DxfReadReport& report)
-      : mDatabase(database), mRecords(text), mOptions(options), mReport(report),
-        mCodec(codecOf("AC1009", "ANSI_1252")) {}
+      : mDatabase(database), mRecords(text), mOptions(options), mReport(report), mCodec(DxfTextCodec::utf8()) {}
 
   const DxfTextCodec& codec() const noexcept { return mCodec; }
 
@@ -242,6 +241,9 @@ class DxfLoader {
     if (name.empty()) return fail(line, "section name (group 2) expected");
     Zeda::ErrorStatus status = Zeda::eOk;
     if (name == "HEADER") status = readHeader(Tags(current().tags).subspan(1));
+    // A file without a header is R12 in ANSI_1252; its codec is made once it is needed.
+    if (!mCodecChosen) mCodec = codecOf(mVersion, mCodePage);
+    mCodecChosen = true;
     advance();
     if (status != Zeda::eOk) return status;
     if (name == "TABLES") status = readTables();
@@ -275,6 +277,7 @@ class DxfLoader {
     }
     if (versionTag && !isAcadVersion(mVersion)) return badValue(*versionTag, "a version (AC1009 ...)");
     mCodec = codecOf(mVersion, mCodePage);
+    mCodecChosen = true;
     // Handles that the file does not give come after every one it gives.
     mDatabase.raiseHandseed(ZdDbHandle(mHandseed));
     return Zeda::eOk;
@@ -655,6 +658,7 @@ class DxfLoader {
   DxfReadReport& mReport;
   bool mReportedCut = false;
   DxfTextCodec mCodec;
+  bool mCodecChosen = false;
   std::string_view mVersion = "AC1009";  // what a file without a header is
   std::string_view mCodePage = "ANSI_1252";
   std::uint64_t mHandseed = 0;

@@ -4,6 +4,7 @@
 #include <unicode/uniset.h>
 
 #include <cstdio>
+#include <map>
 #include <mutex>
 
 #include "win/Utf8.h"
@@ -64,8 +65,17 @@ std::optional<DxfTextCodec> DxfTextCodec::forDrawing(std::string_view acadVersio
   UErrorCode status = U_ZERO_ERROR;
   converter->converter = ucnv_open(icuName(page).c_str(), &status);
   if (U_FAILURE(status)) return std::nullopt;
+  // Converters are shared by ICU's own name of their code page, so the set
+  // of what each maps is made once; there are only so many code pages.
+  static std::mutex mutex;
+  static std::map<std::string, std::shared_ptr<const Converter>> known;
+  const std::string name = ucnv_getName(converter->converter, &status);
+  if (U_FAILURE(status)) return std::nullopt;
+  std::lock_guard lock(mutex);
+  if (const auto found = known.find(name); found != known.end()) return DxfTextCodec(page, found->second);
   ucnv_getUnicodeSet(converter->converter, converter->mappable.toUSet(), UCNV_ROUNDTRIP_SET, &status);
   if (U_FAILURE(status)) return std::nullopt;
+  known.emplace(name, converter);
   return DxfTextCodec(page, std::move(converter));
 }
 
