@@ -8,6 +8,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "zd/db/ZdDbObject.h"
@@ -50,9 +51,15 @@ class ZdDbBlockTableRecord : public ZdDbObject {
   Zeda::ErrorStatus newIterator(ZdDbBlockTableRecordIterator*& iterator, bool atBeginning = true,
                                 bool skipDeleted = true) const;
   void appendEntityId(ZdDbObjectId entity) { mEntities.push_back(entity); }
+  // The groups of the block's BLOCK record in the drawing file (base point,
+  // flags, ...) beside those of its BLOCK_RECORD (keptDxfGroups), a view
+  // into the text the database keeps; empty when not read from a file.
+  std::string_view keptDxfBlockGroups() const noexcept { return mKeptBlockGroups; }
+  void setKeptDxfBlockGroups(std::string_view groups) noexcept { mKeptBlockGroups = groups; }
   const std::vector<ZdDbObjectId>& entityIds() const noexcept { return mEntities; }
 
  private:
   std::u16string mName;
   std::vector<ZdDbObjectId> mEntities;
+  std::string_view mKeptBlockGroups;
 };

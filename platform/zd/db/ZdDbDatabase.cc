@@ -386,6 +386,7 @@ void ZdDbDatabase::swapContents(ZdDbDatabase& other) noexcept {
   std::swap(mSourceText, other.mSourceText);
   std::swap(mXDataDecoder, other.mXDataDecoder);
   std::swap(mOwnClasses, other.mOwnClasses);
+  std::swap(mKeptDxfParts, other.mKeptDxfParts);
   for (ZdDbDatabase* database : {this, &other})
     for (const auto& slab : database->mSlabs)
       for (std::size_t slot = 0; slot < slab->used; ++slot) slab->objects[slot]->mDatabase = database;

@@ -74,6 +74,22 @@ class ZdDbDatabase {
   // objects use, made once per database under `parent` and freed with it,
   // so that the classes a file invents do not outlive its drawing.
   const ZdRxClass* classNamed(const std::u16string& name, const ZdRxClass* parent);
+  // The parts of the drawing file that no object of the database stands for,
+  // as views into the kept text, for a writer of the same version to write
+  // back: the header's groups, the CLASSES section's records, each table
+  // whole from TABLE to ENDTAB in file order (the view empty for a table the
+  // writer makes: the block records and the applications), the named object
+  // dictionary's record,
+  // and the records of the other objects.
+  struct KeptDxfParts {
+    std::string_view header;
+    std::string_view classes;
+    std::vector<std::pair<std::string, std::string_view>> tables;
+    std::string_view rootDictionary;
+    std::vector<std::string_view> objects;
+  };
+  KeptDxfParts& keptDxfParts() noexcept { return mKeptDxfParts; }
+  const KeptDxfParts& keptDxfParts() const noexcept { return mKeptDxfParts; }
   // Makes room for `count` objects in all, so that adding them does not rehash.
   void reserveObjects(std::size_t count) { mHandles.reserve(count); }
 
@@ -133,6 +149,7 @@ class ZdDbDatabase {
   std::unique_ptr<std::string> mSourceText = std::make_unique<std::string>();
   XDataDecoder mXDataDecoder;
   std::map<std::u16string, std::unique_ptr<ZdRxClass>> mOwnClasses;
+  KeptDxfParts mKeptDxfParts;
 };
 
 // Opens the object for read or write. eOk and the object; eNullObjectId,

@@ -81,7 +81,8 @@ class RecordReader {
         mCurrent.tags.push_back(tag);
         mEndLine = tag.line + 2;
       }
-      if (!mHasNext) end = mTags.offset();
+      // At the end of the text the record ends there; at a fault, before it.
+      if (!mHasNext && mTags.problem().empty()) end = mTags.offset();
     }
     mCurrent.body = text.substr(begin, end - begin);
   }
@@ -109,12 +110,14 @@ struct EntityFields {
 };
 
 struct LayoutFields {
+  std::string_view kept;  // the record's groups
   std::string_view name;
   std::int32_t tabOrder = 0;
   std::optional<std::uint64_t> block;
 };
 
 struct DictionaryFields {
+  std::string_view text;  // the whole record
   std::uint64_t handle = 0;
   std::vector<std::pair<std::string_view, std::uint64_t>> entries;  // name, handle, in file order
 };
@@ -138,14 +141,24 @@ DxfTextCodec codecOf(std::string_view version, std::string_view codePage) {
   return DxfTextCodec::forDrawing(version, "ANSI_1252").value_or(DxfTextCodec::utf8());
 }
 
-// Where the group code line of a tag starts: the line before its value.
-// REQUIRES: the tag was read from a text, as every tag here is.
-const char* codeLineOf(const DxfTag& tag) {
-  const char* at = tag.value.data();
-  if (at[-1] == '\n') --at;
-  if (at[-1] == '\r') --at;
-  while (at[-1] != '\n' && at[-1] != '\r') --at;
+// Where the group code line of a tag starts, given where its value starts:
+// the line before. REQUIRES: the value is in a text, after its code line.
+const char* codeLineOf(const char* value, std::string_view text) {
+  const char* const begin = text.data();
+  const char* at = value;
+  if (at != begin && at[-1] == '\n') --at;
+  if (at != begin && at[-1] == '\r') --at;
+  while (at != begin && at[-1] != '\n' && at[-1] != '\r') --at;
   return at;
+}
+
+// A record's whole text, from its 0 group to its end; from `start` to the end of `last`.
+std::string_view wholeText(const Record& record, std::string_view text) {
+  const char* start = codeLineOf(record.type.data(), text);
+  return {start, static_cast<std::size_t>(record.body.data() + record.body.size() - start)};
+}
+std::string_view textFrom(const char* start, const Record& last) {
+  return {start, static_cast<std::size_t>(last.body.data() + last.body.size() - start)};
 }
 
 std::string quoted(std::string_view text) {
@@ -158,7 +171,8 @@ std::string quoted(std::string_view text) {
 class DxfLoader {
  public:
   DxfLoader(ZdDbDatabase& database, std::string_view text, const DxfReadOptions& options, DxfReadReport& report)
-      : mDatabase(database), mRecords(text), mOptions(options), mReport(report), mCodec(DxfTextCodec::utf8()) {}
+      : mDatabase(database), mText(text), mRecords(text), mOptions(options), mReport(report),
+        mCodec(DxfTextCodec::utf8()) {}
 
   const DxfTextCodec& codec() const noexcept { return mCodec; }
 
@@ -240,7 +254,12 @@ class DxfLoader {
     if (!current().tags.empty() && current().tags.front().code == 2) name = current().tags.front().value;
     if (name.empty()) return fail(line, "section name (group 2) expected");
     Zeda::ErrorStatus status = Zeda::eOk;
-    if (name == "HEADER") status = readHeader(Tags(current().tags).subspan(1));
+    if (name == "HEADER") {
+      status = readHeader(Tags(current().tags).subspan(1));
+      keptParts().header = current().tags.size() > 1 ? textFrom(codeLineOf(current().tags[1].value.data(), mText), current())
+                                                      : std::string_view();
+    }
+    const char* const sectionStart = current().body.data() + current().body.size();
     // A file without a header is R12 in ANSI_1252; its codec is made once it is needed.
     if (!mCodecChosen) mCodec = codecOf(mVersion, mCodePage);
     mCodecChosen = true;
@@ -252,10 +271,19 @@ class DxfLoader {
     else if (name == "OBJECTS") status = readObjects();
     else
       while (!atSectionEnd()) advance();
+    if (name == "CLASSES" && status == Zeda::eOk) keptParts().classes = std::string_view(sectionStart, classesEnd(sectionStart));
     if (status != Zeda::eOk) return status;
     if (at("ENDSEC")) return advance(), Zeda::eOk;
     if (!atSectionEnd()) return fail(current().line, "ENDSEC expected, not " + quoted(current().type));
     return missing("ENDSEC of section " + std::string(name) + " expected", "ENDSEC of section " + std::string(name) + " added");
+  }
+
+  ZdDbDatabase::KeptDxfParts& keptParts() { return mDatabase.keptDxfParts(); }
+
+  // Where the records of a section that started at `start` end: at the record the reader stands on.
+  std::size_t classesEnd(const char* start) const {
+    if (mRecords.atEnd()) return static_cast<std::size_t>(mText.data() + mText.size() - start);
+    return static_cast<std::size_t>(codeLineOf(current().type.data(), mText) - start);
   }
 
   Zeda::ErrorStatus readHeader(Tags tags) {
@@ -329,10 +357,13 @@ class DxfLoader {
   Zeda::ErrorStatus readTables() {
     while (!atSectionEnd()) {
       bool blockRecords = false;
+      const char* const start = codeLineOf(current().type.data(), mText);
+      std::string tableName;
       if (at("TABLE")) {
         EntityFields table;
         if (!readEntityFields(current().tags, table, false)) return Zeda::eBadDxfFile;
         blockRecords = table.name == "BLOCK_RECORD";
+        tableName = std::string(table.name.value_or(""));
         if (blockRecords && table.handle) mDatabase.setObjectHandle(mDatabase.blockTableId(), ZdDbHandle(*table.handle));
         advance();
       } else {
@@ -346,6 +377,10 @@ class DxfLoader {
         if (blockRecords && !readBlockRecord(current())) return Zeda::eBadDxfFile;
       }
       if (at("ENDTAB")) {
+        // A table the file has in full is kept as it is; the block records
+        // and the applications are made again from the database.
+        const bool made = blockRecords || tableName == "APPID" || tableName.empty();
+        keptParts().tables.emplace_back(tableName, made ? std::string_view() : textFrom(start, current()));
         advance();
       } else if (const auto status = missing("ENDTAB expected", "ENDTAB added"); status != Zeda::eOk) {
         return status;
@@ -359,7 +394,7 @@ class DxfLoader {
     EntityFields fields;
     if (!readEntityFields(record.tags, fields, false)) return false;
     if (!fields.name) return fail(record.line, "block name (group 2) expected"), false;
-    defineBlock(*fields.name, fields.handle);
+    mDatabase.objectAt(defineBlock(*fields.name, fields.handle))->setKeptDxfGroups(record.body);
     return true;
   }
 
@@ -385,6 +420,7 @@ class DxfLoader {
       if (!readEntityFields(current().tags, block, false)) return Zeda::eBadDxfFile;
       if (!block.name || block.name->empty()) return fail(line, "block name (group 2) expected");
       const ZdDbObjectId id = defineBlock(*block.name, std::nullopt);
+      static_cast<ZdDbBlockTableRecord*>(mDatabase.objectAt(id))->setKeptDxfBlockGroups(current().body);
       advance();
       if (const Zeda::ErrorStatus status = readEntities(id); status != Zeda::eOk) return status;
       if (at("ENDBLK")) {
@@ -482,7 +518,7 @@ class DxfLoader {
     // From the 1001's group code line to the end of the record.
     const std::string_view text = mRecords.current().body;
     const char* const end = text.data() + text.size();
-    const char* start = codeLineOf(fields.xdata.front());
+    const char* start = codeLineOf(fields.xdata.front().value.data(), mText);
     mDatabase.objectAt(id)->setXDataAsRead(std::string_view(start, static_cast<std::size_t>(end - start)));
     return Zeda::eOk;
   }
@@ -538,13 +574,17 @@ class DxfLoader {
       if (record.type == "DICTIONARY") {
         DictionaryFields dictionary;
         if (!readDictionaryFields(record.tags, dictionary)) return Zeda::eBadDxfFile;
+        dictionary.text = wholeText(record, mText);
         mDictionaries.push_back(std::move(dictionary));
       } else if (record.type == "LAYOUT") {
         EntityFields object;
         LayoutFields layout;
         if (!readEntityFields(record.tags, object, false) || !readLayoutFields(record.tags, layout))
           return Zeda::eBadDxfFile;
+        layout.kept = record.body;
         if (object.handle) mLayouts[*object.handle] = layout;
+      } else {
+        keptParts().objects.push_back(wholeText(record, mText));
       }
     }
     return Zeda::eOk;
@@ -609,10 +649,22 @@ class DxfLoader {
       ZdDbObjectId block;
       if (layout->second.block) block = mDatabase.getObjectId(ZdDbHandle(*layout->second.block));
       if (!dynamic_cast<const ZdDbBlockTableRecord*>(mDatabase.objectAt(block))) block = ZdDbObjectId();
-      mDatabase.setObjectHandle(mDatabase.addLayout(decode(name), layout->second.tabOrder, block), ZdDbHandle(handle));
+      const ZdDbObjectId id = mDatabase.addLayout(decode(name), layout->second.tabOrder, block);
+      mDatabase.setObjectHandle(id, ZdDbHandle(handle));
+      mDatabase.objectAt(id)->setKeptDxfGroups(layout->second.kept);
       any = true;
     }
     return any;
+  }
+
+  // The named object dictionary is kept to be written again with the
+  // layouts' entry; every other dictionary but the layouts' as it is.
+  void keepOtherDictionaries(const DictionaryFields* layouts) {
+    for (std::size_t at = 0; at < mDictionaries.size(); ++at) {
+      if (&mDictionaries[at] == layouts) continue;
+      if (at == 0) keptParts().rootDictionary = mDictionaries[at].text;
+      else keptParts().objects.push_back(mDictionaries[at].text);
+    }
   }
 
   // Each INSERT's block: the record of that name, or none (with the name
@@ -643,6 +695,7 @@ class DxfLoader {
     // layout (R12 has none, R13 and R14 an empty one) has the tabs every
     // drawing has.
     const DictionaryFields* layouts = layoutDictionary();
+    keepOtherDictionaries(layouts);
     if (!layouts || !addLayouts(*layouts)) {
       mDatabase.addLayout(u"Model", 0, mDatabase.modelSpaceId());
       mDatabase.addLayout(u"Layout1", 1, mDatabase.paperSpaceId());
@@ -653,6 +706,7 @@ class DxfLoader {
   }
 
   ZdDbDatabase& mDatabase;
+  std::string_view mText;
   RecordReader mRecords;
   const DxfReadOptions& mOptions;
   DxfReadReport& mReport;

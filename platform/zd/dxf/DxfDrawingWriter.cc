@@ -68,7 +68,10 @@ class DxfWriter {
     if (!isR12() && !writeObjects(objects)) return false;
     std::string tables;
     writeTables(tables);  // after the rest: it lists the xdata applications met there
+    mHandseedText = formatDxfHandle(mNextHandle);
     writeHeader(file);
+    if (keepsParts() && !mDatabase.keptDxfParts().classes.empty())
+      appendSection(file, "CLASSES", mDatabase.keptDxfParts().classes);
     appendSection(file, "TABLES", tables);
     appendSection(file, "BLOCKS", blocks);
     appendSection(file, "ENTITIES", entities);
@@ -89,7 +92,7 @@ class DxfWriter {
     return object && !object->isErased() ? object : nullptr;
   }
 
-  static void appendSection(std::string& out, std::string_view name, const std::string& body) {
+  static void appendSection(std::string& out, std::string_view name, std::string_view body) {
     appendDxfTag(out, 0, "SECTION");
     appendDxfTag(out, 2, name);
     out += body;
@@ -107,25 +110,59 @@ class DxfWriter {
   }
 
   void writeHeader(std::string& out) const {
+    const std::string_view kept = keepsParts() ? mDatabase.keptDxfParts().header : std::string_view();
     std::string header;
-    appendDxfTag(header, 9, "$ACADVER");
-    appendDxfTag(header, 1, mVersion);
-    appendDxfTag(header, 9, "$DWGCODEPAGE");
-    appendDxfTag(header, 3, mCodePage);
-    if (isR12()) {
+    // The file's variables as they were, with those the database models in place.
+    std::set<std::string_view> written;
+    std::string_view variable;
+    DxfTagReader reader(kept);
+    for (DxfTag tag; reader.next(tag) && tag.code != 0;) {
+      if (tag.code == 9) variable = tag.value;
+      const std::string_view value = tag.code == 9 ? std::string_view() : modelledHeaderValue(variable, tag.code);
+      if (!value.empty()) written.insert(variable);
+      appendDxfTag(header, tag.code, value.empty() ? tag.value : value);
+    }
+    for (const auto& [name, code] : {std::pair<std::string_view, int>{"$ACADVER", 1}, {"$DWGCODEPAGE", 3}, {"$HANDSEED", 5}}) {
+      if (written.count(name)) continue;
+      appendDxfTag(header, 9, name);
+      appendDxfTag(header, code, modelledHeaderValue(name, code));
+    }
+    if (isR12() && kept.empty()) {
       appendDxfTag(header, 9, "$HANDLING");
       appendDxfTag(header, 70, "1");
     }
-    appendDxfTag(header, 9, "$HANDSEED");
-    appendDxfTag(header, 5, formatDxfHandle(mNextHandle));
     appendSection(out, "HEADER", header);
+  }
+
+  // The value of a header variable that the database models; empty for others.
+  std::string_view modelledHeaderValue(std::string_view variable, int code) const {
+    if (variable == "$ACADVER" && code == 1) return mVersion;
+    if (variable == "$DWGCODEPAGE" && code == 3) return mCodePage;
+    if (variable == "$HANDSEED" && code == 5) return mHandseedText;
+    return {};
   }
 
   // --- tables: block records (R13 on) and the applications of the xdata -----------
 
+  // The file's tables where they stood, as they were, but the block records
+  // and the applications, which are made from the database.
   void writeTables(std::string& out) {
-    if (!isR12()) writeBlockRecordTable(out);
-    writeApplicationTable(out);
+    bool blockRecords = isR12(), applications = false;
+    if (keepsParts()) {
+      for (const auto& [name, raw] : mDatabase.keptDxfParts().tables) {
+        if (name == "BLOCK_RECORD" && !blockRecords) {
+          writeBlockRecordTable(out);
+          blockRecords = true;
+        } else if (name == "APPID" && !applications) {
+          writeApplicationTable(out);
+          applications = true;
+        } else if (name != "BLOCK_RECORD" && name != "APPID") {
+          out.append(raw);
+        }
+      }
+    }
+    if (!blockRecords) writeBlockRecordTable(out);
+    if (!applications) writeApplicationTable(out);
   }
 
   void appendTableStart(std::string& out, std::string_view name, std::uint64_t handle, std::size_t count) const {
@@ -143,6 +180,11 @@ class DxfWriter {
     for (const ZdDbObjectId id : mDatabase.blockTableRecordIds()) {
       const auto* record = live<ZdDbBlockTableRecord>(id);
       if (!record) continue;
+      if (keepsGroupsOf(*record)) {
+        writeKeptRecord(out, "BLOCK_RECORD", record->objectHandle().value(), record->keptDxfGroups(), tableHandle,
+                        text(record->name()));
+        continue;
+      }
       appendStart(out, "BLOCK_RECORD", record->objectHandle().value(), tableHandle, "AcDbSymbolTableRecord");
       appendDxfTag(out, 100, "AcDbBlockTableRecord");
       appendDxfTag(out, 2, text(record->name()));
@@ -180,13 +222,17 @@ class DxfWriter {
       const auto* record = live<ZdDbBlockTableRecord>(id);
       if (!record) continue;
       const std::uint64_t handle = record->objectHandle().value();
-      appendStart(out, "BLOCK", isR12() ? 0 : newHandle(), handle, "AcDbEntity");
-      appendDxfTag(out, 8, "0");
-      if (!isR12()) appendDxfTag(out, 100, "AcDbBlockBegin");
-      appendDxfTag(out, 2, blockName(*record));
-      appendDxfTag(out, 70, "0");
-      appendPoint(out, 10);
-      appendDxfTag(out, 3, blockName(*record));
+      if (keepsParts() && !record->keptDxfBlockGroups().empty()) {
+        writeKeptRecord(out, "BLOCK", isR12() ? 0 : newHandle(), record->keptDxfBlockGroups(), handle, blockName(*record));
+      } else {
+        appendStart(out, "BLOCK", isR12() ? 0 : newHandle(), handle, "AcDbEntity");
+        appendDxfTag(out, 8, "0");
+        if (!isR12()) appendDxfTag(out, 100, "AcDbBlockBegin");
+        appendDxfTag(out, 2, blockName(*record));
+        appendDxfTag(out, 70, "0");
+        appendPoint(out, 10);
+        appendDxfTag(out, 3, blockName(*record));
+      }
       if (!isSpace(id)) writeEntitiesOf(out, *record, false);
       appendStart(out, "ENDBLK", isR12() ? 0 : newHandle(), handle, "AcDbEntity");
       appendDxfTag(out, 8, "0");
@@ -321,10 +367,26 @@ class DxfWriter {
     return !object.keptDxfGroups().empty() && mVersion == asciiOf(mDatabase.dwgVersion());
   }
 
-  // The record of `object` from its kept groups: its handle first, the file's
-  // groups in their order with the modelled ones (owner, layer, space, name,
-  // text) replaced, then the xdata; records that followed it in the file
-  // (a polyline's vertices) come after, as they were.
+  // Appends the groups of `kept` up to its first 0 group, except the
+  // handle, a group code 5, which the caller writes, and xdata. `replace`
+  // sees each other group first and returns true when it appended it itself
+  // (or chose to leave it out). The offset of that 0 group, or the size.
+  template <typename Replace>
+  static std::size_t appendKeptGroups(std::string& out, std::string_view kept, Replace&& replace) {
+    DxfTagReader reader(kept);
+    std::size_t before = reader.offset();
+    for (DxfTag tag; reader.next(tag); before = reader.offset()) {
+      if (tag.code == 0) return before;
+      if (tag.code == 5 || tag.code >= 1000) continue;
+      if (!replace(tag)) appendDxfTag(out, tag.code, tag.value);
+    }
+    return reader.problem().empty() ? kept.size() : before;
+  }
+
+  // The record of an entity from its kept groups: its handle first, the
+  // file's groups in their order with the modelled ones (owner, layer,
+  // space, name, text) replaced, then the xdata; records that followed it
+  // in the file (a polyline's vertices) come after, as they were.
   void writePatched(std::string& out, const ZdDbEntity& object, std::string_view type, const Patch& patch) {
     const std::string_view kept = object.keptDxfGroups();
     bool hasLayer = false, hasSpace = false, hasName = false, hasText = false;
@@ -340,51 +402,67 @@ class DxfWriter {
     if (!hasLayer) appendDxfTag(out, 8, text(object.layer()));
     if (patch.paperSpace && !hasSpace) appendDxfTag(out, 67, "1");
     bool inGroup = false, ownerDone = false, layerDone = false, nameDone = false, textDone = false;
-    DxfTagReader reader(kept);
-    std::size_t before = reader.offset();
-    for (DxfTag tag; reader.next(tag); before = reader.offset()) {
-      if (tag.code == 0) break;
-      if (tag.code == 5 || tag.code >= 1000) continue;
+    const std::size_t rest = appendKeptGroups(out, kept, [&](const DxfTag& tag) {
       if (tag.code == 102) inGroup = !tag.value.empty() && tag.value.front() == '{';
-      std::string_view value = tag.value;
-      std::string replacement;
       if (tag.code == 330 && !inGroup && !ownerDone) {
         ownerDone = true;
-        replacement = formatDxfHandle(patch.owner);
+        appendDxfTag(out, 330, formatDxfHandle(patch.owner));
       } else if (tag.code == 8 && !layerDone) {
         layerDone = true;
-        replacement = text(object.layer());
+        appendDxfTag(out, 8, text(object.layer()));
       } else if (tag.code == 67) {
-        replacement.assign(1, patch.paperSpace ? '1' : '0');
+        appendDxfTag(out, 67, patch.paperSpace ? "1" : "0");
       } else if (tag.code == 2 && patch.name && !nameDone) {
         nameDone = true;
-        replacement = *patch.name;
+        appendDxfTag(out, 2, *patch.name);
       } else if (tag.code == 1 && patch.text && !textDone) {
         textDone = true;
-        replacement = *patch.text;
+        appendDxfTag(out, 1, *patch.text);
       } else {
-        appendDxfTag(out, tag.code, value);
-        continue;
+        return false;
       }
-      appendDxfTag(out, tag.code, replacement);
-    }
+      return true;
+    });
     if (patch.name && !hasName) appendDxfTag(out, 2, *patch.name);
     if (patch.text && !hasText) appendDxfTag(out, 1, *patch.text);
     writeXData(out, object);
-    if (before < kept.size() && reader.problem().empty()) out.append(kept.substr(before));
+    out.append(kept.substr(rest));
   }
+
+  // A symbol table record or block start from its kept groups: type and
+  // handle, the owner (the first 330 outside a 102 group) and the name (the
+  // first 2, and a 3 that repeats it) replaced.
+  void writeKeptRecord(std::string& out, std::string_view type, std::uint64_t handle, std::string_view kept,
+                       std::uint64_t owner, const std::string& name) const {
+    appendDxfTag(out, 0, type);
+    if (handle != 0) appendDxfTag(out, 5, formatDxfHandle(handle));
+    bool inGroup = false, ownerDone = false, nameDone = false;
+    appendKeptGroups(out, kept, [&](const DxfTag& tag) {
+      if (tag.code == 102) inGroup = !tag.value.empty() && tag.value.front() == '{';
+      if (tag.code == 330 && !inGroup && !ownerDone) {
+        ownerDone = true;
+        appendDxfTag(out, 330, formatDxfHandle(owner));
+        return true;
+      }
+      if ((tag.code == 2 && !nameDone) || tag.code == 3) {
+        nameDone = nameDone || tag.code == 2;
+        appendDxfTag(out, tag.code, name);
+        return true;
+      }
+      return false;
+    });
+  }
+
+  // Whether the parts of the file no object stands for are written back.
+  bool keepsParts() const { return mVersion == asciiOf(mDatabase.dwgVersion()); }
 
   // --- objects: the named object dictionary and the layouts ------------------------------
 
   bool writeObjects(std::string& out) {
     const auto* layouts = live<ZdDbDictionary>(mDatabase.layoutDictionaryId());
     if (!layouts) return false;
-    const std::uint64_t namedObjects = newHandle();
     const std::uint64_t layoutsHandle = layouts->objectHandle().value();
-    appendStart(out, "DICTIONARY", namedObjects, 0, "AcDbDictionary");
-    appendDxfTag(out, 281, "1");
-    appendDxfTag(out, 3, "ACAD_LAYOUT");
-    appendDxfTag(out, 350, formatDxfHandle(layoutsHandle));
+    const std::uint64_t namedObjects = writeNamedObjects(out, layoutsHandle);
     appendStart(out, "DICTIONARY", layoutsHandle, namedObjects, "AcDbDictionary");
     appendDxfTag(out, 281, "1");
     std::vector<const ZdDbLayout*> entries;
@@ -399,10 +477,44 @@ class DxfWriter {
     }
     delete iterator;
     for (const ZdDbLayout* layout : entries) writeLayout(out, *layout, layoutsHandle);
+    if (keepsParts())
+      for (const std::string_view object : mDatabase.keptDxfParts().objects) out.append(object);
     return true;
   }
 
+  // The named object dictionary: the file's, with the entry ACAD_LAYOUT
+  // naming the layouts' dictionary, or a new one with that entry alone. Its handle.
+  std::uint64_t writeNamedObjects(std::string& out, std::uint64_t layoutsHandle) {
+    const std::string_view kept = keepsParts() ? mDatabase.keptDxfParts().rootDictionary : std::string_view();
+    DxfTagReader reader(kept);
+    DxfTag type, handle;
+    if (reader.next(type) && reader.next(handle) && handle.code == 5) {
+      const auto own = parseDxfHandle(handle.value);
+      if (own) {
+        appendDxfTag(out, 0, "DICTIONARY");
+        appendDxfTag(out, 5, handle.value);
+        bool layoutEntry = false;
+        appendKeptGroups(out, kept.substr(reader.offset()), [&](const DxfTag& tag) {
+          if ((tag.code == 350 || tag.code == 360) && layoutEntry) appendDxfTag(out, tag.code, formatDxfHandle(layoutsHandle));
+          if (tag.code == 3) layoutEntry = tag.value == "ACAD_LAYOUT";
+          return (tag.code == 350 || tag.code == 360) && layoutEntry;
+        });
+        return *own;
+      }
+    }
+    const std::uint64_t namedObjects = newHandle();
+    appendStart(out, "DICTIONARY", namedObjects, 0, "AcDbDictionary");
+    appendDxfTag(out, 281, "1");
+    appendDxfTag(out, 3, "ACAD_LAYOUT");
+    appendDxfTag(out, 350, formatDxfHandle(layoutsHandle));
+    return namedObjects;
+  }
+
   void writeLayout(std::string& out, const ZdDbLayout& layout, std::uint64_t owner) const {
+    if (keepsGroupsOf(layout)) {
+      writeKeptLayout(out, layout, owner);
+      return;
+    }
     appendStart(out, "LAYOUT", layout.objectHandle().value(), owner, "AcDbPlotSettings");
     appendDxfTag(out, 1, "");
     appendDxfTag(out, 100, "AcDbLayout");
@@ -412,11 +524,38 @@ class DxfWriter {
     if (const auto* block = live<ZdDbBlockTableRecord>(layout.getBlockTableRecordId())) appendDxfTag(out, 330, handleOf(block));
   }
 
+  // A layout from its kept groups, with its owner, and in its AcDbLayout
+  // part its name (1), tab order (71) and block record (330) replaced.
+  void writeKeptLayout(std::string& out, const ZdDbLayout& layout, std::uint64_t owner) const {
+    appendDxfTag(out, 0, "LAYOUT");
+    appendDxfTag(out, 5, handleOf(&layout));
+    bool inGroup = false, ownerDone = false, inLayoutPart = false;
+    const auto* block = live<ZdDbBlockTableRecord>(layout.getBlockTableRecordId());
+    appendKeptGroups(out, layout.keptDxfGroups(), [&](const DxfTag& tag) {
+      if (tag.code == 102) inGroup = !tag.value.empty() && tag.value.front() == '{';
+      if (tag.code == 100) inLayoutPart = tag.value == "AcDbLayout";
+      if (tag.code == 330 && !inGroup && !ownerDone) {
+        ownerDone = true;
+        appendDxfTag(out, 330, formatDxfHandle(owner));
+      } else if (inLayoutPart && tag.code == 1) {
+        appendDxfTag(out, 1, text(layout.layoutName()));
+      } else if (inLayoutPart && tag.code == 71) {
+        appendDxfTag(out, 71, std::to_string(layout.getTabOrder()));
+      } else if (inLayoutPart && tag.code == 330) {
+        if (block) appendDxfTag(out, 330, handleOf(block));
+      } else {
+        return false;
+      }
+      return true;
+    });
+  }
+
   const ZdDbDatabase& mDatabase;
   std::string mVersion;
   std::string mCodePage;
   DxfTextCodec mCodec;
   std::uint64_t mNextHandle;          // for the file's own objects: blocks' ends, tables, SEQEND
+  std::string mHandseedText;          // the header's $HANDSEED, once the rest is written
   std::set<std::string> mApplications;  // xdata application names, raw
 };
 
