@@ -454,8 +454,10 @@ class DxfLoader {
     entity->setLayer(layerName(fields.layer));
     entity->setKeptDxfGroups(record.body);
     const ZdDbHandle handle(fields.handle.value_or(0));
+    ZdDbEntity& added = *entity;
     const ZdDbObjectId id = mDatabase.appendEntity(block.isNull() ? spaceOf(fields) : block, std::move(entity), handle);
-    if (const Zeda::ErrorStatus status = keepHandleAndXData(id, fields); status != Zeda::eOk) return status;
+    if (id.isNull()) return fail(record.line, "the entity has no block to stand in");
+    if (const Zeda::ErrorStatus status = keepHandleAndXData(added, fields); status != Zeda::eOk) return status;
     if (isInsert && fields.name) mPendingReferences.emplace_back(id, *fields.name);
     advance();
     if (isInsert) return readAttributes(id);
@@ -510,8 +512,10 @@ class DxfLoader {
     return fields.paperSpace ? mDatabase.paperSpaceId() : mDatabase.modelSpaceId();
   }
 
-  Zeda::ErrorStatus keepHandleAndXData(ZdDbObjectId id, const EntityFields& fields) {
-    if (fields.handle) mDatabase.setObjectHandle(id, ZdDbHandle(*fields.handle));
+  // The handle the file gives (when another object took it first) and the xdata.
+  Zeda::ErrorStatus keepHandleAndXData(ZdDbObject& object, const EntityFields& fields) {
+    if (fields.handle && object.objectHandle().value() != *fields.handle)
+      mDatabase.setObjectHandle(object.objectId(), ZdDbHandle(*fields.handle));
     if (fields.xdata.empty()) return Zeda::eOk;
     if (const DxfTag* bad = findBadDxfXData(fields.xdata))
       return fail(bad->line, "extended data value of group " + std::to_string(bad->code) + " expected");
@@ -519,7 +523,7 @@ class DxfLoader {
     const std::string_view text = mRecords.current().body;
     const char* const end = text.data() + text.size();
     const char* start = codeLineOf(fields.xdata.front().value.data(), mText);
-    mDatabase.objectAt(id)->setXDataAsRead(std::string_view(start, static_cast<std::size_t>(end - start)));
+    object.setXDataAsRead(std::string_view(start, static_cast<std::size_t>(end - start)));
     return Zeda::eOk;
   }
 
@@ -539,9 +543,10 @@ class DxfLoader {
       attribute->setTextString(decode(fields.text));
       attribute->setLayer(layerName(fields.layer));
       attribute->setKeptDxfGroups(current().body);
-      const ZdDbObjectId id = mDatabase.addObject(std::move(attribute), referenceId, ZdDbHandle(fields.handle.value_or(0)));
-      reference->appendAttributeId(id);
-      if (const Zeda::ErrorStatus status = keepHandleAndXData(id, fields); status != Zeda::eOk) return status;
+      ZdDbAttribute& added = *attribute;
+      reference->appendAttributeId(
+          mDatabase.addObject(std::move(attribute), referenceId, ZdDbHandle(fields.handle.value_or(0))));
+      if (const Zeda::ErrorStatus status = keepHandleAndXData(added, fields); status != Zeda::eOk) return status;
     }
     if (at("SEQEND")) return advance(), Zeda::eOk;
     return missing("SEQEND after the attributes expected", "SEQEND added after the attributes");

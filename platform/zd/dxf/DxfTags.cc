@@ -94,8 +94,9 @@ bool DxfTagReader::next(DxfTag& tag) {
     if (mPos >= mText.size()) return false;
     const std::size_t start = mPos;
     tag.line = mLine;
-    const std::string_view codeLine = nextLine(mText, mPos, mLineEnd);
-    if (!parseGroupCode(codeLine, tag.code)) {
+    if (readPlainCode(tag.code)) {
+      // the common form: blanks and digits up to the line end
+    } else if (!parseGroupCode(nextLine(mText, mPos, mLineEnd), tag.code)) {
       // Blank lines behind the last tag are no tag.
       if (onlyBlanksFrom(mText, start)) return mPos = mText.size(), false;
       return fail(tag.line, "group code expected");
@@ -106,6 +107,21 @@ bool DxfTagReader::next(DxfTag& tag) {
     mLine += 2;
     if (tag.code != kComment) return true;
   }
+}
+
+bool DxfTagReader::readPlainCode(int& code) {
+  const char* at = mText.data() + mPos;
+  const char* const end = mText.data() + mText.size();
+  while (at != end && *at == ' ') ++at;
+  const char* const digits = at;
+  int value = 0;
+  while (at != end && at - digits < 4 && *at >= '0' && *at <= '9') value = value * 10 + (*at++ - '0');
+  if (at == digits || at == end) return false;
+  if (*at == '\r' && mLineEnd == '\n' && at + 1 != end && at[1] == '\n') ++at;
+  if (*at != mLineEnd) return false;
+  code = value;
+  mPos = static_cast<std::size_t>(at + 1 - mText.data());
+  return true;
 }
 
 void appendDxfTag(std::string& out, int code, std::string_view value) {

@@ -44,6 +44,9 @@ class DxfTagReader {
 
  private:
   bool fail(int line, std::string problem);
+  // Reads a group code line of blanks and up to four digits, the common
+  // form, and moves past it; false (nothing moved) for any other.
+  bool readPlainCode(int& code);
   std::string_view mText;
   char mLineEnd;  // '\n' (LF or CRLF), or '\r' for a text without any LF
   std::size_t mPos = 0;

@@ -3,6 +3,7 @@
 #include <unicode/ucnv.h>
 #include <unicode/uniset.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <mutex>
@@ -80,6 +81,9 @@ std::optional<DxfTextCodec> DxfTextCodec::forDrawing(std::string_view acadVersio
 }
 
 std::u16string DxfTextCodec::decode(std::string_view raw) const {
+  // Plain ASCII without escapes reads the same in every code page DXF names.
+  if (std::all_of(raw.begin(), raw.end(), [](char c) { return c > 0 && c < 0x7F && c != '\\'; }))
+    return std::u16string(raw.begin(), raw.end());
   if (!mConverter) return expandEscapes(Utf8ToUtf16(raw));
   std::u16string text(raw.size() * 2 + 1, u'\0');
   UErrorCode status = U_ZERO_ERROR;
