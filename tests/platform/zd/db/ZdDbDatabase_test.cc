@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <vector>
+
 #include "support/u16.h"
 #include "zd/ZdCodes.h"
 #include "zd/db/ZdDbDatabase_testing.h"
@@ -17,16 +20,33 @@ class ZdDbDatabaseTest : public ::testing::Test {
   ZdDbDrawingBuilder build{db};
 };
 
-TEST_F(ZdDbDatabaseTest, ClassesKnowTheirAncestry) {
-  ZdDbTable* table = build.addTable();
-  ZdDbEntity* line = build.addEntity(u"ZdDbLine");
-  EXPECT_TRUE(table->isKindOf(ZdDbBlockReference::desc()));
-  EXPECT_TRUE(table->isA()->isDerivedFrom(ZdDbEntity::desc()));
-  EXPECT_FALSE(ZdDbBlockReference::desc()->isDerivedFrom(ZdDbTable::desc()));
-  EXPECT_EQ(line->isA(), ZdRxClass::forName(u"ZdDbLine", nullptr));  // one descriptor per name
-  EXPECT_TRUE(line->isKindOf(ZdDbEntity::desc()));
-  EXPECT_FALSE(line->isKindOf(ZdDbBlockReference::desc()));
-  EXPECT_EQ(std::u16string(line->isA()->name()), u"ZdDbLine");
+// Ids find their objects across slabs and databases, follow them when
+// contents are swapped, and find nothing once their database is gone.
+TEST_F(ZdDbDatabaseTest, IdsFindTheirObjectsUntilTheDatabaseGoes) {
+  std::vector<ZdDbObjectId> ids;
+  auto other = std::make_unique<ZdDbDatabase>();
+  ZdDbDrawingBuilder otherBuild(*other);
+  for (int i = 0; i < 5000; ++i) {  // more than one slab each, made in turns
+    ids.push_back(build.addEntity(u"ZdDbLine")->objectId());
+    otherBuild.addEntity(u"ZdDbCircle");
+  }
+  const ZdDbObjectId otherId = otherBuild.addEntity(u"ZdDbCircle")->objectId();
+  for (const ZdDbObjectId id : {ids.front(), ids[4095], ids[4096], ids.back()}) {
+    ZdDbObject* object = nullptr;
+    ASSERT_EQ(zddbOpenObject(object, id, ZdDb::kForRead), Zeda::eOk);
+    EXPECT_EQ(object, db.objectAt(id));
+    EXPECT_EQ(std::u16string(object->isA()->name()), u"ZdDbLine");
+    object->close();
+    EXPECT_EQ(other->objectAt(id), nullptr);
+  }
+  db.swapContents(*other);
+  EXPECT_EQ(db.objectAt(otherId)->database(), &db);
+  EXPECT_EQ(other->objectAt(ids.back())->database(), other.get());
+  other.reset();
+  ZdDbObject* gone = nullptr;
+  EXPECT_EQ(zddbOpenObject(gone, ids.back(), ZdDb::kForRead), Zeda::eUnknownHandle);
+  ASSERT_EQ(zddbOpenObject(gone, otherId, ZdDb::kForRead), Zeda::eOk);
+  gone->close();
 }
 
 TEST_F(ZdDbDatabaseTest, OpenModesExcludeEachOther) {
