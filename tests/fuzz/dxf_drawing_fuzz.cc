@@ -3,6 +3,7 @@
 // what is written must read again.
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -19,7 +20,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string written;
     ZdDbDatabase again;
     if (writeDxfDrawing(database, version, written) != Zeda::eOk) std::abort();
-    if (readDxfDrawing(written, again) != Zeda::eOk) std::abort();
+    DxfReadReport report;
+    if (readDxfDrawing(written, again, {}, &report) != Zeda::eOk) {
+      std::fprintf(stderr, "written as %s, it reads no more: %d: %s\n", std::string(version).c_str(), report.line,
+                   report.problem.c_str());
+      std::abort();
+    }
   }
   return 0;
 }

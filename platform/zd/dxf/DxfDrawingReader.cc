@@ -491,6 +491,9 @@ class DxfLoader {
     }
     if (type == "ATTRIB" || type == "SEQEND" || type == "VERTEX" || type == "BLOCK" || type == "ENDBLK")
       return fail(record.line, quoted(type) + " stands where an entity was expected"), nullptr;
+    // Types are upper case: "Insert" would come back as an INSERT it never was.
+    if (std::any_of(type.begin(), type.end(), [](char c) { return c >= 'a' && c <= 'z'; }))
+      return fail(record.line, "entity type in upper case expected, not " + quoted(type)), nullptr;
     // The classes of other applications' types belong to this drawing alone.
     const ZdRxClass* cls = isStandardDxfEntityType(type) ? dxfEntityClassOf(type)
                            : isDxfTypeName(type)         ? mDatabase.classNamed(dxfClassNameOf(type), ZdDbEntity::desc())

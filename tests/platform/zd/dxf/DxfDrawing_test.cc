@@ -490,6 +490,8 @@ std::vector<MalformedCase> malformedCases() {
       {"entity type with a NUL", replaced(kBase, "  0\nSEQEND\n", std::string("  0\nSEQEND\n  0\nA\0B\n", 20)),
        Zeda::eBadDxfFile},
       {"entity type with a blank", replaced(kBase, "  0\nSEQEND\n", "  0\nSEQEND\n  0\nMY LINE\n"), Zeda::eBadDxfFile},
+      {"entity type in lower case", replaced(kBase, "  0\nINSERT\n", "  0\nINSERt\n"), Zeda::eBadDxfFile,
+       "15: entity type in upper case expected, not \"INSERt\""},
       {"66 not a number", replaced(kBase, " 66\n1\n", " 66\none\n"), Zeda::eBadDxfFile,
        "21: value of group 66 is not an integer"},
       {"MINSERT count not a number", replaced(kBase, "  2\nCOIL\n", "  2\nCOIL\n 70\n2x\n"), Zeda::eBadDxfFile,
