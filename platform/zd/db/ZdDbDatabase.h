@@ -63,7 +63,6 @@ class ZdDbDatabase {
   // Keeps the text of the drawing file that the objects' kept groups view
   // (ZdDbObject::keptDxfGroups); it lives as long as the database holds them.
   const std::string& keepSourceText(std::string text);
-  const std::string& sourceText() const noexcept { return *mSourceText; }
   // How the xdata of objects read from a file (ZdDbObject::setXDataAsRead)
   // becomes a value chain: the reader of the file sets it. The chain is the
   // caller's; null when it can't be made.
@@ -79,8 +78,7 @@ class ZdDbDatabase {
   // back: the header's groups, the CLASSES section's records, each table
   // whole from TABLE to ENDTAB in file order (the view empty for a table the
   // writer makes: the block records and the applications), the named object
-  // dictionary's record,
-  // and the records of the other objects.
+  // dictionary's record, and the records of the other objects.
   struct KeptDxfParts {
     std::string_view header;
     std::string_view classes;
