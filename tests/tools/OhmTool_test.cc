@@ -109,6 +109,12 @@ struct StatusCase {
 TEST(OhmTool, ExitStatusesAndMessages) {
   TempFolder folder;
   folder.makeFile("not.dxf", "this is no drawing\n");
+  // A plain INSERT, a MINSERT (a class derived from it) and one whose xdata is its application's name alone.
+  folder.makeFile("minsert.dxf",
+                  "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nK\n0\nENDBLK\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n"
+                  "0\nINSERT\n5\nA1\n2\nK\n1001\nKVA_WD_FP\n1000\n1\n"
+                  "0\nINSERT\n5\nA2\n2\nK\n70\n2\n71\n3\n1001\nKVA_WD_FP\n1000\n1\n"
+                  "0\nINSERT\n5\nA3\n2\nK\n1001\nKVA_WD_FP\n0\nENDSEC\n0\nEOF\n");
   folder.makeFile("cut.dxf", "0\nSECTION\n2\nENTITIES\n0\nINSERT\n2\nNOWHERE\n");
   folder.makeFile("bad.dxf", "0\nSECTION\n2\nENTITIES\n0\nINSERT\n2\nB\n 70\nx\n0\nENDSEC\n0\nEOF\n");
   const std::string ctrl01 = kExample + "/drawings/CTRL01.dxf";
@@ -128,6 +134,10 @@ TEST(OhmTool, ExitStatusesAndMessages) {
       {"bad value", {"xdata", folder.posix("bad.dxf"), "1"}, 2, "", "bad.dxf:9: value of group 70 is not an integer"},
       {"damaged drawing recovered", {"classify", folder.posix("cut.dxf"), "--recover"}, 0, "NOWHERE",
        "cut.dxf:9: EOF added (repaired)"},
+      {"plain INSERT", {"classify", folder.posix("minsert.dxf")}, 0, "A1\tmodel\tK\tFP\n", ""},
+      {"MINSERT of a derived class", {"classify", folder.posix("minsert.dxf")}, 0, "A2\tmodel\tK\tUnknown\n", ""},
+      {"MINSERT found by the block query", {"classify", folder.posix("minsert.dxf"), "--kind", "0"}, 0, "A2\t", ""},
+      {"xdata of a name alone", {"classify", folder.posix("minsert.dxf")}, 0, "A3\tmodel\tK\tFP\n", ""},
       {"undefined block", {"classify", folder.posix("cut.dxf"), "--recover"}, 0, "",
        "warning: block \"NOWHERE\" is referred to but never defined"},
       {"bad kind", {"classify", ctrl01, "--kind", "Coil"}, 2, "", "\"Coil\" is no kind"},
