@@ -9,7 +9,10 @@
 // the calling thread's COM state.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "com/IUnknown.h"
+
+OHM_PLATFORM_API_BEGIN
 
 inline constexpr DWORD COINIT_MULTITHREADED = 0x0;
 inline constexpr DWORD COINIT_APARTMENTTHREADED = 0x2;
@@ -39,3 +42,5 @@ HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID 
 // Puts an object into its running state. S_OK (in-process objects run from
 // the start); E_INVALIDARG for a null object.
 HRESULT OleRun(IUnknown* object);
+
+OHM_PLATFORM_API_END

@@ -1,7 +1,10 @@
 // Test seam of COM start-up and object creation: not platform API.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "com/HResult.h"
+
+OHM_PLATFORM_API_BEGIN
 
 namespace com_testing {
 
@@ -11,3 +14,5 @@ void failNextCreateInstance(HRESULT hr);
 void failNextOleRun(HRESULT hr);
 
 }  // namespace com_testing
+
+OHM_PLATFORM_API_END

@@ -15,7 +15,10 @@
 
 #include <string>
 
+#include "OhmPlatformExport.h"
 #include "com/ComPtr.h"
+
+OHM_PLATFORM_API_BEGIN
 
 inline constexpr IID IID_IErrorInfo{0x1CF2B120, 0x547D, 0x101B, {0x8E, 0x65, 0x08, 0x00, 0x2B, 0x2B, 0xD1, 0x19}};
 inline constexpr IID IID_ISupportErrorInfo{0xDF0B3D60, 0x548F, 0x101B, {0x8E, 0x65, 0x08, 0x00, 0x2B, 0x2B, 0xD1, 0x19}};
@@ -68,3 +71,5 @@ class _com_error {
   HRESULT mHr;
   IErrorInfoPtr mInfo;
 };
+
+OHM_PLATFORM_API_END

@@ -10,7 +10,10 @@
 #include <cstddef>
 #include <utility>
 
+#include "OhmPlatformExport.h"
 #include "com/IUnknown.h"
+
+OHM_PLATFORM_API_BEGIN
 
 template <class T>
 class _com_ptr_t {
@@ -71,3 +74,5 @@ class _com_ptr_t {
 };
 
 using IUnknownPtr = _com_ptr_t<IUnknown>;
+
+OHM_PLATFORM_API_END

@@ -4,7 +4,10 @@
 
 #include <cstring>
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 struct GUID {
   DWORD Data1;
@@ -21,3 +24,5 @@ using REFGUID = const GUID&;
 
 inline bool IsEqualGUID(REFGUID a, REFGUID b) noexcept { return std::memcmp(&a, &b, sizeof(GUID)) == 0; }
 inline bool operator==(REFGUID a, REFGUID b) noexcept { return IsEqualGUID(a, b); }
+
+OHM_PLATFORM_API_END

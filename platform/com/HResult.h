@@ -4,7 +4,10 @@
 // stand-ins give and the library looks at.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 using HRESULT = LONG;
 
@@ -35,3 +38,5 @@ inline constexpr HRESULT DISP_E_OVERFLOW = MakeFailure(0x8002000A);         // a
 inline constexpr HRESULT CLASS_E_NOAGGREGATION = MakeFailure(0x80040110);   // an outer object for a class that can't be aggregated
 inline constexpr HRESULT REGDB_E_CLASSNOTREG = MakeFailure(0x80040154);     // no class of that id (in that context)
 inline constexpr HRESULT CO_E_NOTINITIALIZED = MakeFailure(0x800401F0);     // the thread has not started COM
+
+OHM_PLATFORM_API_END

@@ -4,7 +4,10 @@
 // with QueryInterface.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "com/IUnknown.h"
+
+OHM_PLATFORM_API_BEGIN
 
 inline constexpr IID IID_IDispatch{0x00020400, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 
@@ -12,3 +15,5 @@ struct IDispatch : IUnknown {
   static constexpr const IID& iid = IID_IDispatch;
 };
 using LPDISPATCH = IDispatch*;
+
+OHM_PLATFORM_API_END

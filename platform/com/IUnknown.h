@@ -7,8 +7,11 @@
 // uses in place of the platform's __uuidof.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "com/Guid.h"
 #include "com/HResult.h"
+
+OHM_PLATFORM_API_BEGIN
 
 inline constexpr IID IID_IUnknown{0x00000000, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 
@@ -26,3 +29,5 @@ struct IUnknown {
  protected:
   virtual ~IUnknown() = default;
 };
+
+OHM_PLATFORM_API_END

@@ -13,7 +13,10 @@
 
 #include <string>
 
+#include "OhmPlatformExport.h"
 #include "com/HResult.h"
+
+OHM_PLATFORM_API_BEGIN
 
 using VARTYPE = unsigned short;
 inline constexpr VARTYPE VT_EMPTY = 0;  // no value
@@ -52,3 +55,5 @@ class _variant_t : public VARIANT {
   // A copy of a plain VARIANT.
   _variant_t(const VARIANT& other) : VARIANT(other) {}
 };
+
+OHM_PLATFORM_API_END

@@ -29,8 +29,11 @@
 
 #include <string>
 
+#include "OhmPlatformExport.h"
 #include "com/ComPtr.h"
 #include "com/Variant.h"
+
+OHM_PLATFORM_API_BEGIN
 
 inline constexpr CLSID CLSID_DOMDocument60{0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
 inline constexpr IID IID_IXMLDOMNode{0x2933BF80, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
@@ -153,3 +156,5 @@ using IXMLDOMAttributePtr = _com_ptr_t<IXMLDOMAttribute>;
 using IXMLDOMElementPtr = _com_ptr_t<IXMLDOMElement>;
 using IXMLDOMDocumentPtr = _com_ptr_t<IXMLDOMDocument>;
 using IXMLDOMDocument2Ptr = _com_ptr_t<IXMLDOMDocument2>;
+
+OHM_PLATFORM_API_END

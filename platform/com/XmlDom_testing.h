@@ -3,8 +3,11 @@
 // node, and leaves error information on the thread as a real failure does.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "com/Guid.h"
 #include "com/HResult.h"
+
+OHM_PLATFORM_API_BEGIN
 
 namespace com_testing {
 
@@ -23,3 +26,5 @@ void resetDomFailures();
 long liveDomObjects();
 
 }  // namespace com_testing
+
+OHM_PLATFORM_API_END

@@ -13,7 +13,10 @@
 
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 struct AFX_EXTENSION_MODULE {
   BOOL bInitialized;  // set by AfxInitExtensionModule, cleared by AfxTermExtensionModule
@@ -50,3 +53,5 @@ std::vector<HMODULE> AfxResourceChain();
 // The application's default resource module: the program unless set.
 HINSTANCE AfxGetResourceHandle();
 void AfxSetResourceHandle(HINSTANCE resource);
+
+OHM_PLATFORM_API_END

@@ -1,6 +1,10 @@
 // Test seam of the extension module functions: not MFC API.
 #pragma once
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace mfc_testing {
 
 // The next AfxInitExtensionModule fails (FALSE, state untouched).
@@ -9,3 +13,5 @@ void failNextInitExtensionModule() noexcept;
 long liveDynLinkLibraries() noexcept;
 
 }  // namespace mfc_testing
+
+OHM_PLATFORM_API_END

@@ -2,8 +2,11 @@
 // ("Zeda", the host's), shown through MessageBoxW and so through the UI sink.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/ui/MessageBox.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // The caption of every AfxMessageBox.
 inline constexpr const WCHAR* kAfxApplicationName = u"Zeda";
@@ -14,3 +17,5 @@ int AfxMessageBox(LPCWSTR text, UINT type = MB_OK, UINT helpId = 0);
 
 // Shows string `promptId` of the resource chain (empty when it isn't there).
 int AfxMessageBox(UINT promptId, UINT type = MB_OK, UINT helpId = UINT(-1));
+
+OHM_PLATFORM_API_END

@@ -4,8 +4,11 @@
 // derived object, which outlives every reference handed out.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "com/IDispatch.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class CCmdTarget {
  public:
@@ -25,3 +28,5 @@ class CCmdTarget {
  private:
   IDispatch* m_dispatch = nullptr;
 };
+
+OHM_PLATFORM_API_END

@@ -15,7 +15,10 @@
 #include <cassert>
 #include <utility>
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 struct MfcListPosition;
 using POSITION = MfcListPosition*;
@@ -130,3 +133,5 @@ class CList {
   INT_PTR mCount = 0;
   INT_PTR mBlockSize;
 };
+
+OHM_PLATFORM_API_END

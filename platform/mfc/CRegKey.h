@@ -7,8 +7,11 @@
 // Thread safety: one object by one thread at a time.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/registry/Registry.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 namespace ATL {
 
@@ -50,3 +53,5 @@ class CRegKey {
 };
 
 }  // namespace ATL
+
+OHM_PLATFORM_API_END

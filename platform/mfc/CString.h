@@ -16,7 +16,10 @@
 #include <string>
 #include <string_view>
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class CString {
  public:
@@ -131,3 +134,5 @@ CString operator+(char16_t a, const CString& b);
 
 // Aliases of the platform's spellings.
 using CStringW = CString;
+
+OHM_PLATFORM_API_END

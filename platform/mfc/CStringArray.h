@@ -9,7 +9,10 @@
 
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "mfc/CString.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class CStringArray {
  public:
@@ -47,3 +50,5 @@ class CStringArray {
  private:
   std::vector<CString> mItems;
 };
+
+OHM_PLATFORM_API_END

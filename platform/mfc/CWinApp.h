@@ -2,7 +2,10 @@
 // application (the host); it keeps the application's main window.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "mfc/CCmdTarget.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class CWnd;
 
@@ -11,3 +14,5 @@ class CWinApp : public CCmdTarget {
   // The application's main window; null before it exists.
   CWnd* m_pMainWnd = nullptr;
 };
+
+OHM_PLATFORM_API_END

@@ -6,8 +6,11 @@
 // Thread safety: the user interface thread only.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "mfc/CCmdTarget.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class CWnd : public CCmdTarget {
  public:
@@ -27,3 +30,5 @@ class CWnd : public CCmdTarget {
 
   HWND m_hWnd = nullptr;
 };
+
+OHM_PLATFORM_API_END

@@ -8,6 +8,10 @@
 #include <string>
 #include <string_view>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 inline constexpr char16_t CrtToUpper(char16_t unit) noexcept {
   return (unit >= u'a' && unit <= u'z') ? static_cast<char16_t>(unit - (u'a' - u'A')) : unit;
 }
@@ -27,3 +31,5 @@ std::u16string CrtUpperCopy(std::u16string_view text);
 
 // True when both texts have the same length and their units agree after CrtToUpper.
 bool CrtEqualNoCase(std::u16string_view a, std::u16string_view b) noexcept;
+
+OHM_PLATFORM_API_END

@@ -4,6 +4,10 @@
 
 #include <cstddef>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 using errno_t = int;
 
 // Copies `source` with its terminator into `dest` of `size` units. 0; EINVAL
@@ -16,3 +20,5 @@ errno_t wcscpy_s(char16_t* dest, std::size_t size, const char16_t* source) noexc
 // `context` moves behind it. Null when no token is left, or for null
 // delimiters or context.
 char16_t* wcstok_s(char16_t* text, const char16_t* delimiters, char16_t** context) noexcept;
+
+OHM_PLATFORM_API_END

@@ -3,7 +3,12 @@
 // those of WinError.h.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 DWORD GetLastError() noexcept;
 void SetLastError(DWORD code) noexcept;
+
+OHM_PLATFORM_API_END

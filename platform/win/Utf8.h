@@ -7,5 +7,11 @@
 #include <string>
 #include <string_view>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 std::string Utf16ToUtf8(std::u16string_view text);
 std::u16string Utf8ToUtf16(std::string_view text);
+
+OHM_PLATFORM_API_END

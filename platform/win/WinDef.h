@@ -10,6 +10,10 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 using WCHAR = char16_t;
 using TCHAR = WCHAR;
 using LPWSTR = WCHAR*;
@@ -87,3 +91,5 @@ struct FILETIME {
 #define HIWORD(l) (static_cast<WORD>((static_cast<DWORD_PTR>(l) >> 16) & 0xffff))
 #define MAKELPARAM(lo, hi) \
   (static_cast<LPARAM>(static_cast<DWORD>((static_cast<WORD>(lo)) | (static_cast<DWORD>(static_cast<WORD>(hi)) << 16))))
+
+OHM_PLATFORM_API_END

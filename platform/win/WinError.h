@@ -1,7 +1,10 @@
 // The platform's error codes, as GetLastError and the registry functions give them.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 inline constexpr LONG ERROR_SUCCESS = 0;
 inline constexpr LONG ERROR_INVALID_FUNCTION = 1;
@@ -45,3 +48,5 @@ inline constexpr LONG ERROR_DLL_INIT_FAILED = 1114;   // a module's entry refuse
 // Windows, messages and cursors.
 inline constexpr LONG ERROR_INVALID_WINDOW_HANDLE = 1400;  // no window of that handle (or it was destroyed)
 inline constexpr LONG ERROR_INVALID_CURSOR_HANDLE = 1402;  // no cursor of that handle
+
+OHM_PLATFORM_API_END

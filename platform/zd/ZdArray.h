@@ -6,6 +6,10 @@
 
 #include <vector>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 template <class T>
 class ZdArrayObjectCopyReallocator {};
 
@@ -41,3 +45,5 @@ class ZdArray {
  private:
   std::vector<T> mItems;
 };
+
+OHM_PLATFORM_API_END

@@ -1,6 +1,10 @@
 // Result status codes of host calls and type codes of ZdValueNode lists.
 #pragma once
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 // Status of host calls.
 inline constexpr int RTNORM = 5100;    // normal completion
 inline constexpr int RTNONE = 5000;    // no result
@@ -41,3 +45,5 @@ inline constexpr short XD_POINT = 1010;       // 3D point (1010-1013)
 inline constexpr short XD_REAL = 1040;        // real (1040-1042)
 inline constexpr short XD_SHORT = 1070;       // 16-bit integer
 inline constexpr short XD_LONG = 1071;        // 32-bit integer
+
+OHM_PLATFORM_API_END

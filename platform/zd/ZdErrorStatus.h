@@ -1,6 +1,10 @@
 // Status of host database operations: 0 is success, every failure its own value.
 #pragma once
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace Zeda {
 
 enum ErrorStatus : int {
@@ -32,3 +36,5 @@ namespace ZdDb {
 enum OpenMode : int { kForRead = 0, kForWrite = 1, kForNotify = 2 };
 
 }  // namespace ZdDb
+
+OHM_PLATFORM_API_END

@@ -9,7 +9,10 @@
 #include <string>
 #include <string_view>
 
+#include "OhmPlatformExport.h"
 #include "zd/db/ZdDbObjectId.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdString {
  public:
@@ -58,3 +61,5 @@ class ZdString {
  private:
   std::u16string m_str;
 };
+
+OHM_PLATFORM_API_END

@@ -23,6 +23,10 @@
 
 #include <cstdint>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 struct ZdBinaryChunk {
   short clen;
   char* buf;  // owned by the node
@@ -71,3 +75,5 @@ ZdValueNode* zdutBuildList(int typeCode, ...);
 
 // Number of nodes in the chain.
 int zdutLength(const ZdValueNode* chain) noexcept;
+
+OHM_PLATFORM_API_END

@@ -3,6 +3,10 @@
 // and see that everything built was released.
 #pragma once
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace zd_testing {
 
 // Nodes made by zdutNewRb/zdutBuildList and not yet released by zdutRelRb.
@@ -15,3 +19,5 @@ long liveValueStrings() noexcept;
 void failValueAllocationAfter(long okCalls) noexcept;
 
 }  // namespace zd_testing
+
+OHM_PLATFORM_API_END

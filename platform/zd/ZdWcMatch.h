@@ -5,6 +5,12 @@
 // other character for itself. Time is linear in text times pattern.
 #pragma once
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 // True when `text` matches `pattern`; letters compare without regard to case
 // when `ignoreCase` is set. False for a null argument.
 bool zdutWcMatchEx(const char16_t* text, const char16_t* pattern, bool ignoreCase);
+
+OHM_PLATFORM_API_END

@@ -7,7 +7,10 @@
 
 #include <cstdio>
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // Share modes.
 inline constexpr int _SH_DENYRW = 0x10;
@@ -20,3 +23,5 @@ inline constexpr int _SH_DENYNO = 0x40;
 // can't be opened, is on a drive that isn't mapped (ENOENT), or for null
 // arguments (EINVAL).
 FILE* _wfsopen(LPCWSTR path, LPCWSTR mode, int shareFlag);
+
+OHM_PLATFORM_API_END

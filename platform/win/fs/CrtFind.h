@@ -6,7 +6,10 @@
 
 #include <cstdint>
 
+#include "OhmPlatformExport.h"
 #include "win/locale/CrtTime.h"
+
+OHM_PLATFORM_API_BEGIN
 
 inline constexpr unsigned _A_NORMAL = 0x00;
 inline constexpr unsigned _A_RDONLY = 0x01;
@@ -28,3 +31,5 @@ std::intptr_t _wfindfirst64(const char16_t* pattern, _wfinddata64_t* data);
 
 // Ends a search. 0; -1 with errno EINVAL for a handle that isn't a search.
 int _findclose(std::intptr_t handle);
+
+OHM_PLATFORM_API_END

@@ -14,7 +14,10 @@
 // live ones (FileFunctions_testing.h).
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 inline constexpr DWORD FILE_ATTRIBUTE_READONLY = 0x01;
 inline constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x10;
@@ -79,3 +82,5 @@ BOOL RemoveDirectoryW(LPCWSTR path);
 // units copied without the terminator; when it doesn't fit, the units needed
 // with the terminator, and the buffer is untouched.
 DWORD GetTempPathW(DWORD size, LPWSTR buffer);
+
+OHM_PLATFORM_API_END

@@ -1,7 +1,10 @@
 // Test seam of the file functions: not platform API.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 namespace win_testing {
 
@@ -13,3 +16,5 @@ void failNextFindNextFile(DWORD error) noexcept;
 void failNextCreateDirectory(DWORD error) noexcept;
 
 }  // namespace win_testing
+
+OHM_PLATFORM_API_END

@@ -5,7 +5,10 @@
 // passed.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // Leaves only the last component of `path` in place, a trailing separator
 // included ("C:\\a\\b\\" keeps "b\\"); a path without separator is unchanged.
@@ -43,3 +46,5 @@ BOOL PathFileExistsW(LPCWSTR path);
 // non-zero flags or a size of 0 (nothing written). `out` must hold
 // `maxUnits` units.
 BOOL PathCompactPathExW(LPWSTR out, LPCWSTR source, UINT maxUnits, DWORD flags);
+
+OHM_PLATFORM_API_END

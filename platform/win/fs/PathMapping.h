@@ -14,9 +14,15 @@
 #include <string>
 #include <string_view>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 // The POSIX path (UTF-8) of a Windows-form path; nullopt for a drive that
 // the table does not map, or a UNC path (\\server\share), which has no place here.
 std::optional<std::string> WindowsPathToPosix(std::u16string_view path);
 
 // The Windows form of a POSIX path: its separators become backslashes; no drive.
 std::u16string PosixPathToWindows(std::string_view path);
+
+OHM_PLATFORM_API_END

@@ -5,7 +5,10 @@
 // final. No user interface is ever shown, whatever the flags say.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 using FILEOP_FLAGS = WORD;
 
@@ -42,3 +45,5 @@ struct SHFILEOPSTRUCTW {
 // an empty list; ERROR_INVALID_PARAMETER for a null operation or an
 // operation other than FO_DELETE.
 int SHFileOperationW(SHFILEOPSTRUCTW* operation);
+
+OHM_PLATFORM_API_END

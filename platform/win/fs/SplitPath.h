@@ -7,6 +7,10 @@
 
 #include <cstddef>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 using errno_t = int;
 
 // Each part goes to its buffer of the given size in units, terminator
@@ -16,3 +20,5 @@ using errno_t = int;
 errno_t _wsplitpath_s(const char16_t* path, char16_t* drive, std::size_t driveSize, char16_t* dir,
                       std::size_t dirSize, char16_t* fname, std::size_t fnameSize, char16_t* ext,
                       std::size_t extSize);
+
+OHM_PLATFORM_API_END

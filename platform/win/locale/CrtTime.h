@@ -6,6 +6,10 @@
 #include <cstdint>
 #include <ctime>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 using errno_t = int;
 using __time64_t = std::int64_t;  // seconds since 1970-01-01 00:00:00 UTC
 
@@ -16,3 +20,5 @@ __time64_t _time64(__time64_t* destination) noexcept;
 // argument, and, as on the platform, for a time before 1970 or after
 // 3000-12-31 23:59:59 UTC (every field of `result` is then -1).
 errno_t _localtime64_s(std::tm* result, const __time64_t* time) noexcept;
+
+OHM_PLATFORM_API_END

@@ -6,7 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include "OhmPlatformExport.h"
 #include "win/locale/LocaleFunctions.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // What a locale gives the pictures: its names and markers.
 struct LocaleNames {
@@ -34,3 +37,5 @@ std::u16string PictureFromIcuPattern(std::u16string_view pattern);
 
 // The day of the week (0 Sunday) of a date of the Gregorian calendar.
 int DayOfWeek(int year, int month, int day);
+
+OHM_PLATFORM_API_END

@@ -17,7 +17,10 @@
 // ICU once and kept.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 struct SYSTEMTIME {
   WORD wYear;
@@ -62,3 +65,5 @@ int GetTimeFormatW(LCID locale, DWORD flags, const SYSTEMTIME* time, LPCWSTR pic
 // ERROR_INVALID_PARAMETER for another locale, ERROR_INVALID_FLAGS for
 // another type, ERROR_INSUFFICIENT_BUFFER when `out` is too small.
 int GetLocaleInfoW(LCID locale, LCTYPE type, LPWSTR out, int size);
+
+OHM_PLATFORM_API_END

@@ -1,7 +1,10 @@
 // Test seam of the locale functions: not platform API.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 namespace win_testing {
 
@@ -13,3 +16,5 @@ void failNextGetTimeFormat(DWORD error) noexcept;
 void failNextGetLocaleInfo(DWORD error) noexcept;
 
 }  // namespace win_testing
+
+OHM_PLATFORM_API_END

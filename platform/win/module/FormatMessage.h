@@ -10,7 +10,10 @@
 
 #include <cstdarg>
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 inline constexpr DWORD FORMAT_MESSAGE_ALLOCATE_BUFFER = 0x0100;
 inline constexpr DWORD FORMAT_MESSAGE_IGNORE_INSERTS = 0x0200;
@@ -38,3 +41,5 @@ HLOCAL LocalAlloc(UINT flags, std::size_t bytes);
 // Frees a block of LocalAlloc or FormatMessageW; null on success (also for
 // null), the block itself with ERROR_INVALID_HANDLE for a stranger.
 HLOCAL LocalFree(HLOCAL block);
+
+OHM_PLATFORM_API_END

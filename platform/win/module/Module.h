@@ -21,7 +21,10 @@
 #include <string>
 #include <string_view>
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // Reasons a module's entry function is called with.
 inline constexpr DWORD DLL_PROCESS_DETACH = 0;
@@ -68,3 +71,5 @@ void* GetProcAddress(HMODULE module, LPCSTR name);
 
 // The exported name of a module's entry function.
 inline constexpr const char* kModuleEntryName = "DllMain";
+
+OHM_PLATFORM_API_END

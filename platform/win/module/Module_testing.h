@@ -4,6 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace win_testing {
 
 // References taken by LoadLibraryW and not yet given back by FreeLibrary.
@@ -12,3 +16,5 @@ long loadedLibraryCount() noexcept;
 std::vector<std::string> loadedLibraryPaths();
 
 }  // namespace win_testing
+
+OHM_PLATFORM_API_END

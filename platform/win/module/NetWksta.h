@@ -8,7 +8,10 @@
 // Thread safety: all functions may be called from any thread.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 using NET_API_STATUS = DWORD;
 inline constexpr NET_API_STATUS NERR_Success = 0;
@@ -32,3 +35,5 @@ NET_API_STATUS NetWkstaGetInfo(LPWSTR serverName, DWORD level, LPBYTE* buffer);
 // Frees a record of NetWkstaGetInfo; NERR_Success (also for null),
 // ERROR_INVALID_PARAMETER for a stranger.
 NET_API_STATUS NetApiBufferFree(LPVOID buffer);
+
+OHM_PLATFORM_API_END

@@ -1,7 +1,10 @@
 // Test seam of the workstation query: not platform API.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/module/NetWksta.h"
+
+OHM_PLATFORM_API_BEGIN
 
 namespace win_testing {
 
@@ -16,3 +19,5 @@ long liveNetApiBuffers() noexcept;
 long netWkstaGetInfoCalls() noexcept;
 
 }  // namespace win_testing
+
+OHM_PLATFORM_API_END

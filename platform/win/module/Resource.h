@@ -8,8 +8,11 @@
 // Thread safety: all functions may be called from any thread.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/module/ResourceTable.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // Copies string `id` of `module` (the program for null) into `buffer` of
 // `size` units, cut to size - 1 units, with a terminator; the units copied.
@@ -34,3 +37,5 @@ HGLOBAL LoadResource(HMODULE module, HRSRC resource);
 
 // The first byte of the loaded resource; null for null.
 LPVOID LockResource(HGLOBAL data);
+
+OHM_PLATFORM_API_END

@@ -9,7 +9,10 @@
 // loaded module.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // Resource types, as MAKEINTRESOURCE values give them.
 inline constexpr WORD RT_STRING_ID = 6;
@@ -36,3 +39,5 @@ template <std::size_t N>
 constexpr ResourceEntry StringResource(WORD id, const char16_t (&text)[N]) {
   return ResourceEntry{RT_STRING_ID, id, text, static_cast<DWORD>((N - 1) * sizeof(char16_t))};
 }
+
+OHM_PLATFORM_API_END

@@ -12,7 +12,10 @@
 // Thread safety: all functions may be called from any thread.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 inline constexpr DWORD VS_FFI_SIGNATURE = 0xFEEF04BD;
 inline constexpr DWORD VS_FFI_STRUCVERSION = 0x00010000;
@@ -70,3 +73,5 @@ BOOL GetFileVersionInfoW(LPCWSTR fileName, DWORD handle, DWORD size, LPVOID data
 // is there; FALSE for any other name, a block that isn't a version block, or
 // a null argument, with the outputs untouched.
 BOOL VerQueryValueW(LPCVOID block, LPCWSTR subBlock, LPVOID* value, UINT* length);
+
+OHM_PLATFORM_API_END

@@ -21,7 +21,10 @@
 // Thread safety: all functions may be called from any thread.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 using REGSAM = DWORD;
 struct SECURITY_ATTRIBUTES;
@@ -129,3 +132,5 @@ LONG RegDeleteValueW(HKEY key, LPCWSTR name);
 LONG RegDeleteKeyW(HKEY key, LPCWSTR subKey);
 // The same; the view bits of `access` are accepted and ignored.
 LONG RegDeleteKeyExW(HKEY key, LPCWSTR subKey, REGSAM access, DWORD reserved);
+
+OHM_PLATFORM_API_END

@@ -3,6 +3,10 @@
 
 #include <string>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace win_testing {
 
 // Points the registry at the store file `posixPath` (made when first used);
@@ -13,3 +17,5 @@ void useRegistryStore(const std::string& posixPath);
 long openRegistryKeys() noexcept;
 
 }  // namespace win_testing
+
+OHM_PLATFORM_API_END

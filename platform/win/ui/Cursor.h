@@ -9,7 +9,10 @@
 // Thread safety: the user interface thread only.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // Ids of the system's cursors, for LoadCursorW with no instance.
 #define IDC_ARROW MAKEINTRESOURCEW(32512)
@@ -37,3 +40,5 @@ BOOL GetCursorPos(LPPOINT point) noexcept;
 
 // Moves the pointer to x, y of the screen; always TRUE.
 BOOL SetCursorPos(int x, int y) noexcept;
+
+OHM_PLATFORM_API_END

@@ -1,6 +1,10 @@
 // Test seam of the cursor functions: not platform API.
 #pragma once
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace win_testing {
 
 // LoadCursorW calls that gave a cursor, since the process started.
@@ -9,3 +13,5 @@ long cursorLoads() noexcept;
 long cursorSets() noexcept;
 
 }  // namespace win_testing
+
+OHM_PLATFORM_API_END

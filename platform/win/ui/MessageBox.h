@@ -2,7 +2,10 @@
 // decides how it is shown and which button answers it.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // Buttons, icons and default button of the box type.
 inline constexpr UINT MB_OK = 0x0;
@@ -30,3 +33,5 @@ inline constexpr int IDNO = 7;
 // Shows `text` under `caption` ("Error" for null) with the buttons of
 // `type`; the id of the button the sink chose. A null text shows as empty.
 int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type);
+
+OHM_PLATFORM_API_END

@@ -6,7 +6,10 @@
 // calls belong to the user interface thread.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // Message ids.
 inline constexpr UINT WM_NULL = 0x0000;
@@ -51,3 +54,5 @@ void PostQuitMessage(int exitCode);
 // id lies in [first, last] (every id when both are 0) into *msg, and takes it
 // out with PM_REMOVE. FALSE when there is none (or msg is null).
 BOOL PeekMessageW(LPMSG msg, HWND window, UINT first, UINT last, UINT remove);
+
+OHM_PLATFORM_API_END

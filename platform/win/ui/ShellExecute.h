@@ -10,7 +10,10 @@
 // Anything else reaches the sink with an empty target.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // Show commands.
 inline constexpr int SW_HIDE = 0;
@@ -23,3 +26,5 @@ inline constexpr INT_PTR SE_ERR_NOASSOC = 31;  // nothing is associated with the
 // when there is nothing to run the request with, SE_ERR_NOASSOC for a
 // request of neither form above.
 HINSTANCE ShellExecuteW(HWND owner, LPCWSTR verb, LPCWSTR file, LPCWSTR parameters, LPCWSTR directory, int show);
+
+OHM_PLATFORM_API_END

@@ -14,7 +14,10 @@
 #include <string>
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // One message box as MessageBoxW was asked to show it.
 struct UiMessageBox {
@@ -96,3 +99,5 @@ int DefaultButtonOf(UINT type) noexcept;
 UiSink* SetUiSink(UiSink* sink) noexcept;
 // The sink in place; never null.
 UiSink& CurrentUiSink() noexcept;
+
+OHM_PLATFORM_API_END

@@ -8,7 +8,10 @@
 #include <deque>
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "win/ui/UiSink.h"
+
+OHM_PLATFORM_API_BEGIN
 
 namespace win_testing {
 
@@ -56,3 +59,5 @@ class RecordingUiSink : public UiSink {
 };
 
 }  // namespace win_testing
+
+OHM_PLATFORM_API_END

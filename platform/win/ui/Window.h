@@ -10,7 +10,10 @@
 // Thread safety: the user interface thread only, as on the platform.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // Window styles: a child lies inside its parent, measured from the parent's client origin.
 inline constexpr DWORD WS_OVERLAPPED = 0x00000000;
@@ -44,3 +47,5 @@ HWND SetActiveWindow(HWND window);
 // ERROR_INVALID_WINDOW_HANDLE, the point unchanged, for a handle that isn't a
 // window; FALSE for a null point.
 BOOL ScreenToClient(HWND window, LPPOINT point);
+
+OHM_PLATFORM_API_END

@@ -9,7 +9,10 @@
 
 #include <string>
 
+#include "OhmPlatformExport.h"
 #include "zd/ZdValueNode.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // The value as text; empty when the name has no value.
 std::u16string GblPm_GetCachedGblValue(const char16_t* name);
@@ -21,3 +24,5 @@ ZdValueNode* GblPm_GetGblValue(const char16_t* name);
 
 // Sets (or, with a null value, removes) a global value.
 void GblPm_SetGblValue(const char16_t* name, const char16_t* value);
+
+OHM_PLATFORM_API_END

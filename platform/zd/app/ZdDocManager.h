@@ -14,6 +14,10 @@
 #include <string>
 #include <vector>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 class ZdDbDatabase;
 
 class ZdApDocument {
@@ -76,3 +80,5 @@ class ZdApDocManager {
 
 // The host's document manager; never null.
 ZdApDocManager* zdDocManagerPtr();
+
+OHM_PLATFORM_API_END

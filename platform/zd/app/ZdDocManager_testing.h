@@ -1,6 +1,10 @@
 // Test seam of the document manager: not host API.
 #pragma once
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace zd_testing {
 
 // Iterators made by newZdApDocumentIterator and not yet deleted.
@@ -9,3 +13,5 @@ long liveDocumentIterators() noexcept;
 void failNextDocumentIterator() noexcept;
 
 }  // namespace zd_testing
+
+OHM_PLATFORM_API_END

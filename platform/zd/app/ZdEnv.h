@@ -10,6 +10,10 @@
 
 #include <cstddef>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 // Copies the setting with its terminator into `buffer` of `size` units.
 // RTNORM; RTERROR for an unknown setting or a null argument; RTREJ when the
 // buffer is too small (nothing is written then).
@@ -17,3 +21,5 @@ int zdedGetEnv(const char16_t* name, char16_t* buffer, std::size_t size);
 
 // Sets a setting; RTNORM, or RTERROR for a null argument.
 int zdedSetEnv(const char16_t* name, const char16_t* value);
+
+OHM_PLATFORM_API_END

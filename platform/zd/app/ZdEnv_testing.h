@@ -1,6 +1,10 @@
 // Test seam of the host settings: not host API.
 #pragma once
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace zd_testing {
 
 // Forgets every setting (they are seeded from the environment again) and clears the fault.
@@ -9,3 +13,5 @@ void resetEnv();
 void failNextGetEnv(int status);
 
 }  // namespace zd_testing
+
+OHM_PLATFORM_API_END

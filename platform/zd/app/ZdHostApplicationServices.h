@@ -6,7 +6,10 @@
 // the value changes. Thread safety: the host's main thread only.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "zd/ZdString.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdDbDatabase;
 
@@ -30,3 +33,5 @@ class ZdDbHostApplicationServices {
 
 // The host's application services; never null.
 ZdDbHostApplicationServices* zddbHostApplicationServices();
+
+OHM_PLATFORM_API_END

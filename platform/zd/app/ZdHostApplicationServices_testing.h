@@ -3,6 +3,10 @@
 
 #include <string>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace zd_testing {
 
 // Sets the roamable root folder (Windows form); an empty text goes back to the default.
@@ -11,3 +15,5 @@ void setRoamableRootFolder(const std::u16string& folder);
 void failRoamableRootFolder(int status);
 
 }  // namespace zd_testing
+
+OHM_PLATFORM_API_END

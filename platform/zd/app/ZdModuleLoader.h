@@ -10,7 +10,10 @@
 // Thread safety: the host's main thread only.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // Loads the module `path` (Windows form; "X.dll" is the file libX.so, see
 // win/module/Module.h) and attaches it; the module, or null when it can't be loaded
@@ -21,3 +24,5 @@ HMODULE zdLoadModule(const char16_t* path);
 // Detaches and unloads a module of zdLoadModule; false (nothing done) for a
 // module the loader doesn't hold.
 bool zdUnloadModule(HMODULE module);
+
+OHM_PLATFORM_API_END

@@ -8,7 +8,10 @@
 // guards its table with a lock all the same.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "zd/ZdValueNode.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // Fills `result` (type and value; a string value is allocated for the node,
 // freed with it by zdutRelRb). RTNORM; RTREJ for an unknown name or a null
@@ -20,3 +23,5 @@ int zdedGetVar(const char16_t* name, ZdValueNode* result);
 // a node whose type does not fit the variable's (a 16-bit variable takes
 // RTSHORT only).
 int zdedSetVar(const char16_t* name, const ZdValueNode* value);
+
+OHM_PLATFORM_API_END

@@ -5,6 +5,10 @@
 #include <string>
 #include <variant>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace zd_testing {
 
 using SysVarValue = std::variant<short, std::int32_t, double, std::u16string>;
@@ -18,3 +22,5 @@ void failNextGetVar();
 void failNextSetVar();
 
 }  // namespace zd_testing
+
+OHM_PLATFORM_API_END

@@ -9,7 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "zd/db/ZdDbObject.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdDbObjectIterator {
  public:
@@ -86,3 +89,5 @@ class ZdDbTable : public ZdDbBlockReference {
  protected:
   explicit ZdDbTable(const ZdRxClass* cls) : ZdDbBlockReference(cls) {}
 };
+
+OHM_PLATFORM_API_END

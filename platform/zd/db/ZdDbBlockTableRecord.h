@@ -11,8 +11,11 @@
 #include <string_view>
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "zd/db/ZdDbObject.h"
 #include "zd/ZdString.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdDbBlockTableRecordIterator {
  public:
@@ -63,3 +66,5 @@ class ZdDbBlockTableRecord : public ZdDbObject {
   std::vector<ZdDbObjectId> mEntities;
   std::string_view mKeptBlockGroups;
 };
+
+OHM_PLATFORM_API_END

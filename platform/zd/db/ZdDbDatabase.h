@@ -18,10 +18,13 @@
 #include <unordered_map>
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "zd/db/ZdDbBlockTableRecord.h"
 #include "zd/db/ZdDbDictionary.h"
 #include "zd/db/ZdDbSymbolTable.h"
 #include "zd/db/ZdDbObject.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdDbDatabase {
  public:
@@ -167,3 +170,5 @@ Zeda::ErrorStatus accessZdDbObjectForRead(ZdDbObject*& object, ZdDbObjectId id, 
 // Gives write access back to an object that accessZdDbObjectForRead found
 // open for write; nothing otherwise. eOk.
 Zeda::ErrorStatus revertZdDbObjectFromWrite(ZdDbObject* object, bool wasWritable);
+
+OHM_PLATFORM_API_END

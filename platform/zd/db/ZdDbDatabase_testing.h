@@ -1,7 +1,10 @@
 // Test seam of the drawing database: not host API.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "zd/db/ZdDbObjectId.h"
+
+OHM_PLATFORM_API_BEGIN
 
 namespace zd_testing {
 
@@ -21,3 +24,5 @@ void failNextObjectIterators(int count) noexcept;
 void clearDatabaseFaults();
 
 }  // namespace zd_testing
+
+OHM_PLATFORM_API_END

@@ -13,8 +13,11 @@
 #include <utility>
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "zd/db/ZdDbObject.h"
 #include "zd/ZdString.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdDbDictionaryIterator {
  public:
@@ -73,3 +76,5 @@ class ZdDbLayout : public ZdDbObject {
   std::int32_t mTabOrder = 0;
   ZdDbObjectId mBlock;
 };
+
+OHM_PLATFORM_API_END

@@ -7,9 +7,12 @@
 #include <utility>
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "zd/db/ZdDbBlockReference.h"
 #include "zd/db/ZdDbDatabase.h"
 #include "zd/db/ZdDbText.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdDbDrawingBuilder {
  public:
@@ -41,3 +44,5 @@ class ZdDbDrawingBuilder {
   ZdDbObjectId spaceOr(ZdDbObjectId space) const { return space.isNull() ? mDatabase.modelSpaceId() : space; }
   ZdDbDatabase& mDatabase;
 };
+
+OHM_PLATFORM_API_END

@@ -20,10 +20,13 @@
 #include <string_view>
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "zd/db/ZdDbObjectId.h"
 #include "zd/ZdErrorStatus.h"
 #include "zd/db/ZdRxClass.h"
 #include "zd/ZdValueNode.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdDbDatabase;
 
@@ -113,3 +116,5 @@ class ZdDbEntity : public ZdDbObject {
  private:
   std::u16string mLayer = u"0";
 };
+
+OHM_PLATFORM_API_END

@@ -6,6 +6,10 @@
 #include <cstdint>
 #include <functional>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 class ZdDbObjectId {
  public:
   constexpr ZdDbObjectId() = default;
@@ -35,3 +39,5 @@ class ZdDbHandle {
 };
 
 inline constexpr ZdDbObjectId ZdDbObjectId::kNull{};
+
+OHM_PLATFORM_API_END

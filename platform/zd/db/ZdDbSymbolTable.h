@@ -5,8 +5,11 @@
 // Names compare without regard to case.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "zd/db/ZdDbObject.h"
 #include "zd/ZdString.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdDbSymbolTable : public ZdDbObject {
  public:
@@ -26,3 +29,5 @@ class ZdDbBlockTable : public ZdDbSymbolTable {
   ZdDbBlockTable() : ZdDbSymbolTable(desc()) {}
   Zeda::ErrorStatus getIdAt(const char16_t* name, ZdDbObjectId& id, bool getErasedRecord = false) const override;
 };
+
+OHM_PLATFORM_API_END

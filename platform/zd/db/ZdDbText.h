@@ -7,7 +7,10 @@
 #include <optional>
 #include <string>
 
+#include "OhmPlatformExport.h"
 #include "zd/db/ZdDbObject.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdDbText : public ZdDbEntity {
  public:
@@ -36,3 +39,5 @@ class ZdDbAttribute : public ZdDbText {
  private:
   std::optional<std::u16string> mTag = std::u16string();
 };
+
+OHM_PLATFORM_API_END

@@ -7,6 +7,10 @@
 
 #include <string>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 class ZdRxClass {
  public:
   ZdRxClass(std::u16string name, const ZdRxClass* parent) : mName(std::move(name)), mParent(parent) {}
@@ -27,3 +31,5 @@ class ZdRxClass {
   std::u16string mName;
   const ZdRxClass* mParent;
 };
+
+OHM_PLATFORM_API_END

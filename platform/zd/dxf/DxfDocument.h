@@ -7,7 +7,10 @@
 // Thread safety: the host's main thread only, like the document manager.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "zd/ZdErrorStatus.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdApDocument;
 
@@ -18,3 +21,5 @@ class ZdApDocument;
 // ZdDbDatabase::readDwgFile (eFileNotFound, eFileAccessErr, eBadDxfFile),
 // with null and no document opened.
 Zeda::ErrorStatus openDxfDocument(const char16_t* fileName, bool makeCurrent, ZdApDocument*& document);
+
+OHM_PLATFORM_API_END

@@ -19,7 +19,10 @@
 #include <string_view>
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "zd/ZdErrorStatus.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdDbDatabase;
 
@@ -48,3 +51,5 @@ Zeda::ErrorStatus readDxfDrawingText(std::string text, ZdDbDatabase& database, c
 // with the problem "is a folder, not a drawing").
 Zeda::ErrorStatus readDxfDrawingFile(const std::string& path, ZdDbDatabase& database,
                                      const DxfReadOptions& options = {}, DxfReadReport* report = nullptr);
+
+OHM_PLATFORM_API_END

@@ -11,7 +11,10 @@
 #include <string>
 #include <string_view>
 
+#include "OhmPlatformExport.h"
 #include "zd/ZdErrorStatus.h"
+
+OHM_PLATFORM_API_BEGIN
 
 class ZdDbDatabase;
 
@@ -19,3 +22,5 @@ class ZdDbDatabase;
 // "AC1032") into `text`. eOk; eInvalidInput for another version,
 // eOutOfMemory when the layout dictionary can't be walked, `text` untouched.
 Zeda::ErrorStatus writeDxfDrawing(const ZdDbDatabase& database, std::string_view version, std::string& text);
+
+OHM_PLATFORM_API_END

@@ -10,6 +10,10 @@
 #include <string>
 #include <string_view>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 class ZdRxClass;
 
 // Whether a text can name an entity type: ASCII letters, digits, '_' and
@@ -34,3 +38,5 @@ bool isStandardDxfEntityType(std::string_view dxfType);
 // class of its own for (a ZdDbEntity made by name); null for a text that is
 // no type name.
 const ZdRxClass* dxfEntityClassOf(std::string_view dxfType);
+
+OHM_PLATFORM_API_END

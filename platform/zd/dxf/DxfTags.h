@@ -14,6 +14,10 @@
 #include <string_view>
 #include <vector>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 struct DxfTag {
   int code = 0;            // group code
   std::string_view value;  // value line, raw bytes, without its line end
@@ -58,3 +62,5 @@ class DxfTagReader {
 // Appends one tag as the host writes it: the group code right-aligned in
 // three places, the value on the next line, both ended by CRLF.
 void appendDxfTag(std::string& out, int code, std::string_view value);
+
+OHM_PLATFORM_API_END

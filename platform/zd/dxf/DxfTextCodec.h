@@ -12,6 +12,10 @@
 #include <string>
 #include <string_view>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 class DxfTextCodec {
  public:
   // The codec of a file with these header values; nullopt for a code page
@@ -34,3 +38,5 @@ class DxfTextCodec {
   std::string mCodePage;
   std::shared_ptr<const Converter> mConverter;  // null for UTF-8
 };
+
+OHM_PLATFORM_API_END

@@ -10,6 +10,10 @@
 #include <string>
 #include <string_view>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 // A decimal integer; nullopt for anything else (also out of 64-bit range).
 std::optional<std::int64_t> parseDxfInteger(std::string_view value);
 // A real in C notation; nullopt for anything else.
@@ -22,3 +26,5 @@ std::optional<std::uint64_t> parseDxfHandle(std::string_view value);
 std::string formatDxfReal(double value);
 // Upper-case hexadecimal digits without leading zeros.
 std::string formatDxfHandle(std::uint64_t handle);
+
+OHM_PLATFORM_API_END

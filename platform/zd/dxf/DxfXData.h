@@ -11,10 +11,13 @@
 #include <span>
 #include <string>
 
+#include "OhmPlatformExport.h"
 #include "zd/dxf/DxfTags.h"
 #include "zd/dxf/DxfTextCodec.h"
 #include "zd/ZdErrorStatus.h"
 #include "zd/ZdValueNode.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // The chain of the xdata tags `tags` (the first a 1001); null for none. eOk;
 // eBadDxfFile (a code that is no xdata code, a value that does not parse, a
@@ -31,3 +34,5 @@ void appendDxfXData(std::string& out, const ZdValueNode* chain, const DxfTextCod
 // The raw value of a text for a DXF file: encoded by `codec`, with line
 // breaks as "\U+000A" / "\U+000D" escapes, since a value is one line.
 std::string encodeDxfText(const DxfTextCodec& codec, std::u16string_view text);
+
+OHM_PLATFORM_API_END

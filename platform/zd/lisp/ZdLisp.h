@@ -16,7 +16,10 @@
 
 #include <functional>
 
+#include "OhmPlatformExport.h"
 #include "zd/ZdValueNode.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // A Lisp function of the host: its arguments (the request behind the name
 // node, may be null) and a reply to set; gives a status (RTNORM on success).
@@ -39,3 +42,5 @@ class ZdLispRegistrar {
  public:
   ZdLispRegistrar(const char16_t* name, ZdLispFunction function);
 };
+
+OHM_PLATFORM_API_END

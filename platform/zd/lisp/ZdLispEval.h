@@ -12,5 +12,11 @@
 #include <string>
 #include <vector>
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 // The names made known by vl-zeda-defun, each once, in the order first seen.
 std::vector<std::u16string> zdLispDefunNames();
+
+OHM_PLATFORM_API_END

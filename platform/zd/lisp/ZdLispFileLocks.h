@@ -26,6 +26,10 @@
 // and released by c:ohm_upd_unlock_dwgs or the end of the process.
 #pragma once
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 enum class ZdDwgLockState {
   Free,           // no lock file
   HeldHere,       // this process holds the lock
@@ -36,3 +40,5 @@ enum class ZdDwgLockState {
 
 // The lock state of the drawing `drawing` (Windows form).
 ZdDwgLockState zdDwgLockState(const char16_t* drawing);
+
+OHM_PLATFORM_API_END

@@ -3,7 +3,10 @@
 
 #include <string>
 
+#include "OhmPlatformExport.h"
 #include "zd/lisp/ZdLisp.h"
+
+OHM_PLATFORM_API_BEGIN
 
 namespace zd_testing {
 
@@ -23,3 +26,5 @@ std::u16string lastInvokedName();
 long usrbrkChangeCount();
 
 }  // namespace zd_testing
+
+OHM_PLATFORM_API_END

@@ -1,6 +1,10 @@
 // Test seam of the visual styles: not host API.
 #pragma once
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace zd_testing {
 
 // IsAppThemed gives `themed` from now on (0 at start).
@@ -9,3 +13,5 @@ void setAppThemed(int themed) noexcept;
 long appThemedQueries() noexcept;
 
 }  // namespace zd_testing
+
+OHM_PLATFORM_API_END

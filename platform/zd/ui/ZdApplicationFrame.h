@@ -11,7 +11,10 @@
 // Thread safety: the host's main thread only.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "mfc/CWnd.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // The drawing view: the window in which the current document is shown.
 class ZdDwgView : public CWnd {};
@@ -22,3 +25,5 @@ CWnd* zdedGetZedaFrame();
 // The view of the current document; null when no document is current, and
 // in a headless session.
 ZdDwgView* zdedGetZedaDwgView();
+
+OHM_PLATFORM_API_END

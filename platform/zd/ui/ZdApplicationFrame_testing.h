@@ -1,6 +1,10 @@
 // Test seam of the host's user interface: not host API.
 #pragma once
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace zd_testing {
 
 // Makes the session headless (no frame, no view: their windows go) or gives
@@ -8,3 +12,5 @@ namespace zd_testing {
 void setHeadless(bool headless);
 
 }  // namespace zd_testing
+
+OHM_PLATFORM_API_END

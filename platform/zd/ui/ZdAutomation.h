@@ -8,8 +8,11 @@
 // Thread safety: the host's main thread only.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "com/IDispatch.h"
 #include "mfc/CWinApp.h"
+
+OHM_PLATFORM_API_BEGIN
 
 inline constexpr IID IID_IZedaApplication{0x6F9A3C21, 0x4B7D, 0x4E0A, {0x9C, 0x15, 0x2D, 0x8B, 0x61, 0x0E, 0x3A, 0x77}};
 
@@ -23,3 +26,5 @@ struct IZedaApplication : IDispatch {
 
 // The host's application object; never null.
 CWinApp* zdedGetZedaWinApp();
+
+OHM_PLATFORM_API_END

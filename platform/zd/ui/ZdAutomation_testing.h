@@ -1,6 +1,10 @@
 // Test seam of the host's automation: not host API.
 #pragma once
 
+#include "OhmPlatformExport.h"
+
+OHM_PLATFORM_API_BEGIN
+
 namespace zd_testing {
 
 // References to the automation object held beyond the host's own.
@@ -11,3 +15,5 @@ long quitRequests() noexcept;
 void failNextApplicationQuery() noexcept;
 
 }  // namespace zd_testing
+
+OHM_PLATFORM_API_END

@@ -27,8 +27,11 @@
 #include <utility>
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "mfc/CWnd.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // A placeholder and its value: "{key}" in the texts becomes value.
 struct TASKDIALOG_KEYVALUE {
@@ -92,3 +95,5 @@ class ZdTaskDialog {
   DWORD mFlags = 0;
   ZdTaskDialogCallback mCallback = nullptr;
 };
+
+OHM_PLATFORM_API_END

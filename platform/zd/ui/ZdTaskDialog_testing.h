@@ -5,7 +5,10 @@
 #include <utility>
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "win/WinDef.h"
+
+OHM_PLATFORM_API_BEGIN
 
 namespace zd_testing {
 
@@ -34,3 +37,5 @@ void setComponentFolder(const std::string& folder);
 void resetTaskDialogs();
 
 }  // namespace zd_testing
+
+OHM_PLATFORM_API_END

@@ -8,7 +8,10 @@
 // Thread safety: the host's main thread only.
 #pragma once
 
+#include "OhmPlatformExport.h"
 #include "win/ui/Messages.h"
+
+OHM_PLATFORM_API_BEGIN
 
 // A message filter: true swallows the message.
 using ZdFilterWinMsgFn = bool (*)(MSG* msg);
@@ -25,3 +28,5 @@ bool zdedRemoveFilterWinMsg(ZdFilterWinMsgFn filter);
 // host handles it). False when the loop took WM_QUIT: the host is to end, and
 // messages after it stay queued.
 bool zdHostPumpMessages();
+
+OHM_PLATFORM_API_END

@@ -3,7 +3,10 @@
 
 #include <vector>
 
+#include "OhmPlatformExport.h"
 #include "win/ui/Messages.h"
+
+OHM_PLATFORM_API_BEGIN
 
 namespace zd_testing {
 
@@ -20,3 +23,5 @@ void failNextRegisterFilter() noexcept;
 std::size_t registeredFilterCount() noexcept;
 
 }  // namespace zd_testing
+
+OHM_PLATFORM_API_END

@@ -87,7 +87,7 @@ TEST_F(Modules, LinkedModuleAnswersToItsNameAndPath) {
   ASSERT_NE(platform, nullptr);
   char16_t path[4096];
   const DWORD length = GetModuleFileNameW(platform, path, 4096);
-  EXPECT_EQ(std::u16string(path, length), Windows(kLibraryDir / "libOhmPlatform.so"));
+  EXPECT_EQ(std::u16string(path, length), Windows(OHM_LINKED_PLATFORM));
   EXPECT_EQ(GetModuleHandleW(u"OhmPlatfor.dll"), nullptr);  // no prefix matches
   EXPECT_EQ(GetLastError(), Error(ERROR_MOD_NOT_FOUND));
 }
@@ -240,7 +240,7 @@ TEST(VersionInfo, FilesWithoutABlock) {
   const std::pair<fs::path, LONG> cases[] = {
       {kLibraryDir / "nothing_here.dll", ERROR_FILE_NOT_FOUND},
       {text, ERROR_BAD_EXE_FORMAT},
-      {kLibraryDir / "libOhmPlatform.so", ERROR_RESOURCE_TYPE_NOT_FOUND},  // loaded already: not loaded again
+      {OHM_LINKED_PLATFORM, ERROR_RESOURCE_TYPE_NOT_FOUND},  // loaded already: not loaded again
   };
   for (const auto& [file, error] : cases) {
     SCOPED_TRACE(file.string());
