@@ -82,7 +82,7 @@ class BuildVersion : public ::testing::Test {
 };
 
 TEST_F(BuildVersion, FileVersionOfTheMainModuleOnTheSearchPath) {
-  fs::copy_file(OHM_TEST_MAIN_MODULE, mFolder / "ohmmain.dll");
+  fs::copy_file(OHM_TEST_MAIN_MODULE, mFolder / "libohmmain.so");
   SearchPath(Windows(mEmpty.path()) + u";" + Windows(mFolder.path()));
   CString version(u"before");
   EXPECT_TRUE(OhmGetBuildVersion(version));
@@ -103,8 +103,8 @@ TEST_F(BuildVersion, NoVersionLeavesTheOutputAlone) {
   SearchPath(Windows(mFolder.path()));
   for (const Case& c : cases) {
     SCOPED_TRACE(c.label);
-    fs::remove(mFolder / "ohmmain.dll");
-    c.place(mFolder / "ohmmain.dll");
+    fs::remove(mFolder / "libohmmain.so");
+    c.place(mFolder / "libohmmain.so");
     CString version(u"kept");
     EXPECT_FALSE(OhmGetBuildVersion(version));
     EXPECT_EQ(version, u"kept");

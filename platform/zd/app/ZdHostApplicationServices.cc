@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "win/fs/PathMapping.h"
+#include "win/module/Module.h"
 #include "win/Utf8.h"
 #include "zd/ZdCodes.h"
 #include "zd/app/ZdEnv.h"
@@ -53,7 +54,8 @@ std::vector<std::u16string> searchFolders() {
 
 int ZdDbHostApplicationServices::findFile(ZdString& found, const char16_t* fileName, ZdDbDatabase*, int) {
   if (!fileName || !*fileName) return kFileNotFound;
-  const std::u16string name(fileName);
+  // A module is looked for under its file's name here, as the loader does.
+  const std::u16string name = ModuleNameToFileName(fileName);
   if (hasFolder(name)) {
     if (!fileExists(name)) return kFileNotFound;
     found.assign(name.c_str());

@@ -17,6 +17,8 @@ class ZdDbHostApplicationServices {
  public:
   // Searches for `fileName`: as given when it has a folder, else in each
   // folder of the host setting "ZEDA" (semicolon list, Windows form) in order.
+  // A module's name stands for its file, as for LoadLibraryW: "X.dll" is
+  // looked for as "libX.so".
   // 0 and the full Windows-form path in `found`; a non-zero status (and
   // `found` untouched) when it is nowhere. `database` and `hint` are accepted
   // as the host does and not used.

@@ -110,7 +110,7 @@ TEST(ZdHostApplicationServices, FindFileSearchesTheHostPath) {
   namespace fs = std::filesystem;
   const fs::path dir = fs::temp_directory_path() / "ohm_findfile_test";
   fs::create_directories(dir / "second");
-  std::ofstream(dir / "second" / "ohmmain.dll") << "x";
+  std::ofstream(dir / "second" / "libohmmain.so") << "x";  // the file of module ohmmain.dll
   const std::u16string first = PosixPathToWindows((dir / "first").string());
   const std::u16string second = PosixPathToWindows((dir / "second").string());
   zdedSetEnv(u"ZEDA", (first + u";" + second).c_str());
@@ -118,7 +118,7 @@ TEST(ZdHostApplicationServices, FindFileSearchesTheHostPath) {
   ZdString found(u"untouched");
   ZdDbHostApplicationServices* services = zddbHostApplicationServices();
   ASSERT_EQ(services->findFile(found, u"ohmmain.dll"), 0);
-  EXPECT_EQ(found.str(), second + u"\\ohmmain.dll");
+  EXPECT_EQ(found.str(), second + u"\\libohmmain.so");
   found.assign(u"untouched");
   EXPECT_NE(services->findFile(found, u"missing.dll"), 0);
   EXPECT_EQ(found.str(), u"untouched");
