@@ -13,7 +13,6 @@ namespace {
 struct ModuleState {
   std::mutex mutex;
   std::vector<CDynLinkLibrary*> libraries;  // the chain, oldest first
-  HINSTANCE resource = nullptr;             // null: the program
   bool failNextInit = false;
 };
 
@@ -68,15 +67,7 @@ std::vector<HMODULE> AfxResourceChain() {
   return chain;
 }
 
-HINSTANCE AfxGetResourceHandle() {
-  std::lock_guard lock(state().mutex);
-  return state().resource ? state().resource : GetModuleHandleW(nullptr);
-}
-
-void AfxSetResourceHandle(HINSTANCE resource) {
-  std::lock_guard lock(state().mutex);
-  state().resource = resource;
-}
+HINSTANCE AfxGetResourceHandle() { return GetModuleHandleW(nullptr); }
 
 namespace mfc_testing {
 

@@ -50,8 +50,7 @@ class CDynLinkLibrary {
 // handle first, then each CDynLinkLibrary's from the oldest.
 std::vector<HMODULE> AfxResourceChain();
 
-// The application's default resource module: the program unless set.
+// The application's default resource module: the program.
 HINSTANCE AfxGetResourceHandle();
-void AfxSetResourceHandle(HINSTANCE resource);
 
 OHM_PLATFORM_API_END

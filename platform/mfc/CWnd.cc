@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "win/ui/Window.h"
+#include "win/ui/Window_internal.h"
 
 namespace {
 

@@ -19,6 +19,7 @@
 #include "zd/ui/ZdApplicationFrame_testing.h"
 #include "zd/ui/ZdTaskDialog.h"
 #include "zd/ui/ZdTaskDialog_testing.h"
+#include "win/ui/Window_testing.h"
 
 namespace {
 
@@ -196,15 +197,15 @@ TEST_F(TaskDialogs, MissingDefinitionShowsNothing) {
 // The owner: the active window, else the host's frame, else none.
 TEST_F(TaskDialogs, OwnerIsTheActiveWindowElseTheFrameElseNone) {
   const HWND frame = zdedGetZedaFrame()->GetSafeHwnd();
-  const HWND palette = CreateWindowExW(0, u"Palette", u"", WS_OVERLAPPED, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+  const HWND palette = win_testing::createWindow(WS_OVERLAPPED, 0, 0, 10, 10, nullptr);
   const HWND active = GetActiveWindow();
   struct OwnerCase {
     const char* name;
     std::function<void()> arrange;
     HWND owner;
   } cases[] = {
-      {"a palette is active", [&] { SetActiveWindow(palette); }, palette},
-      {"nothing is active", [] { SetActiveWindow(nullptr); }, frame},
+      {"a palette is active", [&] { win_testing::setActiveWindow(palette); }, palette},
+      {"nothing is active", [] { win_testing::setActiveWindow(nullptr); }, frame},
       {"headless", [] { zd_testing::setHeadless(true); }, nullptr},
   };
   for (const OwnerCase& c : cases) {
@@ -215,8 +216,8 @@ TEST_F(TaskDialogs, OwnerIsTheActiveWindowElseTheFrameElseNone) {
     EXPECT_EQ(mUi.taskDialogs().back().owner, c.owner);
   }
   zd_testing::setHeadless(false);
-  DestroyWindow(palette);
-  SetActiveWindow(IsWindow(active) ? active : zdedGetZedaFrame()->GetSafeHwnd());
+  win_testing::destroyWindow(palette);
+  win_testing::setActiveWindow(win_testing::isWindow(active) ? active : zdedGetZedaFrame()->GetSafeHwnd());
 }
 
 }  // namespace

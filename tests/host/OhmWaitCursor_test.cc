@@ -53,7 +53,7 @@ class WaitCursor : public ::testing::Test {
 
 TEST_F(WaitCursor, BeginShowsTheWaitCursorAndTheTwoZeroMovesPassTheFilter) {
   ASSERT_TRUE(OhmBeginWaitCursor());
-  EXPECT_EQ(GetCursor(), Cursor(IDC_WAIT));
+  EXPECT_EQ(win_testing::cursorOnShow(), Cursor(IDC_WAIT));
   EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters + 1);
   EXPECT_EQ(ViewMouseMoves(), (std::vector<LPARAM>{0, 0}));
 }
@@ -63,16 +63,16 @@ TEST_F(WaitCursor, SecondBeginChangesNothingAndEndRestoresTheCursorOfTheFirst) {
   ViewMouseMoves();
   SetCursor(Cursor(IDC_IBEAM));
   EXPECT_FALSE(OhmBeginWaitCursor());
-  EXPECT_EQ(GetCursor(), Cursor(IDC_IBEAM));
+  EXPECT_EQ(win_testing::cursorOnShow(), Cursor(IDC_IBEAM));
   EXPECT_TRUE(ViewMouseMoves().empty());
   EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters + 1);
   OhmEndWaitCursor();
-  EXPECT_EQ(GetCursor(), Cursor(IDC_CROSS));
+  EXPECT_EQ(win_testing::cursorOnShow(), Cursor(IDC_CROSS));
 }
 
 TEST_F(WaitCursor, EndWithoutBeginDoesNothing) {
   OhmEndWaitCursor();
-  EXPECT_EQ(GetCursor(), Cursor(IDC_CROSS));
+  EXPECT_EQ(win_testing::cursorOnShow(), Cursor(IDC_CROSS));
   EXPECT_FALSE(zd_testing::hasQueuedMessages());
   EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters);
 }
@@ -80,7 +80,7 @@ TEST_F(WaitCursor, EndWithoutBeginDoesNothing) {
 TEST_F(WaitCursor, WithoutAViewBeginIsFalseAndChangesNothing) {
   zdDocManagerPtr()->closeDocument(std::exchange(mDocument, nullptr));
   EXPECT_FALSE(OhmBeginWaitCursor());
-  EXPECT_EQ(GetCursor(), Cursor(IDC_CROSS));
+  EXPECT_EQ(win_testing::cursorOnShow(), Cursor(IDC_CROSS));
   EXPECT_FALSE(zd_testing::hasQueuedMessages());
   EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters);
 }
@@ -118,7 +118,7 @@ TEST_F(WaitCursor, FilterSwallowsOnlyMouseMovesWithAPosition) {
     if (!delivered.empty()) {
       EXPECT_EQ(delivered[0].lParam, c.lParam);
     }
-    EXPECT_EQ(GetCursor(), Cursor(c.swallowed ? IDC_WAIT : IDC_ARROW));
+    EXPECT_EQ(win_testing::cursorOnShow(), Cursor(c.swallowed ? IDC_WAIT : IDC_ARROW));
     zd_testing::resetMessages();
   }
 }
@@ -142,9 +142,9 @@ TEST_F(WaitCursor, EndPostsThePointersViewPositionPackedTwice) {
     SCOPED_TRACE(c.name);
     ASSERT_TRUE(OhmBeginWaitCursor());
     ViewMouseMoves();
-    SetCursorPos(c.screen.x, c.screen.y);
+    win_testing::movePointerTo(c.screen.x, c.screen.y);
     OhmEndWaitCursor();
-    EXPECT_EQ(GetCursor(), Cursor(IDC_CROSS));
+    EXPECT_EQ(win_testing::cursorOnShow(), Cursor(IDC_CROSS));
     EXPECT_EQ(ViewMouseMoves(), (std::vector<LPARAM>{c.packed, c.packed}));
     SetCursor(Cursor(IDC_CROSS));
   }
@@ -155,7 +155,7 @@ TEST_F(WaitCursor, EndWithoutAViewRestoresAndUnhooksButPostsNothing) {
   ViewMouseMoves();
   zdDocManagerPtr()->closeDocument(std::exchange(mDocument, nullptr));
   OhmEndWaitCursor();
-  EXPECT_EQ(GetCursor(), Cursor(IDC_CROSS));
+  EXPECT_EQ(win_testing::cursorOnShow(), Cursor(IDC_CROSS));
   EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters);
   EXPECT_FALSE(zd_testing::hasQueuedMessages());
 }
@@ -163,11 +163,11 @@ TEST_F(WaitCursor, EndWithoutAViewRestoresAndUnhooksButPostsNothing) {
 TEST_F(WaitCursor, RefusedFilterLeavesTheWaitCursorAndEndDoesNothing) {
   zd_testing::failNextRegisterFilter();
   EXPECT_TRUE(OhmBeginWaitCursor());
-  EXPECT_EQ(GetCursor(), Cursor(IDC_WAIT));
+  EXPECT_EQ(win_testing::cursorOnShow(), Cursor(IDC_WAIT));
   EXPECT_EQ(zd_testing::registeredFilterCount(), mFilters);
   ViewMouseMoves();
   OhmEndWaitCursor();
-  EXPECT_EQ(GetCursor(), Cursor(IDC_WAIT));
+  EXPECT_EQ(win_testing::cursorOnShow(), Cursor(IDC_WAIT));
   EXPECT_TRUE(ViewMouseMoves().empty());
   // The next begin starts anew.
   SetCursor(Cursor(IDC_CROSS));
@@ -181,9 +181,9 @@ TEST_F(WaitCursor, BeginEndBeginLoadsTheCursorAgain) {
   OhmEndWaitCursor();
   ASSERT_TRUE(OhmBeginWaitCursor());
   EXPECT_EQ(win_testing::cursorLoads(), loads + 2);
-  EXPECT_EQ(GetCursor(), Cursor(IDC_WAIT));
+  EXPECT_EQ(win_testing::cursorOnShow(), Cursor(IDC_WAIT));
   OhmEndWaitCursor();
-  EXPECT_EQ(GetCursor(), Cursor(IDC_CROSS));
+  EXPECT_EQ(win_testing::cursorOnShow(), Cursor(IDC_CROSS));
 }
 
 }  // namespace

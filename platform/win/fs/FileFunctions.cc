@@ -207,14 +207,6 @@ BOOL FindClose(HANDLE handle) {
   return TRUE;
 }
 
-DWORD GetFileAttributesW(LPCWSTR path) {
-  const std::optional<std::string> posix = posixPath(path);
-  struct stat info {};
-  if (posix && ::stat(posix->c_str(), &info) == 0) return attributesOf(info);
-  if (posix) SetLastError(errorFor(errno, *posix));
-  return INVALID_FILE_ATTRIBUTES;
-}
-
 BOOL SetFileAttributesW(LPCWSTR path, DWORD attributes) {
   const std::optional<std::string> posix = posixPath(path);
   struct stat info {};

@@ -56,8 +56,6 @@ BOOL FindNextFileW(HANDLE search, WIN32_FIND_DATAW* data);
 // Ends a search. FALSE for a handle that isn't a search (ERROR_INVALID_HANDLE).
 BOOL FindClose(HANDLE search);
 
-// The attributes of a file or folder; INVALID_FILE_ATTRIBUTES when it isn't there.
-DWORD GetFileAttributesW(LPCWSTR path);
 
 // Sets FILE_ATTRIBUTE_READONLY of a file on or off (every other attribute,
 // and any attribute of a folder, is accepted and ignored).

@@ -59,16 +59,9 @@ HCURSOR SetCursor(HCURSOR cursor) {
   return previous;
 }
 
-HCURSOR GetCursor() noexcept { return state().shown; }
-
 BOOL GetCursorPos(LPPOINT point) noexcept {
   if (!point) return FALSE;
   *point = state().position;
-  return TRUE;
-}
-
-BOOL SetCursorPos(int x, int y) noexcept {
-  state().position = POINT{x, y};
   return TRUE;
 }
 
@@ -76,5 +69,7 @@ namespace win_testing {
 
 long cursorLoads() noexcept { return state().loads.load(); }
 long cursorSets() noexcept { return state().sets.load(); }
+HCURSOR cursorOnShow() noexcept { return state().shown; }
+void movePointerTo(int x, int y) noexcept { state().position = POINT{x, y}; }
 
 }  // namespace win_testing

@@ -3,8 +3,8 @@
 // the same for every load and is never freed. The arrow is on show at start,
 // and the pointer stands at 0, 0 of the screen.
 //
-// This stand-in has no pointing device: the position changes only through
-// SetCursorPos, which generates no mouse message.
+// This stand-in has no pointing device: the position changes only when a
+// test moves it (Cursor_testing.h), which generates no mouse message.
 //
 // Thread safety: the user interface thread only.
 #pragma once
@@ -32,13 +32,7 @@ HCURSOR LoadCursorW(HINSTANCE instance, LPCWSTR id);
 // LoadCursorW didn't give.
 HCURSOR SetCursor(HCURSOR cursor);
 
-// The cursor on show; null when none is.
-HCURSOR GetCursor() noexcept;
-
 // The pointer's screen position into *point; FALSE for null.
 BOOL GetCursorPos(LPPOINT point) noexcept;
-
-// Moves the pointer to x, y of the screen; always TRUE.
-BOOL SetCursorPos(int x, int y) noexcept;
 
 OHM_PLATFORM_API_END

@@ -8,6 +8,9 @@
 #include "win/LastError.h"
 #include "win/WinError.h"
 #include "win/ui/Window.h"
+#include "win/ui/Window_internal.h"
+#include "win/ui/Messages_internal.h"
+#include "win/ui/Messages_testing.h"
 
 namespace {
 
@@ -58,3 +61,11 @@ BOOL PeekMessageW(LPMSG msg, HWND window, UINT first, UINT last, UINT remove) {
   if (remove & PM_REMOVE) messages.erase(it);
   return TRUE;
 }
+
+namespace win_testing {
+
+BOOL peekMessage(LPMSG msg, HWND window, UINT first, UINT last, UINT remove) {
+  return PeekMessageW(msg, window, first, last, remove);
+}
+
+}  // namespace win_testing

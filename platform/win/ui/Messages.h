@@ -1,6 +1,6 @@
 // Posted window messages: one queue for the user interface thread, first in
 // first out. Whoever runs the message loop (the host) takes the messages out
-// with PeekMessageW and decides where they go.
+// and decides where they go (Messages_internal.h).
 //
 // Thread safety: PostMessageW may be called from any thread; the loop's
 // calls belong to the user interface thread.
@@ -46,13 +46,5 @@ inline int GET_Y_LPARAM(LPARAM lParam) { return static_cast<short>(HIWORD(lParam
 // ERROR_INVALID_WINDOW_HANDLE for a handle that isn't a window (null posts a
 // thread message, as on the platform).
 BOOL PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-
-// Posts WM_QUIT with `exitCode` as its wParam; the loop ends when it takes it.
-void PostQuitMessage(int exitCode);
-
-// Copies the first queued message for `window` (any window for null) whose
-// id lies in [first, last] (every id when both are 0) into *msg, and takes it
-// out with PM_REMOVE. FALSE when there is none (or msg is null).
-BOOL PeekMessageW(LPMSG msg, HWND window, UINT first, UINT last, UINT remove);
 
 OHM_PLATFORM_API_END

@@ -6,6 +6,8 @@
 
 #include "win/LastError.h"
 #include "win/WinError.h"
+#include "win/ui/Window_internal.h"
+#include "win/ui/Window_testing.h"
 
 namespace {
 
@@ -97,3 +99,14 @@ BOOL ScreenToClient(HWND window, LPPOINT point) {
   point->y -= found->origin.y;
   return TRUE;
 }
+
+namespace win_testing {
+
+HWND createWindow(DWORD style, int x, int y, int width, int height, HWND parent) {
+  return CreateWindowExW(0, u"", u"", style, x, y, width, height, parent, nullptr, nullptr, nullptr);
+}
+BOOL destroyWindow(HWND window) { return DestroyWindow(window); }
+BOOL isWindow(HWND window) noexcept { return IsWindow(window); }
+HWND setActiveWindow(HWND window) { return SetActiveWindow(window); }
+
+}  // namespace win_testing

@@ -1,6 +1,7 @@
 #include "zd/ui/ZdApplicationFrame.h"
 
 #include "win/ui/Window.h"
+#include "win/ui/Window_internal.h"
 #include "zd/ui/ZdApplicationFrame_testing.h"
 #include "zd/app/ZdDocManager.h"
 

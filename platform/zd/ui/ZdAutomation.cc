@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "win/ui/Messages.h"
+#include "win/ui/Messages_internal.h"
 #include "zd/ui/ZdAutomation_testing.h"
 
 namespace {

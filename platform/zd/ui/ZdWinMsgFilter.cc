@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "win/ui/Messages_internal.h"
 #include "zd/ui/ZdWinMsgFilter_testing.h"
 
 namespace {

@@ -32,6 +32,9 @@
 #include "win/ui/Window.h"
 #include "zd/ui/ZdTaskDialog.h"
 #include "zd/ui/ZdTaskDialog_testing.h"
+#include "win/ui/Window_testing.h"
+#include "win/ui/Messages_testing.h"
+#include "win/ui/Cursor_testing.h"
 
 namespace {
 
@@ -135,9 +138,9 @@ TEST(SetDllDirectoryW, BareNamesAreFoundThereFirstUntilItIsTakenAway) {
 // --- windows, messages, cursors --------------------------------------------------
 
 TEST(Windows, ChildrenMeasureFromTheirParentAndGoWithIt) {
-  const HWND top = CreateWindowExW(0, u"T", u"", WS_OVERLAPPED, 10, 20, 500, 400, nullptr, nullptr, nullptr, nullptr);
-  const HWND child = CreateWindowExW(0, u"C", u"", WS_CHILD, 5, 6, 100, 100, top, nullptr, nullptr, nullptr);
-  const HWND grandchild = CreateWindowExW(0, u"G", u"", WS_CHILD, 1, 2, 10, 10, child, nullptr, nullptr, nullptr);
+  const HWND top = win_testing::createWindow(WS_OVERLAPPED, 10, 20, 500, 400, nullptr);
+  const HWND child = win_testing::createWindow(WS_CHILD, 5, 6, 100, 100, top);
+  const HWND grandchild = win_testing::createWindow(WS_CHILD, 1, 2, 10, 10, child);
   ASSERT_NE(grandchild, nullptr);
   const std::pair<HWND, POINT> origins[] = {{top, {10, 20}}, {child, {15, 26}}, {grandchild, {16, 28}}};
   for (const auto& [window, origin] : origins) {
@@ -146,37 +149,37 @@ TEST(Windows, ChildrenMeasureFromTheirParentAndGoWithIt) {
     EXPECT_EQ(point.x, 100 - origin.x);
     EXPECT_EQ(point.y, 100 - origin.y);
   }
-  const HWND active = SetActiveWindow(grandchild);
-  EXPECT_EQ(CreateWindowExW(0, u"C", u"", WS_CHILD, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr), nullptr);
-  EXPECT_TRUE(DestroyWindow(top));
-  for (HWND gone : {top, child, grandchild}) EXPECT_FALSE(IsWindow(gone));
+  const HWND active = win_testing::setActiveWindow(grandchild);
+  EXPECT_EQ(win_testing::createWindow(WS_CHILD, 0, 0, 1, 1, nullptr), nullptr);
+  EXPECT_TRUE(win_testing::destroyWindow(top));
+  for (HWND gone : {top, child, grandchild}) EXPECT_FALSE(win_testing::isWindow(gone));
   EXPECT_EQ(GetActiveWindow(), nullptr);  // the active one went with them
   POINT point{1, 1};
   EXPECT_FALSE(ScreenToClient(child, &point));
   EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_WINDOW_HANDLE));
   EXPECT_EQ(point.x, 1);
   EXPECT_FALSE(PostMessageW(child, WM_NULL, 0, 0));
-  EXPECT_EQ(SetActiveWindow(child), nullptr);
-  SetActiveWindow(IsWindow(active) ? active : nullptr);
+  EXPECT_EQ(win_testing::setActiveWindow(child), nullptr);
+  win_testing::setActiveWindow(win_testing::isWindow(active) ? active : nullptr);
 }
 
 TEST(Messages, PeekTakesTheFirstMatchInPostingOrder) {
-  const HWND a = CreateWindowExW(0, u"A", u"", WS_OVERLAPPED, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
-  const HWND b = CreateWindowExW(0, u"B", u"", WS_OVERLAPPED, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+  const HWND a = win_testing::createWindow(WS_OVERLAPPED, 0, 0, 1, 1, nullptr);
+  const HWND b = win_testing::createWindow(WS_OVERLAPPED, 0, 0, 1, 1, nullptr);
   PostMessageW(a, WM_KEYDOWN, 1, 0);
   PostMessageW(b, WM_MOUSEMOVE, 2, 0);
   PostMessageW(a, WM_MOUSEMOVE, 3, 0);
   MSG msg{};
-  ASSERT_TRUE(PeekMessageW(&msg, a, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_NOREMOVE));
+  ASSERT_TRUE(win_testing::peekMessage(&msg, a, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_NOREMOVE));
   EXPECT_EQ(msg.wParam, 3u);
-  ASSERT_TRUE(PeekMessageW(&msg, nullptr, WM_MOUSEMOVE, WM_LBUTTONUP, PM_REMOVE));
+  ASSERT_TRUE(win_testing::peekMessage(&msg, nullptr, WM_MOUSEMOVE, WM_LBUTTONUP, PM_REMOVE));
   EXPECT_EQ(msg.wParam, 2u);
   EXPECT_EQ(msg.hwnd, b);
   std::vector<WPARAM> rest;
-  while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) rest.push_back(msg.wParam);
+  while (win_testing::peekMessage(&msg, nullptr, 0, 0, PM_REMOVE)) rest.push_back(msg.wParam);
   EXPECT_EQ(rest, (std::vector<WPARAM>{1, 3}));
-  DestroyWindow(a);
-  DestroyWindow(b);
+  win_testing::destroyWindow(a);
+  win_testing::destroyWindow(b);
 }
 
 TEST(Cursors, SystemCursorsOnlyAndOneHandleEach) {
@@ -188,16 +191,16 @@ TEST(Cursors, SystemCursorsOnlyAndOneHandleEach) {
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_RESOURCE_NAME_NOT_FOUND));
   }
   EXPECT_EQ(LoadCursorW(reinterpret_cast<HINSTANCE>(GetModuleHandleW(nullptr)), IDC_WAIT), nullptr);
-  const HCURSOR shown = GetCursor();
+  const HCURSOR shown = win_testing::cursorOnShow();
   int notACursor = 0;
   EXPECT_EQ(SetCursor(reinterpret_cast<HCURSOR>(&notACursor)), nullptr);
-  EXPECT_EQ(GetCursor(), shown);
+  EXPECT_EQ(win_testing::cursorOnShow(), shown);
   EXPECT_EQ(SetCursor(LoadCursorW(nullptr, IDC_HAND)), shown);
   EXPECT_EQ(SetCursor(shown), LoadCursorW(nullptr, IDC_HAND));
 }
 
 TEST(CWnd, FromHandleGivesThePermanentObjectElseOneTemporaryPerWindow) {
-  const HWND window = CreateWindowExW(0, u"W", u"", WS_OVERLAPPED, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+  const HWND window = win_testing::createWindow(WS_OVERLAPPED, 0, 0, 1, 1, nullptr);
   EXPECT_EQ(CWnd::FromHandle(nullptr), nullptr);
   CWnd* temporary = CWnd::FromHandle(window);
   ASSERT_NE(temporary, nullptr);
@@ -210,7 +213,7 @@ TEST(CWnd, FromHandleGivesThePermanentObjectElseOneTemporaryPerWindow) {
     EXPECT_EQ(CWnd::FromHandle(window), &permanent);
   }
   EXPECT_NE(CWnd::FromHandle(window), nullptr);  // a temporary again once the permanent one is gone
-  DestroyWindow(window);
+  win_testing::destroyWindow(window);
 }
 
 // --- the shell's requests ----------------------------------------------------------
