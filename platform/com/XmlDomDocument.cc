@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "com/XmlDom_internal.h"
+#include "win/fs/FileReplace.h"
 #include "win/fs/PathMapping.h"
 #include "win/Utf8.h"
 #include "win/WinError.h"
@@ -56,45 +57,6 @@ HRESULT FromErrno(int error) {
     case EISDIR: return E_ACCESSDENIED;
     default: return E_FAIL;
   }
-}
-
-bool WriteAll(int fd, const std::string& bytes) {
-  for (std::size_t done = 0; done < bytes.size();) {
-    ssize_t written = ::write(fd, bytes.data() + done, bytes.size() - done);
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    done += static_cast<std::size_t>(written);
-  }
-  return true;
-}
-
-// A new file beside `path` that no one else uses; its name in *name. -1 on failure.
-int CreateBeside(const std::string& path, std::string* name) {
-  static std::atomic<unsigned> counter{0};
-  for (int attempt = 0; attempt < 100; ++attempt) {
-    *name = path + ".~" + std::to_string(::getpid()) + "." + std::to_string(counter++);
-    int fd = ::open(name->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (fd >= 0 || errno != EEXIST) return fd;
-  }
-  return -1;
-}
-
-// Writes `bytes` to a new file beside `path`, keeps the old file's mode,
-// flushes it to disk and renames it over `path`. 0 or the errno of the failure;
-// on failure nothing is left beside and `path` is as it was.
-int ReplaceFile(const std::string& path, const std::string& bytes) {
-  std::string temporary;
-  int fd = CreateBeside(path, &temporary);
-  if (fd < 0) return errno;
-  struct stat old {};
-  bool ok = WriteAll(fd, bytes);
-  if (ok && ::stat(path.c_str(), &old) == 0) ok = ::fchmod(fd, old.st_mode & 07777) == 0;
-  ok = ok && ::fsync(fd) == 0;
-  int error = ok ? 0 : errno;
-  if (::close(fd) != 0 && ok) error = errno;
-  if (error == 0 && ::rename(temporary.c_str(), path.c_str()) != 0) error = errno;
-  if (error != 0) ::unlink(temporary.c_str());
-  return error;
 }
 
 std::u16string Describe(const char* what, const std::string& path, const char* why) {
@@ -213,7 +175,7 @@ HRESULT Document::save(VARIANT destination) {
   std::optional<std::string> path = WindowsPathToPosix(destination.bstrVal);
   if (!path)
     return Fail(HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND), IID_IXMLDOMDocument, u"The path has no place here.");
-  int error = ReplaceFile(*path, Serialize(*ref.tree));
+  int error = ReplaceFileContents(*path, Serialize(*ref.tree));
   if (error == 0) return S_OK;
   return Fail(FromErrno(error), IID_IXMLDOMDocument, Describe("Can't save", *path, std::strerror(error)));
 }

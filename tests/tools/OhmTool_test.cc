@@ -20,6 +20,7 @@ extern char** environ;
 namespace {
 
 const std::string kExample = OHM_EXAMPLES_DIR "/relay";
+const std::string kByHand = OHM_EXAMPLES_DIR "/xref_by_hand";
 
 struct Result {
   int status = -1;
@@ -67,11 +68,11 @@ struct ExampleCase {
 
 TEST(OhmTool, ExampleCommandsPrintTheExpectedOutput) {
   const std::vector<ExampleCase> cases = {
-      {{"xref", kExample + "/project.json"}, "xref.txt"},
-      {{"classify", kExample + "/drawings/CTRL01.dxf"}, "classify-ctrl01.txt"},
-      {{"classify", kExample + "/drawings/CTRL02.dxf", "--kind", "Tag2"}, "classify-ctrl02-tag2.txt"},
-      {{"layouts", kExample + "/drawings/CTRL02.dxf"}, "layouts-ctrl02.txt"},
-      {{"xdata", kExample + "/drawings/CTRL01.dxf", "2C"}, "xdata-graphic.txt"},
+      {{"update", "--dry-run", kExample}, "update.txt"},
+      {{"classify", kExample + "/CTRL01.dxf"}, "classify-ctrl01.txt"},
+      {{"classify", kExample + "/CTRL02.dxf", "--kind", "Tag2"}, "classify-ctrl02-tag2.txt"},
+      {{"layouts", kExample + "/CTRL02.dxf"}, "layouts-ctrl02.txt"},
+      {{"xdata", kExample + "/CTRL01.dxf", "2D"}, "xdata-graphic.txt"},
   };
   for (const ExampleCase& c : cases) {
     SCOPED_TRACE(c.expected);
@@ -82,10 +83,19 @@ TEST(OhmTool, ExampleCommandsPrintTheExpectedOutput) {
   }
 }
 
-TEST(OhmTool, JsonOutputSaysWhatTheTextSays) {
-  const Result result = Ohm({"xref", "--json", kExample + "/project.json"});
-  ASSERT_EQ(result.status, 0) << result.err;
-  EXPECT_EQ(nlohmann::json::parse(result.out), nlohmann::json::parse(ReadFile(kExample + "/expected/xref.json")));
+TEST(OhmTool, RecordsByHandAndJsonOutputSayWhatTheExampleSays) {
+  const Result text = Ohm({"xref", kByHand + "/project.json"});
+  ASSERT_EQ(text.status, 0) << text.err;
+  EXPECT_EQ(text.out, ReadFile(kByHand + "/expected/xref.txt"));
+  const std::pair<std::vector<std::string>, std::string> jsonCases[] = {
+      {{"xref", "--json", kByHand + "/project.json"}, kByHand + "/expected/xref.json"},
+      {{"update", "--dry-run", "--json", kExample}, kExample + "/expected/update.json"},
+  };
+  for (const auto& [args, expected] : jsonCases) {
+    const Result result = Ohm(args);
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(nlohmann::json::parse(result.out), nlohmann::json::parse(ReadFile(expected)));
+  }
 }
 
 TEST(OhmTool, ExampleDrawingsAreWhatTheWriterMakes) {
@@ -93,7 +103,7 @@ TEST(OhmTool, ExampleDrawingsAreWhatTheWriterMakes) {
   ASSERT_EQ(RunProgram(OHM_MAKE_DRAWINGS, {folder.posix()}).status, 0);
   for (const char* name : {"CTRL01.dxf", "CTRL02.dxf"}) {
     SCOPED_TRACE(name);
-    EXPECT_EQ(ReadFile(folder.posix(name)), ReadFile(kExample + "/drawings/" + name));
+    EXPECT_EQ(ReadFile(folder.posix(name)), ReadFile(kExample + "/" + name));
   }
 }
 
@@ -117,7 +127,7 @@ TEST(OhmTool, ExitStatusesAndMessages) {
                   "0\nINSERT\n5\nA3\n2\nK\n1001\nKVA_WD_FP\n0\nENDSEC\n0\nEOF\n");
   folder.makeFile("cut.dxf", "0\nSECTION\n2\nENTITIES\n0\nINSERT\n2\nNOWHERE\n");
   folder.makeFile("bad.dxf", "0\nSECTION\n2\nENTITIES\n0\nINSERT\n2\nB\n 70\nx\n0\nENDSEC\n0\nEOF\n");
-  const std::string ctrl01 = kExample + "/drawings/CTRL01.dxf";
+  const std::string ctrl01 = kExample + "/CTRL01.dxf";
   const std::vector<StatusCase> cases = {
       {"version", {"--version"}, 0, "ohm ", ""},
       {"help", {"--help"}, 0, "xref", ""},

@@ -10,9 +10,9 @@
 
 #include "CommandError.h"
 #include "Drawing.h"
+#include "project/HostSession.h"
 #include "mfc/CStringList.h"
 #include "ohmutils/host/OhmLispBridge.h"
-#include "ohmutils/host/OhmUtilsModule.h"
 #include "win/module/Module.h"
 #include "win/fs/PathMapping.h"
 #include "win/Utf8.h"
@@ -22,26 +22,6 @@
 extern char** environ;
 
 namespace {
-
-// The library attached as the host attaches it, with a document current so
-// that the Lisp bridge may call; all undone at the end.
-class HostSession {
- public:
-  explicit HostSession(const std::u16string& documentName) : mModule(GetModuleHandleW(u"OhmUtils.dll")) {
-    if (!DllMain(mModule, DLL_PROCESS_ATTACH, nullptr)) FailOperation("the library's module set-up failed");
-    mDocument = zdDocManagerPtr()->addDocument(documentName, std::make_shared<ZdDbDatabase>());
-  }
-  ~HostSession() {
-    zdDocManagerPtr()->closeDocument(mDocument);
-    DllMain(mModule, DLL_PROCESS_DETACH, nullptr);
-  }
-  HostSession(const HostSession&) = delete;
-  HostSession& operator=(const HostSession&) = delete;
-
- private:
-  HMODULE mModule;
-  ZdApDocument* mDocument = nullptr;
-};
 
 void AddAll(const std::vector<std::string>& drawings, CStringList& list) {
   for (const std::string& drawing : drawings) list.AddTail(CString(WindowsPathOf(drawing).c_str()));

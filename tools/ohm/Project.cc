@@ -221,6 +221,62 @@ Project Read(const Json& document, const std::string& path) {
   return project;
 }
 
+double Number(const Json& value, const Pointer& at) {
+  if (!value.is_number()) Fail(at, std::string("expected a number, found ") + KindOf(value));
+  return value.get<double>();
+}
+
+LineGrid Grid(const Json& object, const Pointer& at) {
+  ExpectType(object, at, Json::value_t::object, "a grid object");
+  ExpectMembers(object, at, {"top", "spacing", "first"});
+  LineGrid grid;
+  if (const Json* top = Member(object, at, "top", false)) grid.top = Number(*top, at / "top");
+  if (const Json* spacing = Member(object, at, "spacing", false)) grid.spacing = Number(*spacing, at / "spacing");
+  if (!(grid.spacing > 0)) Fail(at / "spacing", "expected a spacing above 0");
+  if (const Json* first = Member(object, at, "first", false)) {
+    ExpectType(*first, at / "first", Json::value_t::number_integer, "an integer");
+    grid.first = first->get<std::int32_t>();
+  }
+  return grid;
+}
+
+ProjectConventions Conventions(const Json& object, const Pointer& at) {
+  ExpectType(object, at, Json::value_t::object, "an object of conventions");
+  ExpectMembers(object, at, {"coilTag", "contactCoil", "kindAttribute", "referenceAttribute", "pinPrefix", "grid"});
+  ProjectConventions conventions;
+  auto text = [&](const char* key, std::u16string& into) {
+    if (const Json* value = Member(object, at, key, false)) into = Text(*value, at / key);
+  };
+  text("coilTag", conventions.coilTagPattern);
+  text("contactCoil", conventions.contactCoilPattern);
+  text("kindAttribute", conventions.kindAttribute);
+  text("referenceAttribute", conventions.referenceAttribute);
+  text("pinPrefix", conventions.pinPrefix);
+  if (const Json* grid = Member(object, at, "grid", false)) conventions.grid = Grid(*grid, at / "grid");
+  return conventions;
+}
+
+ProjectDescription ReadUpdateProject(const Json& document, const std::string& path) {
+  const Pointer root;
+  ExpectType(document, root, Json::value_t::object, "a project object");
+  ExpectMembers(document, root, {"drawings", "settings", "conventions"});
+  ProjectDescription project;
+  const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+  project.root = folder.string();
+  const Json& drawings = *Member(document, root, "drawings", true);
+  for (const std::u16string& drawing : Texts(drawings, root / "drawings", "an array of drawing files")) {
+    project.drawings.push_back((folder / Utf16ToUtf8(drawing)).lexically_normal().string());
+  }
+  if (project.drawings.empty()) Fail(root / "drawings", "expected at least one drawing");
+  if (const Json* settings = Member(document, root, "settings", false)) {
+    for (auto& [option, value] : Settings(*settings, root / "settings")) project.settings[option] = value;
+  }
+  if (const Json* conventions = Member(document, root, "conventions", false)) {
+    project.conventions = Conventions(*conventions, root / "conventions");
+  }
+  return project;
+}
+
 std::string Located(const std::string& path, const std::string& text, std::size_t offset, const std::string& what) {
   const TextPosition at = PositionOfOffset(text, offset == std::string::npos ? 0 : offset);
   return path + ":" + std::to_string(at.line) + ":" + std::to_string(at.column) + ": " + what;
@@ -233,9 +289,9 @@ std::string SyntaxProblem(const Json::parse_error& error) {
   return colon == std::string::npos ? what : what.substr(colon + 2);
 }
 
-}  // namespace
-
-Project LoadProject(const std::string& path) {
+// Reads and parses the JSON file at `path`, then `read` checks its schema.
+template <typename Result, typename Reader>
+Result LoadJson(const std::string& path, Reader read) {
   std::ifstream in(path, std::ios::binary);
   if (!in) FailBadInput(path + ": can't read the project file");
   std::ostringstream buffer;
@@ -248,8 +304,23 @@ Project LoadProject(const std::string& path) {
     FailBadInput(Located(path, text, error.byte == 0 ? 0 : error.byte - 1, SyntaxProblem(error)));
   }
   try {
-    return Read(document, path);
+    return read(document, path);
   } catch (const SchemaError& error) {
     FailBadInput(Located(path, text, OffsetOfValue(text, error.at, error.atMemberName), error.message));
   }
+}
+
+}  // namespace
+
+Project LoadProject(const std::string& path) { return LoadJson<Project>(path, Read); }
+
+ProjectDescription LoadUpdateProject(const std::string& path) {
+  if (std::filesystem::is_directory(path)) {
+    try {
+      return DescribeFolder(path);
+    } catch (const std::runtime_error& error) {
+      FailBadInput(error.what());
+    }
+  }
+  return LoadJson<ProjectDescription>(path, ReadUpdateProject);
 }

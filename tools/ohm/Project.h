@@ -14,6 +14,7 @@
 
 #include "ohmutils/xref/OhmDsComponentOcc.h"
 #include "ohmutils/xref/OhmNoRxUtilsSettingOverride.h"
+#include "project/ProjectUpdate.h"
 
 // One contact of a coil, with the label that the output shows for it.
 struct ContactRecord {
@@ -43,3 +44,8 @@ struct Project {
 // status 2 and "FILE:LINE:COLUMN: what was expected" for a file that can't
 // be read, isn't JSON or doesn't follow the schema.
 Project LoadProject(const std::string& path);
+
+// The project that `ohm update` works on: a folder of DXF drawings (by
+// name), or a project file that lists them in sheet order with its settings
+// and conventions (schema in the README). Errors as LoadProject's.
+ProjectDescription LoadUpdateProject(const std::string& path);

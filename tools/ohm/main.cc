@@ -14,6 +14,7 @@
 #include "LockCommands.h"
 #include "Project.h"
 #include "SettingsCommands.h"
+#include "UpdateCommand.h"
 #include "XrefPrinter.h"
 #include "XrefReport.h"
 
@@ -25,6 +26,7 @@ struct Options {
   std::optional<std::string> kind, app, run, value;
   std::string action, type, property, folder = ".", section, name;
   bool json = false, checkOnly = false, allOrNone = false;
+  UpdateCommandOptions update;
 };
 
 // get takes no VALUE, set needs one.
@@ -89,6 +91,15 @@ int main(int argc, char** argv) {
   xref->add_option("PROJECT", options.project, "The project file (JSON)")->required();
   AddJsonFlag(*xref, options);
   xref->callback([&] { run = RunXrefCommand; });
+
+  CLI::App* update = app.add_subcommand("update", "Work out a project's cross-references from its drawings and write them in");
+  update->add_option("PROJECT", options.update.project, "A folder of DXF drawings, or a project file (JSON)")->required();
+  update->add_flag("--dry-run", options.update.dryRun, "Show the changes, write nothing");
+  update->add_flag("--json", options.update.json, "Print the result as JSON");
+  update->add_flag("--recover", options.update.recover, "Repair what can be repaired in damaged drawings");
+  update->add_option("--jobs", options.update.jobs, "Drawings read at a time (default: one per core)");
+  update->add_option("--report", options.update.report, "Write the cross-reference report to this HTML file");
+  update->callback([&] { run = [](const Options& o) { return RunUpdate(o.update); }; });
 
   CLI::App* classify = app.add_subcommand("classify", "List the block references and tables of a drawing by kind");
   classify->add_option("DRAWING", options.drawing, "The drawing (DXF)")->required();

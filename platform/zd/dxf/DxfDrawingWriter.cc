@@ -11,6 +11,7 @@
 #include <optional>
 #include <set>
 
+#include "win/fs/FileReplace.h"
 #include "win/fs/PathMapping.h"
 #include "zd/dxf/DxfDrawingWriter.h"
 #include "zd/dxf/DxfEntityClasses.h"
@@ -559,18 +560,6 @@ class DxfWriter {
   std::set<std::string> mApplications;  // xdata application names, raw
 };
 
-// Writes `bytes` beside `path` and renames the copy over it; false on any failure.
-bool replaceFile(const std::string& path, const std::string& bytes) {
-  const std::string temporary = path + ".~" + std::to_string(::getpid()) + ".tmp";
-  std::FILE* file = std::fopen(temporary.c_str(), "wb");
-  if (!file) return false;
-  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-  const bool closed = std::fclose(file) == 0;
-  if (written && closed && std::rename(temporary.c_str(), path.c_str()) == 0) return true;
-  std::remove(temporary.c_str());
-  return false;
-}
-
 }  // namespace
 
 Zeda::ErrorStatus writeDxfDrawing(const ZdDbDatabase& database, std::string_view version, std::string& text) {
@@ -587,5 +576,5 @@ Zeda::ErrorStatus ZdDbDatabase::dxfOut(const char16_t* fileName, const std::u16s
   const Zeda::ErrorStatus status = writeDxfDrawing(*this, asciiOf(version.empty() ? mVersion : version), bytes);
   if (status != Zeda::eOk) return status;
   const std::optional<std::string> path = WindowsPathToPosix(fileName);
-  return path && replaceFile(*path, bytes) ? Zeda::eOk : Zeda::eFileAccessErr;
+  return path && ReplaceFileContents(*path, bytes) == 0 ? Zeda::eOk : Zeda::eFileAccessErr;
 }

@@ -1,0 +1,266 @@
+#include "project/UpdatePlan.h"
+
+#include <map>
+#include <memory>
+#include <stdexcept>
+
+#include "ohmutils/dwg/OhmDwgUtils.h"
+#include "ohmutils/xref/OhmCfgSetting.h"
+#include "ohmutils/xref/OhmDsComponentOcc.h"
+#include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
+#include "ohmutils/xref/OhmUtXrefEntityFactory.h"
+#include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
+#include "ohmutils/xref/OhmUtXrefTableEntity.h"
+#include "ohmutils/xref/OhmUtXrefTableRows.h"
+#include "ohmutils/xref/OhmUtXrefTextEntity.h"
+#include "project/UpdateReport.h"
+#include "win/Utf8.h"
+#include "zd/db/ZdDbBlockReference.h"
+#include "zd/db/ZdDbDatabase.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
+
+namespace {
+
+constexpr const char16_t* kCoilTags[] = {u"XREF", u"XREFNO", u"XREFNC"};
+
+struct Placed {
+  std::u16string sheet, reference;
+};
+
+Placed PlaceText(const SymbolPlace& place, int firstSheet) {
+  Placed placed{Utf8ToUtf16(std::to_string(firstSheet + place.sheetInDrawing)), place.reference};
+  if (placed.reference.empty()) {
+    std::string line = std::to_string(place.gridLine);
+    if (line.size() < 2) line.insert(0, 2 - line.size(), '0');
+    placed.reference = placed.sheet + Utf8ToUtf16(line);
+  }
+  return placed;
+}
+
+std::string Narrow(const std::u16string& text) { return Utf16ToUtf8(text); }
+
+bool KnownKind(const std::u16string& kind) { return kind == u"NO" || kind == u"NC" || kind == u"NONC"; }
+
+// A contact's record as the engine takes it.
+OhmDsComponentOcc Occurrence(const ContactSymbol& contact, const DrawingComponents& drawing, const Placed& placed) {
+  OhmDsComponentOcc occ;
+  occ.mType = 8;
+  occ.mOccID.mDwgPath = drawing.path;
+  occ.mProperties[u"CONTACT"] = contact.kind;
+  occ.mProperties[u"REF"] = placed.reference;
+  occ.mSheetProperties[u"SHEET"] = placed.sheet;
+  occ.mSheetProperties[u"SHEETDWGNAME"] = drawing.name;
+  for (const auto& [code, term] : contact.pins) {
+    OhmDsComponentPinOcc pin;
+    pin.mProperties[u"TERMCODE"] = code;
+    pin.mProperties[u"TERM"] = term;
+    occ.mPins.push_back(std::move(pin));
+  }
+  return occ;
+}
+
+struct CoilAt {
+  std::size_t drawing = 0;
+  const CoilSymbol* coil = nullptr;
+  Placed placed;
+};
+
+struct ContactAt {
+  ContactPlace place;
+  OhmDsComponentOcc occurrence;
+};
+
+class Planner {
+ public:
+  Planner(const std::vector<DrawingComponents>& drawings, const OhmNoRxUtilsSettingOverride::SettingMap& settings)
+      : mDrawings(drawings), mSettings(settings) {}
+
+  UpdatePlan run() {
+    numberSheets();
+    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
+      for (const DrawingProblem& problem : mDrawings[d].problems) {
+        mPlan.problems.push_back({d, problem.handle, problem.line, problem.message});
+      }
+      for (const CoilSymbol& coil : mDrawings[d].coils) indexCoil(d, coil);
+    }
+    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
+      for (const ContactSymbol& contact : mDrawings[d].contacts) gatherContact(d, contact);
+    }
+    for (const std::u16string& tag : mCoilOrder) planCoil(mCoils.at(tag));
+    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
+      for (const ContactSymbol& contact : mDrawings[d].contacts) planContactXref(d, contact);
+    }
+    return std::move(mPlan);
+  }
+
+ private:
+  void numberSheets() {
+    int next = 1;
+    for (const DrawingComponents& drawing : mDrawings) {
+      mFirstSheet.push_back(next);
+      next += drawing.sheets;
+    }
+  }
+
+  void indexCoil(std::size_t d, const CoilSymbol& coil) {
+    const auto [it, added] = mCoils.emplace(coil.tag, CoilAt{d, &coil, PlaceText(coil.place, mFirstSheet[d])});
+    if (added) {
+      mCoilOrder.push_back(coil.tag);
+      return;
+    }
+    const CoilAt& first = it->second;
+    mPlan.problems.push_back({d, coil.handle, 0,
+                              "coil " + Narrow(coil.tag) + " is already in " + mDrawings[first.drawing].file +
+                                  " (handle " + HandleText(first.coil->handle) + "); this one is left as it is"});
+  }
+
+  void gatherContact(std::size_t d, const ContactSymbol& contact) {
+    auto problem = [&](const std::string& message) { mPlan.problems.push_back({d, contact.handle, 0, message}); };
+    if (!mCoils.count(contact.coilTag)) return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
+    if (!KnownKind(contact.kind)) {
+      return problem("contact of coil " + Narrow(contact.coilTag) + " of unknown kind \"" + Narrow(contact.kind) +
+                     "\" (block " + Narrow(contact.blockName) + ")");
+    }
+    if (contact.pins.empty()) return problem("contact of coil " + Narrow(contact.coilTag) + " without pins");
+    const DrawingComponents& drawing = mDrawings[d];
+    const Placed placed = PlaceText(contact.place, mFirstSheet[d]);
+    const std::u16string kindName = contact.kind == u"NONC" ? u"Form C" : contact.kind;
+    ContactPlace place{d, contact.handle, contact.kind, placed.sheet, placed.reference, kindName + u" " + placed.reference};
+    mContacts[contact.coilTag].push_back({place, Occurrence(contact, drawing, placed)});
+  }
+
+  void planCoil(const CoilAt& at) {
+    CoilPlan& plan = mPlan.coils.emplace_back();
+    plan.drawing = at.drawing;
+    plan.handle = at.coil->handle;
+    plan.tag = at.coil->tag;
+    plan.sheet = at.placed.sheet;
+    plan.reference = at.placed.reference;
+    const std::vector<ContactAt>& contacts = mContacts[at.coil->tag];
+    for (const ContactAt& contact : contacts) plan.contacts.push_back(contact.place);
+    try {
+      present(at, contacts, plan);
+    } catch (const std::exception& error) {
+      plan.error = std::string("the cross-reference failed: ") + error.what();
+      mPlan.problems.push_back({at.drawing, plan.handle, 0, plan.error});
+    }
+  }
+
+  // The coil rebuilt in a scratch drawing (its block, attributes and xdata),
+  // so that the factory sees what it would see in the coil's own drawing.
+  void present(const CoilAt& at, const std::vector<ContactAt>& contacts, CoilPlan& plan) {
+    ZdDbDatabase scratch;
+    ZdDbDrawingBuilder builder(scratch);
+    ZdDbBlockReference* block = builder.insertBlock(at.coil->blockName, at.coil->attributes);
+    if (at.coil->xdata) block->setXData(at.coil->xdata.get());
+    OhmNoRxUtilsSettingOverride settings(mSettings);
+    std::unique_ptr<OhmUtXrefEntity> entity(OhmUtXrefEntityFactory::getXrefEntity(block, settings));
+    if (!entity) {
+      plan.error = "the coil asks for no presentation: its style option is neither \"0\", \"1\" nor \"2\"";
+      mPlan.problems.push_back({at.drawing, plan.handle, 0, plan.error});
+      return;
+    }
+    entity->setHostDwgPath(mDrawings[at.drawing].path);
+    plan.style = entity->getStyle();
+    if (auto* table = dynamic_cast<OhmUtXrefTableEntity*>(entity.get())) return fillTable(*table, contacts, plan);
+    if (auto* graphic = dynamic_cast<OhmUtXrefGraphicEntity*>(entity.get())) return fillLines(*graphic, contacts, plan);
+    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity.get())) fillTexts(*text, at, contacts);
+  }
+
+  void fillTexts(const OhmUtXrefTextEntity& entity, const CoilAt& at, const std::vector<ContactAt>& contacts) {
+    for (const auto& [tag, old] : at.coil->attributes) {
+      bool wanted = false;
+      for (const char16_t* name : kCoilTags) wanted = wanted || tag == name;
+      if (!wanted) continue;
+      std::u16string joined;
+      bool first = true;
+      for (const ContactAt& contact : contacts) {
+        std::u16string text;
+        if (!entity.getXrefText(tag, contact.occurrence, text)) continue;
+        if (!first) joined += entity.getSeparator();
+        joined += text;
+        first = false;
+      }
+      if (joined != old) mPlan.changes.push_back({at.drawing, at.coil->handle, tag, old, joined});
+    }
+  }
+
+  static void fillLines(OhmUtXrefGraphicEntity& entity, const std::vector<ContactAt>& contacts, CoilPlan& plan) {
+    for (const ContactAt& contact : contacts) {
+      const OhmDsComponentOcc& occ = contact.occurrence;
+      std::u16string text, ncText;
+      if (entity.isFullFormCContact(occ)) {
+        if (!entity.getUnformattedXrefTextForFullFormCContact(occ, text, ncText)) continue;
+        plan.lines.emplace_back(contact.place.label, text);
+        plan.lines.emplace_back(contact.place.label, ncText);
+      } else if (entity.isPartialFormCContact(occ)) {
+        if (entity.getUnformattedXrefTextForPartialFormCContact(occ, text)) plan.lines.emplace_back(contact.place.label, text);
+      } else if (entity.getUnformattedXrefText(occ, text)) {
+        plan.lines.emplace_back(contact.place.label, text);
+      }
+    }
+  }
+
+  static void fillTable(OhmUtXrefTableEntity& entity, const std::vector<ContactAt>& contacts, CoilPlan& plan) {
+    plan.titles = OhmUtXrefTableRows::getTitles(entity);
+    for (const ContactAt& contact : contacts) {
+      for (auto& cells : OhmUtXrefTableRows::getRows(entity, contact.occurrence)) {
+        plan.rows.emplace_back(contact.place.label, std::move(cells));
+      }
+    }
+  }
+
+  // A contact's XREF attribute names the place of its coil, as the coil's
+  // references name the contacts: the project's formats, seen from the
+  // contact's drawing.
+  void planContactXref(std::size_t d, const ContactSymbol& contact) {
+    if (!contact.xref) return;
+    const auto coil = mCoils.find(contact.coilTag);
+    if (coil == mCoils.end()) return;
+    const CoilAt& at = coil->second;
+    OhmNoRxUtilsXrefTextFormat::RefData data;
+    data.mDwgPath = mDrawings[at.drawing].path;
+    data.mSheet = at.placed.sheet;
+    data.mRef = at.placed.reference;
+    data.mSheetDwgName = mDrawings[at.drawing].name;
+    const OhmNoRxUtilsXrefTextFormat::Option option{setting(OhmCfgSetting::WD_XREF_FORMAT),
+                                                    setting(OhmCfgSetting::WD_XREF_ALTFORMAT), false};
+    std::u16string text;
+    OhmNoRxUtilsXrefTextFormat::getXrefText(option, mDrawings[d].path, data, text);
+    if (text != *contact.xref) mPlan.changes.push_back({d, contact.handle, u"XREF", *contact.xref, text});
+  }
+
+  std::u16string setting(OhmCfgSetting::WD_M_ATTRIB option) const {
+    const auto found = mSettings.find(option);
+    return found == mSettings.end() ? std::u16string() : found->second;
+  }
+
+  const std::vector<DrawingComponents>& mDrawings;
+  const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
+  std::vector<int> mFirstSheet;
+  std::map<std::u16string, CoilAt> mCoils;
+  std::vector<std::u16string> mCoilOrder;
+  std::map<std::u16string, std::vector<ContactAt>> mContacts;
+  UpdatePlan mPlan;
+};
+
+}  // namespace
+
+UpdatePlan PlanUpdate(const std::vector<DrawingComponents>& drawings,
+                      const OhmNoRxUtilsSettingOverride::SettingMap& settings) {
+  return Planner(drawings, settings).run();
+}
+
+OhmNoRxUtilsSettingOverride::SettingMap DefaultProjectSettings() {
+  return {
+      {OhmCfgSetting::WD_XREF_FORMAT, u" %S.%N"},
+      {OhmCfgSetting::WD_XREF_ALTFORMAT, u" %D:%S.%N"},
+      {OhmCfgSetting::WD_XREF_STYLE, u"0"},
+      {OhmCfgSetting::WD_XREF_TXTBTWN, u";"},
+      {OhmCfgSetting::WD_XREF_GRAPHIC, u"0"},
+      {OhmCfgSetting::WD_XREF_GRAPHICSTYLE, u"0"},
+      {OhmCfgSetting::WD_XREF_CONTACTMAP, u""},
+      {OhmCfgSetting::WD_XREF_TBLINDEX, u"1,2,3,5,6"},
+      {OhmCfgSetting::WD_XREF_TBLFLDNAMS, u"Aux,From,Symbol,To,Aux 2,Reference,Sheet,Sheet drawing,Drawing,Path"},
+  };
+}

@@ -1,0 +1,73 @@
+// The cross-references of a whole project, worked out from its drawings'
+// components: the new values of the coils' XREF, XREFNO and XREFNC
+// attributes and of the contacts' XREF attributes, what the graphic and table
+// presentations show, and the problems found. PlanUpdate only computes; it
+// reads no file and writes none.
+//
+// Sheets are numbered across the project in drawing order; a contact takes
+// part only when its coil exists once, its kind is known and it has pins.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ohmutils/xref/OhmNoRxUtilsSettingOverride.h"
+#include "ohmutils/xref/OhmUtXrefEntity.h"
+#include "project/DrawingComponents.h"
+
+// One attribute value to replace: the block reference's handle and the attribute's tag.
+struct AttributeChange {
+  std::size_t drawing = 0;  // index into the project's drawings
+  std::uint64_t handle = 0;
+  std::u16string tag;
+  std::u16string oldValue;
+  std::u16string newValue;
+};
+
+// One contact as the report shows it.
+struct ContactPlace {
+  std::size_t drawing = 0;
+  std::uint64_t handle = 0;
+  std::u16string kind;
+  std::u16string sheet;
+  std::u16string reference;
+  std::u16string label;  // kind and reference, e.g. "NO 104"
+};
+
+struct CoilPlan {
+  std::size_t drawing = 0;
+  std::uint64_t handle = 0;
+  std::u16string tag;
+  std::u16string sheet;
+  std::u16string reference;
+  OhmUtXrefEntity::Style style = OhmUtXrefEntity::StyleNone;
+  std::vector<ContactPlace> contacts;
+  std::vector<std::pair<std::u16string, std::u16string>> lines;  // graphic: contact label, text
+  std::vector<std::u16string> titles;                             // table
+  std::vector<std::pair<std::u16string, std::vector<std::u16string>>> rows;  // contact label, cells
+  std::string error;  // the engine's failure for this coil; empty when none
+};
+
+struct ProjectProblem {
+  std::size_t drawing = 0;
+  std::uint64_t handle = 0;  // 0: the drawing's own problem
+  int line = 0;
+  std::string message;
+};
+
+struct UpdatePlan {
+  std::vector<AttributeChange> changes;  // in drawing order, then entity order
+  std::vector<CoilPlan> coils;
+  std::vector<ProjectProblem> problems;
+};
+
+UpdatePlan PlanUpdate(const std::vector<DrawingComponents>& drawings,
+                      const OhmNoRxUtilsSettingOverride::SettingMap& settings);
+
+// The settings of a project that names none: references as " sheet.line",
+// in other drawings " drawing:sheet.line" (the blank keeps a reference apart
+// from the terminals before it in a contact line), separated by ";", the
+// attribute text presentation, tables of From, Symbol, To, Reference, Sheet.
+OhmNoRxUtilsSettingOverride::SettingMap DefaultProjectSettings();
