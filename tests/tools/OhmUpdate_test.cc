@@ -1,0 +1,134 @@
+// ohm update as a person runs it, on drawings written by hand: what it
+// writes and leaves, with other processes holding locks and with the update
+// itself killed midway.
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <random>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "../project/DxfSnippets.h"
+#include "support/TempFolder.h"
+
+extern char** environ;
+
+namespace {
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+// ohm with `args`, its standard output and error into files of `folder`; the child's pid.
+pid_t Spawn(const TempFolder& folder, const std::vector<std::string>& args) {
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, 1, folder.posix("out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  posix_spawn_file_actions_addopen(&actions, 2, folder.posix("err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  std::vector<char*> argv{const_cast<char*>(OHM_TOOL)};
+  for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
+  argv.push_back(nullptr);
+  pid_t child = -1;
+  posix_spawn(&child, OHM_TOOL, &actions, nullptr, argv.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  return child;
+}
+
+int Wait(pid_t child) {
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// Two sheets in two encodings and line ends, and a third drawing that is cut short.
+void MakeProject(const TempFolder& folder) {
+  folder.makeFile("p/A.dxf", DxfSnippet("AC1009", "ANSI_1252",
+                                        {{"A1", "HCR1", -1, {{"TAG1", "K\xC4" "1"}, {"XREF", ""}, {"XREFNC", "stale"}}},
+                                         {"A2", "HNO1", -3, {{"TAG2", "K\xC4" "1"}, {"TERM01", "13"}, {"TERM02", "14"}}}},
+                                        "\r\n"));
+  folder.makeFile("p/B.dxf", DxfSnippet("AC1021", "",
+                                        {{"B1", "HNC1", -4, {{"TAG2", "K\xC3\x84" "1"}, {"TERM01", "21"}, {"TERM02", "22"}, {"XREF", ""}}}}));
+  folder.makeFile("p/C.dxf", "0\nSECTION\n2\nENTITIES\n0\nINSERT\n");
+}
+
+TEST(OhmUpdate, WritesOnlyTheValuesReportsTheBadDrawingAndASecondRunChangesNothing) {
+  TempFolder folder;
+  MakeProject(folder);
+  const std::string a = ReadFile(folder.posix("p/A.dxf")), b = ReadFile(folder.posix("p/B.dxf"));
+  EXPECT_EQ(Wait(Spawn(folder, {"update", folder.posix("p"), "--report", folder.posix("r.html")})), 1);
+  EXPECT_NE(ReadFile(folder.posix("err")).find("C.dxf:"), std::string::npos);
+  EXPECT_NE(ReadFile(folder.posix("r.html")).find("K\xC3\x84" "1"), std::string::npos);
+  // Line by line: the three values are new, every other line is the file's own, CRs included.
+  const std::vector<std::string> before = Lines(a + b), after = Lines(ReadFile(folder.posix("p/A.dxf")) +
+                                                                      ReadFile(folder.posix("p/B.dxf")));
+  ASSERT_EQ(before.size(), after.size());
+  std::vector<std::string> changed;
+  for (std::size_t i = 0; i < before.size(); ++i) {
+    if (before[i] != after[i]) changed.push_back(after[i]);
+  }
+  const std::vector<std::string> expected = {" 1.103;%%u B:2.204%%u\r", "%%u B:2.204%%u\r", " A:1.101"};
+  EXPECT_EQ(changed, expected);
+  EXPECT_EQ(Wait(Spawn(folder, {"update", folder.posix("p")})), 1);
+  EXPECT_NE(ReadFile(folder.posix("out")).find("0 change(s); 0 drawing(s) written"), std::string::npos);
+}
+
+TEST(OhmUpdate, ADrawingLockedByAnotherProcessIsLeftAndReported) {
+  TempFolder folder, holderOutput;
+  MakeProject(folder);
+  const std::string a = ReadFile(folder.posix("p/A.dxf"));
+  const pid_t holder = Spawn(holderOutput, {"lock", folder.posix("p/A.dxf"), "--run", "sleep 30"});
+  for (int i = 0; i < 500 && ReadFile(holderOutput.posix("out")).find("locked") == std::string::npos; ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  EXPECT_EQ(Wait(Spawn(folder, {"update", folder.posix("p")})), 1);
+  ::kill(holder, SIGTERM);
+  Wait(holder);
+  EXPECT_NE(ReadFile(folder.posix("err")).find("A.dxf: the drawing is locked by another process"), std::string::npos);
+  EXPECT_EQ(ReadFile(folder.posix("p/A.dxf")), a);
+  EXPECT_NE(ReadFile(folder.posix("p/B.dxf")).find(" A:1.101"), std::string::npos);
+}
+
+// Killed at random moments, the update leaves each drawing as it was or wholly updated.
+TEST(OhmUpdate, KilledMidwayLeavesEachDrawingOldOrNew) {
+  TempFolder folder;
+  MakeProject(folder);
+  const std::string oldA = ReadFile(folder.posix("p/A.dxf")), oldB = ReadFile(folder.posix("p/B.dxf"));
+  Wait(Spawn(folder, {"update", folder.posix("p")}));
+  const std::string newA = ReadFile(folder.posix("p/A.dxf")), newB = ReadFile(folder.posix("p/B.dxf"));
+  std::mt19937 random(7);
+  int untouched = 0, updated = 0;
+  for (int round = 0; round < 40; ++round) {
+    folder.makeFile("p/A.dxf", oldA);
+    folder.makeFile("p/B.dxf", oldB);
+    const pid_t update = Spawn(folder, {"update", folder.posix("p")});
+    std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000));
+    ::kill(update, SIGKILL);
+    Wait(update);
+    const std::string a = ReadFile(folder.posix("p/A.dxf")), b = ReadFile(folder.posix("p/B.dxf"));
+    ASSERT_TRUE(a == oldA || a == newA) << "round " << round;
+    ASSERT_TRUE(b == oldB || b == newB) << "round " << round;
+    (a == oldA ? untouched : updated)++;
+  }
+  RecordProperty("untouched", untouched);
+  RecordProperty("updated", updated);
+}
+
+}  // namespace
