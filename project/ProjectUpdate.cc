@@ -153,7 +153,7 @@ std::vector<DrawingComponents> ReadProjectComponents(const ProjectDescription& p
 ProjectUpdateResult UpdateProject(const ProjectDescription& project, const UpdateOptions& options) {
   ProjectUpdateResult result;
   result.drawings = ReadProjectComponents(project, options);
-  result.plan = PlanUpdate(result.drawings, project.settings);
+  result.plan = PlanUpdate(result.drawings, project.settings, WorkerCount(options, result.drawings.size()));
   if (options.write) WriteChanges(result.drawings, result.plan, result.written);
   return result;
 }

@@ -1,8 +1,12 @@
 #include "project/UpdatePlan.h"
 
+#include <algorithm>
+#include <atomic>
+#include <deque>
 #include <map>
 #include <memory>
 #include <stdexcept>
+#include <thread>
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "ohmutils/xref/OhmCfgSetting.h"
@@ -41,9 +45,10 @@ std::string Narrow(const std::u16string& text) { return Utf16ToUtf8(text); }
 
 bool KnownKind(const std::u16string& kind) { return kind == u"NO" || kind == u"NC" || kind == u"NONC"; }
 
-// A contact's record as the engine takes it.
-OhmDsComponentOcc Occurrence(const ContactSymbol& contact, const DrawingComponents& drawing, const Placed& placed) {
-  OhmDsComponentOcc occ;
+// Fills `occ` with a contact's record as the engine takes it. Records are
+// built where they stay: they copy member by member and have no move.
+void FillOccurrence(OhmDsComponentOcc& occ, const ContactSymbol& contact, const DrawingComponents& drawing,
+                    const Placed& placed) {
   occ.mType = 8;
   occ.mOccID.mDwgPath = drawing.path;
   occ.mProperties[u"CONTACT"] = contact.kind;
@@ -56,7 +61,6 @@ OhmDsComponentOcc Occurrence(const ContactSymbol& contact, const DrawingComponen
     pin.mProperties[u"TERM"] = term;
     occ.mPins.push_back(std::move(pin));
   }
-  return occ;
 }
 
 struct CoilAt {
@@ -70,10 +74,128 @@ struct ContactAt {
   OhmDsComponentOcc occurrence;
 };
 
+const std::deque<ContactAt> kNoContacts;
+
+// What one coil gives: its plan, the changes of its attributes, its problems.
+struct CoilOutcome {
+  CoilPlan plan;
+  std::vector<AttributeChange> changes;
+  std::vector<ProjectProblem> problems;
+};
+
+// Works out coils' presentations, one at a time; one per thread.
+class CoilPresenter {
+ public:
+  CoilPresenter(const std::vector<DrawingComponents>& drawings, const OhmNoRxUtilsSettingOverride::SettingMap& settings)
+      : mDrawings(drawings), mSettings(settings) {}
+
+  CoilOutcome present(const CoilAt& at, const std::deque<ContactAt>& contacts) {
+    CoilOutcome outcome;
+    CoilPlan& plan = outcome.plan;
+    plan.drawing = at.drawing;
+    plan.handle = at.coil->handle;
+    plan.tag = at.coil->tag;
+    plan.sheet = at.placed.sheet;
+    plan.reference = at.placed.reference;
+    for (const ContactAt& contact : contacts) plan.contacts.push_back(contact.place);
+    try {
+      presentGuarded(at, contacts, outcome);
+    } catch (const std::exception& error) {
+      plan.error = std::string("the cross-reference failed: ") + error.what();
+    }
+    if (!plan.error.empty()) outcome.problems.push_back({at.drawing, plan.handle, 0, plan.error});
+    return outcome;
+  }
+
+ private:
+  // The coil rebuilt in a scratch drawing (its block, attributes and xdata),
+  // so that the factory sees what it would see in the coil's own drawing.
+  void presentGuarded(const CoilAt& at, const std::deque<ContactAt>& contacts, CoilOutcome& outcome) {
+    CoilPlan& plan = outcome.plan;
+    ZdDbBlockReference* block = scratchBuilder().insertBlock(at.coil->blockName, at.coil->attributes);
+    if (at.coil->xdata) block->setXData(at.coil->xdata.get());
+    OhmNoRxUtilsSettingOverride settings(mSettings);
+    std::unique_ptr<OhmUtXrefEntity> entity(OhmUtXrefEntityFactory::getXrefEntity(block, settings));
+    if (!entity) {
+      plan.error = "the coil asks for no presentation: its style option is neither \"0\", \"1\" nor \"2\"";
+      return;
+    }
+    entity->setHostDwgPath(mDrawings[at.drawing].path);
+    plan.style = entity->getStyle();
+    if (auto* table = dynamic_cast<OhmUtXrefTableEntity*>(entity.get())) return fillTable(*table, contacts, plan);
+    if (auto* graphic = dynamic_cast<OhmUtXrefGraphicEntity*>(entity.get())) return fillLines(*graphic, contacts, plan);
+    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity.get())) fillTexts(*text, at, contacts, outcome.changes);
+  }
+
+  static void fillTexts(const OhmUtXrefTextEntity& entity, const CoilAt& at, const std::deque<ContactAt>& contacts,
+                        std::vector<AttributeChange>& changes) {
+    for (const auto& [tag, old] : at.coil->attributes) {
+      bool wanted = false;
+      for (const char16_t* name : kCoilTags) wanted = wanted || tag == name;
+      if (!wanted) continue;
+      std::u16string joined;
+      bool first = true;
+      for (const ContactAt& contact : contacts) {
+        std::u16string text;
+        if (!entity.getXrefText(tag, contact.occurrence, text)) continue;
+        if (!first) joined += entity.getSeparator();
+        joined += text;
+        first = false;
+      }
+      if (joined != old) changes.push_back({at.drawing, at.coil->handle, tag, old, joined});
+    }
+  }
+
+  static void fillLines(OhmUtXrefGraphicEntity& entity, const std::deque<ContactAt>& contacts, CoilPlan& plan) {
+    for (const ContactAt& contact : contacts) {
+      const OhmDsComponentOcc& occ = contact.occurrence;
+      std::u16string text, ncText;
+      if (entity.isFullFormCContact(occ)) {
+        if (!entity.getUnformattedXrefTextForFullFormCContact(occ, text, ncText)) continue;
+        plan.lines.emplace_back(contact.place.label, text);
+        plan.lines.emplace_back(contact.place.label, ncText);
+      } else if (entity.isPartialFormCContact(occ)) {
+        if (entity.getUnformattedXrefTextForPartialFormCContact(occ, text)) plan.lines.emplace_back(contact.place.label, text);
+      } else if (entity.getUnformattedXrefText(occ, text)) {
+        plan.lines.emplace_back(contact.place.label, text);
+      }
+    }
+  }
+
+  static void fillTable(OhmUtXrefTableEntity& entity, const std::deque<ContactAt>& contacts, CoilPlan& plan) {
+    plan.titles = OhmUtXrefTableRows::getTitles(entity);
+    for (const ContactAt& contact : contacts) {
+      for (auto& cells : OhmUtXrefTableRows::getRows(entity, contact.occurrence)) {
+        plan.rows.emplace_back(contact.place.label, std::move(cells));
+      }
+    }
+  }
+
+  // The drawing the coils are rebuilt in: one for many coils, since making a
+  // database costs more than the coil; renewed now and then to bound its size.
+  ZdDbDrawingBuilder& scratchBuilder() {
+    constexpr int kCoilsPerScratch = 1024;
+    if (!mScratch || mScratchCoils++ == kCoilsPerScratch) {
+      mBuilder.reset();
+      mScratch = std::make_unique<ZdDbDatabase>();
+      mBuilder = std::make_unique<ZdDbDrawingBuilder>(*mScratch);
+      mScratchCoils = 1;
+    }
+    return *mBuilder;
+  }
+
+  const std::vector<DrawingComponents>& mDrawings;
+  const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
+  std::unique_ptr<ZdDbDatabase> mScratch;
+  std::unique_ptr<ZdDbDrawingBuilder> mBuilder;
+  int mScratchCoils = 0;
+};
+
 class Planner {
  public:
-  Planner(const std::vector<DrawingComponents>& drawings, const OhmNoRxUtilsSettingOverride::SettingMap& settings)
-      : mDrawings(drawings), mSettings(settings) {}
+  Planner(const std::vector<DrawingComponents>& drawings, const OhmNoRxUtilsSettingOverride::SettingMap& settings,
+          unsigned workers)
+      : mDrawings(drawings), mSettings(settings), mWorkers(std::max(1u, workers)) {}
 
   UpdatePlan run() {
     numberSheets();
@@ -86,7 +208,7 @@ class Planner {
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const ContactSymbol& contact : mDrawings[d].contacts) gatherContact(d, contact);
     }
-    for (const std::u16string& tag : mCoilOrder) planCoil(mCoils.at(tag));
+    presentCoils();
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const ContactSymbol& contact : mDrawings[d].contacts) planContactXref(d, contact);
     }
@@ -94,6 +216,31 @@ class Planner {
   }
 
  private:
+  // The coils' presentations, `mWorkers` at a time, gathered in coil order.
+  void presentCoils() {
+    std::u16string warm;  // the text format fills its tables on first use, before threads share them
+    OhmNoRxUtilsXrefTextFormat::getXrefText({}, u"", {}, warm);
+    std::vector<CoilOutcome> outcomes(mCoilOrder.size());
+    std::atomic<std::size_t> next{0};
+    auto work = [&] {
+      CoilPresenter presenter(mDrawings, mSettings);
+      for (std::size_t i = next++; i < outcomes.size(); i = next++) {
+        const CoilAt& at = mCoils.at(mCoilOrder[i]);
+        const auto contacts = mContacts.find(at.coil->tag);
+        outcomes[i] = presenter.present(at, contacts == mContacts.end() ? kNoContacts : contacts->second);
+      }
+    };
+    std::vector<std::thread> threads;
+    for (unsigned w = 1; w < std::min<std::size_t>(mWorkers, outcomes.size()); ++w) threads.emplace_back(work);
+    work();
+    for (std::thread& thread : threads) thread.join();
+    for (CoilOutcome& outcome : outcomes) {
+      mPlan.coils.push_back(std::move(outcome.plan));
+      for (AttributeChange& change : outcome.changes) mPlan.changes.push_back(std::move(change));
+      for (ProjectProblem& problem : outcome.problems) mPlan.problems.push_back(std::move(problem));
+    }
+  }
+
   void numberSheets() {
     int next = 1;
     for (const DrawingComponents& drawing : mDrawings) {
@@ -126,88 +273,9 @@ class Planner {
     const Placed placed = PlaceText(contact.place, mFirstSheet[d]);
     const std::u16string kindName = contact.kind == u"NONC" ? u"Form C" : contact.kind;
     ContactPlace place{d, contact.handle, contact.kind, placed.sheet, placed.reference, kindName + u" " + placed.reference};
-    mContacts[contact.coilTag].push_back({place, Occurrence(contact, drawing, placed)});
-  }
-
-  void planCoil(const CoilAt& at) {
-    CoilPlan& plan = mPlan.coils.emplace_back();
-    plan.drawing = at.drawing;
-    plan.handle = at.coil->handle;
-    plan.tag = at.coil->tag;
-    plan.sheet = at.placed.sheet;
-    plan.reference = at.placed.reference;
-    const std::vector<ContactAt>& contacts = mContacts[at.coil->tag];
-    for (const ContactAt& contact : contacts) plan.contacts.push_back(contact.place);
-    try {
-      present(at, contacts, plan);
-    } catch (const std::exception& error) {
-      plan.error = std::string("the cross-reference failed: ") + error.what();
-      mPlan.problems.push_back({at.drawing, plan.handle, 0, plan.error});
-    }
-  }
-
-  // The coil rebuilt in a scratch drawing (its block, attributes and xdata),
-  // so that the factory sees what it would see in the coil's own drawing.
-  void present(const CoilAt& at, const std::vector<ContactAt>& contacts, CoilPlan& plan) {
-    ZdDbDatabase scratch;
-    ZdDbDrawingBuilder builder(scratch);
-    ZdDbBlockReference* block = builder.insertBlock(at.coil->blockName, at.coil->attributes);
-    if (at.coil->xdata) block->setXData(at.coil->xdata.get());
-    OhmNoRxUtilsSettingOverride settings(mSettings);
-    std::unique_ptr<OhmUtXrefEntity> entity(OhmUtXrefEntityFactory::getXrefEntity(block, settings));
-    if (!entity) {
-      plan.error = "the coil asks for no presentation: its style option is neither \"0\", \"1\" nor \"2\"";
-      mPlan.problems.push_back({at.drawing, plan.handle, 0, plan.error});
-      return;
-    }
-    entity->setHostDwgPath(mDrawings[at.drawing].path);
-    plan.style = entity->getStyle();
-    if (auto* table = dynamic_cast<OhmUtXrefTableEntity*>(entity.get())) return fillTable(*table, contacts, plan);
-    if (auto* graphic = dynamic_cast<OhmUtXrefGraphicEntity*>(entity.get())) return fillLines(*graphic, contacts, plan);
-    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity.get())) fillTexts(*text, at, contacts);
-  }
-
-  void fillTexts(const OhmUtXrefTextEntity& entity, const CoilAt& at, const std::vector<ContactAt>& contacts) {
-    for (const auto& [tag, old] : at.coil->attributes) {
-      bool wanted = false;
-      for (const char16_t* name : kCoilTags) wanted = wanted || tag == name;
-      if (!wanted) continue;
-      std::u16string joined;
-      bool first = true;
-      for (const ContactAt& contact : contacts) {
-        std::u16string text;
-        if (!entity.getXrefText(tag, contact.occurrence, text)) continue;
-        if (!first) joined += entity.getSeparator();
-        joined += text;
-        first = false;
-      }
-      if (joined != old) mPlan.changes.push_back({at.drawing, at.coil->handle, tag, old, joined});
-    }
-  }
-
-  static void fillLines(OhmUtXrefGraphicEntity& entity, const std::vector<ContactAt>& contacts, CoilPlan& plan) {
-    for (const ContactAt& contact : contacts) {
-      const OhmDsComponentOcc& occ = contact.occurrence;
-      std::u16string text, ncText;
-      if (entity.isFullFormCContact(occ)) {
-        if (!entity.getUnformattedXrefTextForFullFormCContact(occ, text, ncText)) continue;
-        plan.lines.emplace_back(contact.place.label, text);
-        plan.lines.emplace_back(contact.place.label, ncText);
-      } else if (entity.isPartialFormCContact(occ)) {
-        if (entity.getUnformattedXrefTextForPartialFormCContact(occ, text)) plan.lines.emplace_back(contact.place.label, text);
-      } else if (entity.getUnformattedXrefText(occ, text)) {
-        plan.lines.emplace_back(contact.place.label, text);
-      }
-    }
-  }
-
-  static void fillTable(OhmUtXrefTableEntity& entity, const std::vector<ContactAt>& contacts, CoilPlan& plan) {
-    plan.titles = OhmUtXrefTableRows::getTitles(entity);
-    for (const ContactAt& contact : contacts) {
-      for (auto& cells : OhmUtXrefTableRows::getRows(entity, contact.occurrence)) {
-        plan.rows.emplace_back(contact.place.label, std::move(cells));
-      }
-    }
+    ContactAt& added = mContacts[contact.coilTag].emplace_back();
+    added.place = std::move(place);
+    FillOccurrence(added.occurrence, contact, drawing, placed);
   }
 
   // A contact's XREF attribute names the place of its coil, as the coil's
@@ -240,15 +308,16 @@ class Planner {
   std::vector<int> mFirstSheet;
   std::map<std::u16string, CoilAt> mCoils;
   std::vector<std::u16string> mCoilOrder;
-  std::map<std::u16string, std::vector<ContactAt>> mContacts;
+  std::map<std::u16string, std::deque<ContactAt>> mContacts;  // a deque: records never move
+  unsigned mWorkers;
   UpdatePlan mPlan;
 };
 
 }  // namespace
 
 UpdatePlan PlanUpdate(const std::vector<DrawingComponents>& drawings,
-                      const OhmNoRxUtilsSettingOverride::SettingMap& settings) {
-  return Planner(drawings, settings).run();
+                      const OhmNoRxUtilsSettingOverride::SettingMap& settings, unsigned workers) {
+  return Planner(drawings, settings, workers).run();
 }
 
 OhmNoRxUtilsSettingOverride::SettingMap DefaultProjectSettings() {

@@ -63,8 +63,9 @@ struct UpdatePlan {
   std::vector<ProjectProblem> problems;
 };
 
+// `workers` threads work out the coils' presentations; the result is the same for any number.
 UpdatePlan PlanUpdate(const std::vector<DrawingComponents>& drawings,
-                      const OhmNoRxUtilsSettingOverride::SettingMap& settings);
+                      const OhmNoRxUtilsSettingOverride::SettingMap& settings, unsigned workers = 1);
 
 // The settings of a project that names none: references as " sheet.line",
 // in other drawings " drawing:sheet.line" (the blank keeps a reference apart
