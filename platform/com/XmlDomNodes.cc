@@ -310,10 +310,29 @@ bool IsXmlName(const char16_t* name) {
   return true;
 }
 
+// Whether XML 1.0 can hold `text`: tab, line feed, carriage return, U+0020
+// to U+D7FF, U+E000 to U+FFFD, and U+10000 up as whole surrogate pairs.
+bool IsXmlText(std::u16string_view text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t unit = text[i];
+    if (unit == u'\t' || unit == u'\n' || unit == u'\r') continue;
+    if (unit < 0x20 || unit == 0xFFFE || unit == 0xFFFF) return false;
+    if (unit >= 0xDC00 && unit <= 0xDFFF) return false;  // a low surrogate alone
+    if (unit >= 0xD800 && unit <= 0xDBFF) {
+      if (i + 1 == text.size() || text[i + 1] < 0xDC00 || text[i + 1] > 0xDFFF) return false;
+      ++i;
+    }
+  }
+  return true;
+}
+
 HRESULT TextOf(const VARIANT& value, std::u16string* text) {
   VARIANT converted;
   HRESULT hr = VariantChangeType(&converted, &value, 0, VT_BSTR);
   if (FAILED(hr)) return Fail(hr, IID_IXMLDOMNode, u"The value has no text.");
+  if (!IsXmlText(converted.bstrVal)) {
+    return Fail(E_INVALIDARG, IID_IXMLDOMNode, u"The text holds a character that XML cannot hold.");
+  }
   *text = std::move(converted.bstrVal);
   return S_OK;
 }

@@ -72,7 +72,9 @@ NodeRef* RefOf(IUnknown* node);
 bool IsXmlName(const char16_t* name);
 
 // The text of a variant, converted as the DOM converts values; the
-// conversion's failure otherwise.
+// conversion's failure otherwise, and E_INVALIDARG for a text that XML 1.0
+// can't hold (control characters, U+FFFE, U+FFFF, a surrogate alone), which
+// the document never takes.
 HRESULT TextOf(const VARIANT& value, std::u16string* text);
 
 // Makes the DOMDocument60 object and asks it for `riid`.

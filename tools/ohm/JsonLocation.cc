@@ -1,5 +1,8 @@
 #include "JsonLocation.h"
 
+#include <cmath>
+#include <cstdlib>
+#include <set>
 #include <vector>
 
 namespace {
@@ -124,3 +127,74 @@ TextPosition PositionOfOffset(std::string_view text, std::size_t offset) {
 std::size_t OffsetOfValue(std::string_view text, const nlohmann::json::json_pointer& pointer, bool memberName) {
   return Scanner(text).find(Tokens(pointer), memberName);
 }
+
+namespace {
+
+// One pass over a JSON text: the members named so far in each open object.
+class FaultScanner {
+ public:
+  explicit FaultScanner(std::string_view text) : mText(text) {}
+
+  std::optional<JsonFault> run() {
+    while (mAt < mText.size()) {
+      const char c = mText[mAt];
+      if (c == '{') {
+        mObjects.emplace_back(std::set<std::string>()), mExpectName.push_back(true), ++mAt;
+      } else if (c == '[') {
+        mObjects.emplace_back(std::nullopt), mExpectName.push_back(false), ++mAt;
+      } else if (c == '}' || c == ']') {
+        if (!mObjects.empty()) mObjects.pop_back(), mExpectName.pop_back();
+        ++mAt;
+      } else if (c == ',') {
+        if (!mExpectName.empty()) mExpectName.back() = mObjects.back().has_value();
+        ++mAt;
+      } else if (c == '"') {
+        if (auto fault = string()) return fault;
+      } else if (c == '-' || (c >= '0' && c <= '9')) {
+        if (auto fault = number()) return fault;
+      } else {
+        ++mAt;
+      }
+    }
+    return std::nullopt;
+  }
+
+ private:
+  std::optional<JsonFault> string() {
+    const std::size_t start = mAt;
+    for (++mAt; mAt < mText.size() && mText[mAt] != '"'; ++mAt) {
+      if (mText[mAt] == '\\') ++mAt;
+    }
+    ++mAt;
+    if (mExpectName.empty() || !mExpectName.back()) return std::nullopt;
+    mExpectName.back() = false;
+    const std::string_view raw = mText.substr(start, std::min(mAt, mText.size()) - start);
+    std::string name(raw);
+    if (raw.find('\\') != std::string_view::npos) {
+      try {
+        name = nlohmann::json::parse(raw).get<std::string>();
+      } catch (const nlohmann::json::exception&) {
+        return std::nullopt;  // not a string; the parser says so
+      }
+    }
+    if (mObjects.back()->insert(name).second) return std::nullopt;
+    return JsonFault{start, "member " + std::string(raw) + " is named twice in one object"};
+  }
+
+  std::optional<JsonFault> number() {
+    const std::size_t start = mAt;
+    while (mAt < mText.size() && std::string_view("+-0123456789.eE").find(mText[mAt]) != std::string_view::npos) ++mAt;
+    const std::string token(mText.substr(start, mAt - start));
+    if (std::isfinite(std::strtod(token.c_str(), nullptr))) return std::nullopt;
+    return JsonFault{start, "number " + token + " is too large"};
+  }
+
+  std::string_view mText;
+  std::size_t mAt = 0;
+  std::vector<std::optional<std::set<std::string>>> mObjects;  // nullopt for an array
+  std::vector<bool> mExpectName;
+};
+
+}  // namespace
+
+std::optional<JsonFault> FindJsonFault(std::string_view text) { return FaultScanner(text).run(); }

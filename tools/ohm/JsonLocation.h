@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,3 +25,12 @@ TextPosition PositionOfOffset(std::string_view text, std::size_t offset);
 // object member it names; npos when there is no such value.
 std::size_t OffsetOfValue(std::string_view text, const nlohmann::json::json_pointer& pointer,
                           bool memberName = false);
+
+// What nlohmann::json lets pass or can't place: an object that names a member
+// twice (it would keep the last silently), and a number too large for a
+// double. The first such place in `text`, scanned once; nullopt when none.
+struct JsonFault {
+  std::size_t offset = 0;
+  std::string message;
+};
+std::optional<JsonFault> FindJsonFault(std::string_view text);

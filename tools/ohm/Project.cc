@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
-#include <sstream>
+#include <iterator>
 
 #include "CommandError.h"
 #include "JsonLocation.h"
@@ -49,6 +49,16 @@ const Json* Member(const Json& object, const Pointer& at, const char* key, bool 
   if (found != object.end()) return &*found;
   if (required) Fail(at, std::string("expected a member \"") + key + "\"");
   return nullptr;
+}
+
+// A 32-bit integer; a larger one is refused, not wrapped.
+std::int32_t Int32(const Json& value, const Pointer& at) {
+  ExpectType(value, at, Json::value_t::number_integer, "an integer");
+  const bool fits = value.is_number_unsigned()
+                        ? value.get<std::uint64_t>() <= static_cast<std::uint64_t>(INT32_MAX)
+                        : value.get<std::int64_t>() >= INT32_MIN && value.get<std::int64_t>() <= INT32_MAX;
+  if (!fits) Fail(at, "expected an integer from -2147483648 to 2147483647, found " + value.dump());
+  return static_cast<std::int32_t>(value.get<std::int64_t>());
 }
 
 std::u16string Text(const Json& value, const Pointer& at) {
@@ -115,10 +125,7 @@ ContactRecord Contact(const Json& object, const Pointer& at, const std::string& 
   occ.mOccID.mDwgPath = Text(*Member(object, at, "drawing", true), at / "drawing");
   occ.mOccID.mOccKey = OptionalText(object, at, "occKey");
   occ.mType = 8;
-  if (const Json* type = Member(object, at, "type", false)) {
-    ExpectType(*type, at / "type", Json::value_t::number_integer, "an integer");
-    occ.mType = type->get<std::int32_t>();
-  }
+  if (const Json* type = Member(object, at, "type", false)) occ.mType = Int32(*type, at / "type");
   if (const Json* properties = Member(object, at, "properties", false)) {
     occ.mProperties = Properties(*properties, at / "properties");
   }
@@ -233,10 +240,7 @@ LineGrid Grid(const Json& object, const Pointer& at) {
   if (const Json* top = Member(object, at, "top", false)) grid.top = Number(*top, at / "top");
   if (const Json* spacing = Member(object, at, "spacing", false)) grid.spacing = Number(*spacing, at / "spacing");
   if (!(grid.spacing > 0)) Fail(at / "spacing", "expected a spacing above 0");
-  if (const Json* first = Member(object, at, "first", false)) {
-    ExpectType(*first, at / "first", Json::value_t::number_integer, "an integer");
-    grid.first = first->get<std::int32_t>();
-  }
+  if (const Json* first = Member(object, at, "first", false)) grid.first = Int32(*first, at / "first");
   return grid;
 }
 
@@ -294,14 +298,17 @@ template <typename Result, typename Reader>
 Result LoadJson(const std::string& path, Reader read) {
   std::ifstream in(path, std::ios::binary);
   if (!in) FailBadInput(path + ": can't read the project file");
-  std::ostringstream buffer;
-  buffer << in.rdbuf();
-  const std::string text = buffer.str();
+  const std::string text(std::istreambuf_iterator<char>(in), {});
   Json document;
   try {
     document = Json::parse(text);
   } catch (const Json::parse_error& error) {
     FailBadInput(Located(path, text, error.byte == 0 ? 0 : error.byte - 1, SyntaxProblem(error)));
+  } catch (const Json::out_of_range&) {
+    // A number too large; the scan below finds it.
+  }
+  if (const std::optional<JsonFault> fault = FindJsonFault(text)) {
+    FailBadInput(Located(path, text, fault->offset, fault->message));
   }
   try {
     return read(document, path);
