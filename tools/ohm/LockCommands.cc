@@ -1,8 +1,10 @@
 #include "LockCommands.h"
 
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 
+#include <cerrno>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -18,6 +20,7 @@
 #include "win/Utf8.h"
 #include "zd/db/ZdDbDatabase.h"
 #include "zd/app/ZdDocManager.h"
+#include "zd/lisp/ZdLispFileLocks.h"
 
 extern char** environ;
 
@@ -33,16 +36,22 @@ std::set<std::u16string> SetOf(const CStringList& list) {
   return names;
 }
 
+// Runs `command` and waits for it. The command inherits the open lock files,
+// so it holds the locks itself: if ohm is killed, the command keeps them
+// until it ends, and no other process takes them while it runs.
 int RunCommand(const std::vector<std::string>& command) {
   std::vector<char*> argv;
   for (const std::string& arg : command) argv.push_back(const_cast<char*>(arg.c_str()));
   argv.push_back(nullptr);
+  const std::vector<int> locks = zdHeldDwgLockDescriptors();
+  for (int fd : locks) ::fcntl(fd, F_SETFD, 0);
   pid_t child = 0;
-  if (posix_spawnp(&child, argv[0], nullptr, nullptr, argv.data(), environ) != 0) {
-    FailOperation("can't run " + command.front());
-  }
+  const int spawned = posix_spawnp(&child, argv[0], nullptr, nullptr, argv.data(), environ);
+  for (int fd : locks) ::fcntl(fd, F_SETFD, FD_CLOEXEC);
+  if (spawned != 0) FailOperation("can't run " + command.front());
   int status = 0;
-  waitpid(child, &status, 0);
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
   return WIFEXITED(status) ? WEXITSTATUS(status) : kExitFailed;
 }
 

@@ -209,3 +209,10 @@ ZdDwgLockState zdDwgLockState(const char16_t* drawing) {
   const std::optional<std::string> lockFile = lockFileOf(drawing);
   return lockFile ? probe(*lockFile) : ZdDwgLockState::NoDrawing;
 }
+
+std::vector<int> zdHeldDwgLockDescriptors() {
+  std::lock_guard lock(held().mutex);
+  std::vector<int> descriptors;
+  for (const auto& [file, fd] : held().files) descriptors.push_back(fd);
+  return descriptors;
+}

@@ -26,6 +26,8 @@
 // and released by c:ohm_upd_unlock_dwgs or the end of the process.
 #pragma once
 
+#include <vector>
+
 #include "OhmPlatformExport.h"
 
 OHM_PLATFORM_API_BEGIN
@@ -40,5 +42,11 @@ enum class ZdDwgLockState {
 
 // The lock state of the drawing `drawing` (Windows form).
 ZdDwgLockState zdDwgLockState(const char16_t* drawing);
+
+// The open lock files of the locks this process holds. A lock lasts while
+// any process holds its open file, so a child that inherits them (they are
+// closed on exec unless the spawner clears that) holds the locks as long as
+// it runs, whatever becomes of this process.
+std::vector<int> zdHeldDwgLockDescriptors();
 
 OHM_PLATFORM_API_END
