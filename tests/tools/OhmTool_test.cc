@@ -14,6 +14,9 @@
 #include <vector>
 
 #include "support/TempFolder.h"
+#include "win/WinError.h"
+#include "win/registry/Registry.h"
+#include "win/registry/Registry_testing.h"
 
 extern char** environ;
 
@@ -199,6 +202,12 @@ TEST(OhmTool, BadProjectFilesNameLineColumnAndWhatWasExpected) {
        "expected an array of pin objects, found object"},
       {R"({"hostDrawing": "x", "coils": {"K1": [{"drawing": "d", "type": "8"}]}, "entities": []})", "\"8\"",
        "expected an integer, found string"},
+      {R"({"hostDrawing": "x", "coils": {"K1": [{"drawing": "d", "type": 4294967304}]}, "entities": []})",
+       "4294967304", "expected an integer from -2147483648 to 2147483647, found 4294967304"},
+      {R"({"hostDrawing": "x", "coils": {"K1": [{"drawing": "d", "type": 1e400}]}, "entities": []})", "1e400",
+       "number 1e400 is too large"},
+      {R"({"hostDrawing": "x", "coils": {}, "entities": [], "coils": {}})", "\"coils\"",
+       "member \"coils\" is named twice in one object"},
   };
   TempFolder folder;
   for (std::size_t i = 0; i < cases.size(); ++i) {
@@ -278,9 +287,22 @@ TEST(OhmTool, LocksLastWhileTheCommandRuns) {
 
 // Settings through both stores, each step one row: the registry store of a
 // temporary folder, and an App.config file there.
+// A value that another writer stored in the registry store, beyond what the library reads.
+void StoreSetting(const std::u16string& name, const std::u16string& text) {
+  HKEY key = nullptr;
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"Software\\Ohm\\Zeda\\R1\\Settings\\Paths", 0, nullptr, 0,
+                            KEY_ALL_ACCESS, nullptr, &key, nullptr),
+            ERROR_SUCCESS);
+  EXPECT_EQ(RegSetValueExW(key, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                           static_cast<DWORD>((text.size() + 1) * sizeof(char16_t))),
+            ERROR_SUCCESS);
+  RegCloseKey(key);
+}
+
 TEST(OhmTool, SettingsOfBothStores) {
   TempFolder folder;
   ::setenv("OHM_REGISTRY_STORE", folder.posix("registry.db").c_str(), 1);
+  win_testing::useRegistryStore(folder.posix("registry.db"));
   folder.makeFile("cfg/App.config",
                   "<?xml version=\"1.0\"?>\n<!-- kept -->\n<Settings>\n  <Setting Name=\"SchSortOrder\">\n"
                   "    <Property Name=\"Order\" Value=\"1\"/>\n  </Setting>\n</Settings>\n");
@@ -298,7 +320,14 @@ TEST(OhmTool, SettingsOfBothStores) {
       {"config set without value", {"config", "set", "3", "Order", "--folder", cfg}, 2, "", "set needs a VALUE"},
       {"config broken file", {"config", "get", "3", "Order", "--folder", bad}, 2, "", "not well-formed"},
       {"config missing file", {"config", "get", "3", "Order", "--folder", folder.posix("none")}, 2, "", "missing"},
+      {"config text XML can't hold", {"config", "set", "3", "Order", "a\x1B", "--folder", cfg}, 2, "", "U+001B"},
+      {"config value not UTF-8", {"config", "set", "3", "Order", "\xC3", "--folder", cfg}, 2, "", "not valid UTF-8"},
+      {"reg name not UTF-8", {"reg", "get", "Paths", "\xFF"}, 2, "", "NAME is not valid UTF-8"},
+      {"reg value too long", {"reg", "set", "Paths", "Long", std::string(1999, 'x')}, 2, "", "at most 1998"},
+      {"reg value at the limit", {"reg", "set", "Paths", "Long", std::string(1998, 'x')}, 0, "", ""},
+      {"reg value stored too long", {"reg", "get", "Paths", "Longer"}, 1, "", "too long to read"},
   };
+  StoreSetting(u"Longer", std::u16string(2100, u'y'));
   for (const StatusCase& c : steps) {
     SCOPED_TRACE(c.what);
     const Result result = Ohm(c.args);
@@ -306,7 +335,9 @@ TEST(OhmTool, SettingsOfBothStores) {
     EXPECT_EQ(result.out, c.inOut);
     EXPECT_NE(result.err.find(c.inErr), std::string::npos) << result.err;
   }
-  EXPECT_NE(ReadFile(cfg + "/App.config").find("<!-- kept -->"), std::string::npos);
+  const std::string saved = ReadFile(cfg + "/App.config");
+  EXPECT_NE(saved.find("<!-- kept -->"), std::string::npos);
+  EXPECT_EQ(saved.find("\x1B"), std::string::npos);
   ::unsetenv("OHM_REGISTRY_STORE");
 }
 

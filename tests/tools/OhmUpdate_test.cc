@@ -1,11 +1,7 @@
 // ohm update as a person runs it, on drawings written by hand: what it
 // writes and leaves, with other processes holding locks and with the update
 // itself killed midway.
-#include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <fstream>
@@ -17,45 +13,16 @@
 #include <vector>
 
 #include "../project/DxfSnippets.h"
+#include "ToolProcess.h"
 #include "support/TempFolder.h"
 
-extern char** environ;
-
 namespace {
-
-std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
 
 std::vector<std::string> Lines(const std::string& text) {
   std::vector<std::string> lines;
   std::istringstream in(text);
   for (std::string line; std::getline(in, line);) lines.push_back(line);
   return lines;
-}
-
-// ohm with `args`, its standard output and error into files of `folder`; the child's pid.
-pid_t Spawn(const TempFolder& folder, const std::vector<std::string>& args) {
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, 1, folder.posix("out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-  posix_spawn_file_actions_addopen(&actions, 2, folder.posix("err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-  std::vector<char*> argv{const_cast<char*>(OHM_TOOL)};
-  for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
-  argv.push_back(nullptr);
-  pid_t child = -1;
-  posix_spawn(&child, OHM_TOOL, &actions, nullptr, argv.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
-  return child;
-}
-
-int Wait(pid_t child) {
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 // Two sheets in two encodings and line ends, and a third drawing that is cut short.
