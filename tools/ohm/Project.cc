@@ -293,12 +293,15 @@ std::string SyntaxProblem(const Json::parse_error& error) {
   return colon == std::string::npos ? what : what.substr(colon + 2);
 }
 
-// Reads and parses the JSON file at `path`, then `read` checks its schema.
-template <typename Result, typename Reader>
-Result LoadJson(const std::string& path, Reader read) {
+std::string ReadProjectFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   if (!in) FailBadInput(path + ": can't read the project file");
-  const std::string text(std::istreambuf_iterator<char>(in), {});
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+// Parses the JSON `text` of the file `path`, then `read` checks its schema.
+template <typename Result, typename Reader>
+Result ParseJson(const std::string& text, const std::string& path, Reader read) {
   Json document;
   try {
     document = Json::parse(text);
@@ -319,7 +322,13 @@ Result LoadJson(const std::string& path, Reader read) {
 
 }  // namespace
 
-Project LoadProject(const std::string& path) { return LoadJson<Project>(path, Read); }
+Project LoadProject(const std::string& path) { return ParseProject(ReadProjectFile(path), path); }
+
+Project ParseProject(const std::string& text, const std::string& path) { return ParseJson<Project>(text, path, Read); }
+
+ProjectDescription ParseUpdateProject(const std::string& text, const std::string& path) {
+  return ParseJson<ProjectDescription>(text, path, ReadUpdateProject);
+}
 
 ProjectDescription LoadUpdateProject(const std::string& path) {
   if (std::filesystem::is_directory(path)) {
@@ -329,5 +338,5 @@ ProjectDescription LoadUpdateProject(const std::string& path) {
       FailBadInput(error.what());
     }
   }
-  return LoadJson<ProjectDescription>(path, ReadUpdateProject);
+  return ParseUpdateProject(ReadProjectFile(path), path);
 }

@@ -44,8 +44,12 @@ struct Project {
 // status 2 and "FILE:LINE:COLUMN: what was expected" for a file that can't
 // be read, isn't JSON or doesn't follow the schema.
 Project LoadProject(const std::string& path);
+// The same from the file's `text`; `path` names it in messages and is where
+// its relative drawing names start.
+Project ParseProject(const std::string& text, const std::string& path);
 
 // The project that `ohm update` works on: a folder of DXF drawings (by
 // name), or a project file that lists them in sheet order with its settings
 // and conventions (schema in the README). Errors as LoadProject's.
 ProjectDescription LoadUpdateProject(const std::string& path);
+ProjectDescription ParseUpdateProject(const std::string& text, const std::string& path);
