@@ -93,10 +93,7 @@ TEST_F(OhmCfgXMLTest, LoadNeedsAWellFormedFileWithASettingsRoot) {
   const LoadCase cases[] = {
       {"missing file", nullptr, false},
       {"root in lower case", "<settings/>", false},
-      {"root nested deeper", "<Root><Settings/></Root>", false},
-      {"not well-formed", "<Settings><Setting></Settings>", false},
       {"empty Settings", "<Settings/>", true},
-      {"with a Setting", "<Settings><Setting Name=\"SchSortOrder\"/></Settings>", true},
   };
   for (const LoadCase& c : cases) {
     SCOPED_TRACE(c.name);
@@ -107,14 +104,6 @@ TEST_F(OhmCfgXMLTest, LoadNeedsAWellFormedFileWithASettingsRoot) {
     EXPECT_EQ(readCode, c.loads ? S_OK : E_POINTER) << "a failed load leaves nothing to read";
     EXPECT_EQ(std::filesystem::exists(folder().posix("App.config")), c.content != nullptr)
         << "a missing file is not made";
-  }
-}
-
-TEST_F(OhmCfgXMLTest, EmptySettingsReadsEmptyForEveryType) {
-  loadFile("<Settings/>");
-  for (int type = -1; type <= 6; ++type) {
-    SCOPED_TRACE(type);
-    EXPECT_EQ(get(type, u"p"), u"");
   }
 }
 

@@ -16,8 +16,6 @@
 namespace {
 
 using host_test::Child;
-using host_test::TempFolder;
-using host_test::Windows;
 namespace fs = std::filesystem;
 
 class DrawingLocks : public ::testing::Test {
@@ -28,13 +26,17 @@ class DrawingLocks : public ::testing::Test {
   }
   void TearDown() override {
     zdDocManagerPtr()->closeDocument(mDocument);
-    for (const auto& entry : fs::directory_iterator(mFolder.path()))
+    for (const auto& entry : fs::directory_iterator(mFolder.posix()))
       EXPECT_NE(entry.path().extension(), ".ohmlock") << entry.path() << " left behind";
   }
   // Makes drawings d0.dwg ... and gives their Windows-form paths.
   std::vector<std::u16string> Drawings(int count) {
     std::vector<std::u16string> paths;
-    for (int i = 0; i < count; ++i) paths.push_back(Windows(mFolder.write("d" + std::to_string(i) + ".dwg")));
+    for (int i = 0; i < count; ++i) {
+      const std::string name = "d" + std::to_string(i) + ".dwg";
+      mFolder.makeFile(name, "drawing\n");
+      paths.push_back(mFolder.windows(name));
+    }
     return paths;
   }
   static ZdDwgLockState State(const std::u16string& drawing) { return zdDwgLockState(drawing.c_str()); }
@@ -62,13 +64,13 @@ std::vector<std::u16string> Items(const CStringArray& array) {
 
 TEST_F(DrawingLocks, LockReportsWhatItGotAndUnlockReleasesIt) {
   std::vector<std::u16string> drawings = Drawings(2);
-  const std::u16string missing = Windows(mFolder / "missing.dwg");
+  const std::u16string missing = mFolder.windows("missing.dwg");
   CStringList files, got;
   Fill(files, {drawings[0], missing, drawings[1]});
   ASSERT_TRUE(LispCheckFileLockStatusAndLock(files, true, false, got, true));
   EXPECT_EQ(Items(got), drawings);  // the missing drawing can't be had
   EXPECT_EQ(State(drawings[0]), ZdDwgLockState::HeldHere);
-  EXPECT_TRUE(fs::exists(mFolder / "d0.dwg.ohmlock"));
+  EXPECT_TRUE(mFolder.exists("d0.dwg.ohmlock"));
   EXPECT_EQ(State(missing), ZdDwgLockState::NoDrawing);
 
   // Locking again is no conflict for the holder.
@@ -93,7 +95,7 @@ TEST_F(DrawingLocks, AllOrNoneGivesBackWhatItTookWhenOneFileCantBeHad) {
   const std::vector<std::u16string> drawings = Drawings(2);
   CStringArray files;
   files.Add(CString(drawings[0]));
-  files.Add(CString(Windows(mFolder / "missing.dwg")));
+  files.Add(CString(mFolder.windows("missing.dwg")));
   files.Add(CString(drawings[1]));
   EXPECT_FALSE(OhmCheckFilesAvailability(files, true, true, false));
   EXPECT_EQ(files.GetSize(), 3);

@@ -1,7 +1,7 @@
-// What the host service tests share: a temporary folder that cleans up after
-// itself, Windows-form paths of it, and child processes with pipes to their
-// standard input and output (the other side of a lock contest, a host that
-// loads the module from a folder of the test's making).
+// What the host service tests share: the temporary folder, Windows-form
+// paths, and child processes with pipes to their standard input and output
+// (the other side of a lock contest, a host that loads the module from a
+// folder of the test's making).
 #pragma once
 
 #include <fcntl.h>
@@ -12,11 +12,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "support/TempFolder.h"
 #include "win/fs/PathMapping.h"
 
 extern char** environ;
@@ -24,31 +24,6 @@ extern char** environ;
 namespace host_test {
 
 namespace fs = std::filesystem;
-
-class TempFolder {
- public:
-  TempFolder() {
-    std::string pattern = (fs::temp_directory_path() / "ohm_host_XXXXXX").string();
-    mPath = ::mkdtemp(pattern.data()) ? fs::path(pattern) : fs::path();
-  }
-  ~TempFolder() {
-    std::error_code ignored;
-    if (!mPath.empty()) fs::remove_all(mPath, ignored);
-  }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-
-  const fs::path& path() const { return mPath; }
-  fs::path operator/(const std::string& name) const { return mPath / name; }
-  // Makes a file with `content`; its path.
-  fs::path write(const std::string& name, const std::string& content = "drawing\n") const {
-    std::ofstream(mPath / name) << content;
-    return mPath / name;
-  }
-
- private:
-  fs::path mPath;
-};
 
 inline std::u16string Windows(const fs::path& path) { return PosixPathToWindows(path.string()); }
 

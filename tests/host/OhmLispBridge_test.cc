@@ -181,13 +181,6 @@ TEST_F(LispBridge, RequestsAreBuiltNodeByNode) {
        },
        kUnlock,
        {LB, S(u"a.dwg"), S(u"b.dwg"), LE}},
-      {"unlock empty array",
-       [] {
-         CStringArray files;
-         OhmUnlockFiles(files);
-       },
-       kUnlock,
-       {LB, LE}},
       {"unlock list",
        [] {
          CStringList files;
@@ -220,7 +213,6 @@ struct Outcome {
   bool result;
   std::vector<std::u16string> files;
 };
-
 
 struct ReplyCase {
   const char* label;

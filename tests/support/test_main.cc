@@ -1,15 +1,21 @@
 // main() of every test program, with a listener that fails any test which
 // leaves something taken from the host stand-in behind: open database
 // objects, live iterators, value list nodes or strings, file searches,
-// registry keys.
+// registry keys, loaded libraries, COM and MFC objects, system buffers.
 #include <gtest/gtest.h>
 
 #include <array>
 
+#include "com/XmlDom_testing.h"
+#include "mfc/AfxExtensionModule_testing.h"
 #include "win/fs/FileFunctions_testing.h"
+#include "win/module/FormatMessage_testing.h"
+#include "win/module/Module_testing.h"
+#include "win/module/NetWksta_testing.h"
 #include "win/registry/Registry_testing.h"
 #include "zd/db/ZdDbDatabase_testing.h"
 #include "zd/app/ZdDocManager_testing.h"
+#include "zd/ui/ZdAutomation_testing.h"
 #include "zd/ZdValueNode_testing.h"
 
 namespace {
@@ -19,7 +25,7 @@ struct HostCount {
   long (*count)();
 };
 
-const std::array<HostCount, 7> kHostCounts{{
+const std::array<HostCount, 13> kHostCounts{{
     {"open database objects", [] { return zd_testing::openObjectCount(); }},
     {"live object iterators", [] { return zd_testing::liveObjectIterators(); }},
     {"live document iterators", [] { return zd_testing::liveDocumentIterators(); }},
@@ -27,6 +33,12 @@ const std::array<HostCount, 7> kHostCounts{{
     {"live value strings", [] { return zd_testing::liveValueStrings(); }},
     {"open file searches", [] { return win_testing::liveFindHandles(); }},
     {"open registry keys", [] { return win_testing::openRegistryKeys(); }},
+    {"loaded libraries", [] { return win_testing::loadedLibraryCount(); }},
+    {"live DOM objects", [] { return com_testing::liveDomObjects(); }},
+    {"live CDynLinkLibrary objects", [] { return mfc_testing::liveDynLinkLibraries(); }},
+    {"LocalAlloc blocks", [] { return win_testing::liveLocalBlocks(); }},
+    {"NetApi buffers", [] { return win_testing::liveNetApiBuffers(); }},
+    {"automation references", [] { return zd_testing::automationReferences(); }},
 }};
 
 // Compares the counts before and after each test: a test may keep things for

@@ -9,7 +9,7 @@ namespace {
 
 TEST(EnsureEndingBackslash, OnlyTheBackslashCounts) {
   struct Case { const char16_t* path; const char16_t* expected; } cases[] = {
-      {u"", u""}, {u"a", u"a\\"}, {u"a\\", u"a\\"}, {u"a/", u"a/\\"}, {u"\\a\\b", u"\\a\\b\\"},
+      {u"", u""}, {u"a", u"a\\"}, {u"a\\", u"a\\"}, {u"a/", u"a/\\"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(U8(c.path));
@@ -19,15 +19,10 @@ TEST(EnsureEndingBackslash, OnlyTheBackslashCounts) {
   }
 }
 
-}  // namespace
-
-namespace {
-
 TEST(OhmUtilsGetFileNameWithoutExt, TakesTheNameBetweenFolderAndLastDot) {
   struct Case { std::u16string path; bool result; std::u16string name; } cases[] = {
       {u"C:\\a\\b.c.dwg", true, u"b.c"},
       {u"C:\\a\\", true, u""},
-      {u"\\home\\me\\sheet-03.dxf", true, u"sheet-03"},
       {u"a/b/noext", true, u"noext"},
       {u"C:\\" + std::u16string(255, u'n') + u".dwg", true, std::u16string(255, u'n')},
       {u"C:\\" + std::u16string(256, u'n') + u".dwg", false, u""},       // name over 255 units
@@ -40,10 +35,6 @@ TEST(OhmUtilsGetFileNameWithoutExt, TakesTheNameBetweenFolderAndLastDot) {
     EXPECT_EQ(out.str(), c.name);
   }
 }
-
-}  // namespace
-
-namespace {
 
 TEST(OhmUtilsGetFileNameWithExt, KeepsTheLastComponent) {
   struct Case { std::u16string path; bool result; std::u16string name; } cases[] = {
@@ -67,7 +58,6 @@ TEST(OhmUtilsGetFolderPath, CutsTheLastComponent) {
       {u"C:\\a", true, u"C:\\"},
       {u"C:\\", false, u""},
       {u"b.dwg", true, u""},
-      {u"\\home\\me\\a.dxf", true, u"\\home\\me"},
       {u"C:\\" + std::u16string(250, u'd') + u"\\x.dwg", true, u"C:\\" + std::u16string(250, u'd')},
       {u"C:\\" + std::u16string(251, u'd') + u"\\x.dwg", false, u""},  // 260 units
   };
@@ -81,12 +71,12 @@ TEST(OhmUtilsGetFolderPath, CutsTheLastComponent) {
 
 TEST(EnsureExtension, AddsOrReplacesOnlyARealExtension) {
   struct Case { const char16_t* path; const char16_t* extension; bool replace; const char16_t* expected; } cases[] = {
-      {u"a", u"dwg", false, u"a.dwg"},         {u"a", u"dwg", true, u"a.dwg"},
+      {u"a", u"dwg", false, u"a.dwg"},
       {u"a.txt", u"dwg", false, u"a.txt"},     {u"a.txt", u"dwg", true, u"a.dwg"},
       {u"a.DWG", u"dwg", true, u"a.dwg"},      {u"a.", u"dwg", true, u"a.dwg"},
       {u"a.", u"dwg", false, u"a."},           {u"c.d\\e", u"dwg", false, u"c.d\\e.dwg"},
-      {u"c.d\\e", u"dwg", true, u"c.d\\e.dwg"}, {u"c.d/e", u"dwg", true, u"c.d/e.dwg"},
-      {u"a", u"", true, u"a"},                 {u"a", nullptr, true, u"a"},
+      {u"c.d/e", u"dwg", true, u"c.d/e.dwg"},
+      {u"a", nullptr, true, u"a"},
       {u"", u"dwg", true, u""},
   };
   for (const Case& c : cases) {

@@ -65,7 +65,6 @@ TEST(OhmNoRxUtilsXrefTextFormat, TokenRules) {
       {"lower case is no token", u"%n%s", u"%n%s"},
       {"double percent takes the second", u"%%S", u"%3"},
       {"lone percent at the end", u"%S%", u"3%"},
-      {"empty format", u"", u""},
       {"long format", u"=%P+%I-%L Sheet %S (%D) ref %N / %A", u"=+K1-M2 Sheet 3 (SHT03) ref 105 / "},
   };
   for (const FormatCase& c : cases) {

@@ -46,9 +46,7 @@ TEST_F(OhmUtXrefEntityFactoryTest, StyleFromXDataThenOption60) {
       {u"", u"2", OhmUtXrefEntity::StyleTable},
       {std::nullopt, u"1", OhmUtXrefEntity::StyleGraphic},
       {u"7", u"0", std::nullopt},  // a non-empty value stands, option 60 is not asked
-      {u" 1", u"1", std::nullopt},
       {u"", std::nullopt, std::nullopt},
-      {std::nullopt, std::nullopt, std::nullopt},
       {std::nullopt, u"", std::nullopt},
   };
   for (const Case& c : cases) {

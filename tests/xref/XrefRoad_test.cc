@@ -130,30 +130,6 @@ TEST_F(XrefRoad, GraphicPresentationGivesALinePerContactSide) {
                                                 u"12-w- SHT03:4.201", u"34-n-31 SHT05:5.302", u"32-w- SHT05:5.303"}));
 }
 
-TEST_F(XrefRoad, TablePresentationMatchesRowsToContacts) {
-  std::unique_ptr<OhmUtXrefTableEntity> entity = make<OhmUtXrefTableEntity>(u"2");
-  ASSERT_NE(entity, nullptr);
-  EXPECT_EQ(entity->getVisibleColumnIndex(OhmUtXrefTableEntity::ColumnSheet), 4);
-  using Row = std::vector<std::u16string>;
-  const std::vector<Row> rows = {
-      {u"13", u"-o-", u"14", u" 2.104", u"2"},         {u"21", u"-x-", u"22", u" SHT03:3.105", u"3"},
-      {u"14", u"-n-", u"11", u" SHT03:4.201", u"4"},   {u"12", u"-w-", u"11", u" SHT03:4.201", u"4"},
-      {u"34", u"-n-", u"31", u" SHT05:5.302", u"5"},   {u"32", u"-w-", u"31", u" SHT05:5.303", u"5"},
-      {u"13", u"-o-", u"14", u" SHT03:3.105", u"2"},  // a stale reference
-  };
-  const std::vector<int> expectedContact = {0, 1, 2, 2, 3, 4, -1};
-  for (std::size_t r = 0; r < rows.size(); ++r) {
-    SCOPED_TRACE(r);
-    int matched = -1;
-    for (std::size_t c = 0; c < kContacts.size(); ++c) {
-      if (!entity->isCompOccMatchingRow(kContacts[c], rows[r])) continue;
-      EXPECT_EQ(matched, -1) << "a second contact matches";
-      matched = static_cast<int>(c);
-    }
-    EXPECT_EQ(matched, expectedContact[r]);
-  }
-}
-
 // The rows a caller fills for the contacts are the rows that match them back:
 // one per plain and partial Form C contact, two for a full Form C contact.
 TEST_F(XrefRoad, TableRowsFilledForContactsMatchThemBack) {

@@ -5,10 +5,8 @@
 
 #include <thread>
 
-#include "com/ComApartment_testing.h"
 #include "com/ComError.h"
 #include "com/XmlDom.h"
-#include "com/XmlDom_testing.h"
 
 namespace {
 
@@ -45,10 +43,7 @@ TEST(ComApartment, StartsCountPerThreadAndCreationNeedsThem) {
 class ComCreation : public ::testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))); }
-  void TearDown() override {
-    CoUninitialize();
-    EXPECT_EQ(com_testing::liveDomObjects(), 0);
-  }
+  void TearDown() override { CoUninitialize(); }
 };
 
 TEST_F(ComCreation, RefusesWhatThePlatformRefuses) {
@@ -83,7 +78,6 @@ TEST_F(ComCreation, DocumentAnswersQueriesById) {
       {"IUnknown", IID_IUnknown, S_OK},           {"IXMLDOMNode", IID_IXMLDOMNode, S_OK},
       {"IXMLDOMDocument", IID_IXMLDOMDocument, S_OK}, {"IXMLDOMDocument2", IID_IXMLDOMDocument2, S_OK},
       {"ISupportErrorInfo", IID_ISupportErrorInfo, S_OK}, {"IXMLDOMElement", IID_IXMLDOMElement, E_NOINTERFACE},
-      {"IXMLDOMAttribute", IID_IXMLDOMAttribute, E_NOINTERFACE},
   };
   for (const Query& query : queries) {
     SCOPED_TRACE(query.name);
@@ -92,19 +86,6 @@ TEST_F(ComCreation, DocumentAnswersQueriesById) {
     EXPECT_EQ(object != nullptr, query.expected == S_OK);
     if (object) static_cast<IUnknown*>(object)->Release();
   }
-}
-
-TEST_F(ComCreation, InjectedFailuresReachTheCaller) {
-  IXMLDOMDocument2Ptr document;
-  com_testing::failNextCreateInstance(E_OUTOFMEMORY);
-  EXPECT_EQ(createDocument(document), E_OUTOFMEMORY);
-  EXPECT_EQ(createDocument(document), S_OK) << "an injected failure happens once";
-  com_testing::failNextOleRun(E_FAIL);
-  EXPECT_EQ(OleRun(document.GetInterfacePtr()), E_FAIL);
-  com_testing::failNextQueryInterface(IID_IXMLDOMNode, E_FAIL);
-  IXMLDOMNodePtr node;
-  EXPECT_EQ(node.QueryFrom(document.GetInterfacePtr()), E_FAIL);
-  EXPECT_FALSE(node);
 }
 
 }  // namespace

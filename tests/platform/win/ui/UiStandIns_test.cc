@@ -1,8 +1,7 @@
-// The user interface stand-ins: windows, posted messages, cursors, the
-// shell's open request and the terminal's opener, the host's task dialog
-// from its definition file, MFC's window objects; and the file and module
-// services the host actions use (PathAppendW, GetTempPathW, _wfsopen,
-// SetDllDirectoryW).
+// The user interface stand-ins: cursors, MFC's window objects, the shell's
+// open request and the terminal's opener, the host's task dialog from its
+// definition file; and the file and module services the host actions use
+// (PathAppendW, GetTempPathW, _wfsopen, SetDllDirectoryW).
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -22,9 +21,7 @@
 #include "win/fs/FileFunctions.h"
 #include "win/LastError.h"
 #include "win/ui/MessageBox.h"
-#include "win/ui/Messages.h"
 #include "win/module/Module.h"
-#include "win/module/Module_testing.h"
 #include "win/fs/PathFunctions.h"
 #include "win/ui/ShellExecute.h"
 #include "win/ui/UiSink_testing.h"
@@ -33,7 +30,6 @@
 #include "zd/ui/ZdTaskDialog.h"
 #include "zd/ui/ZdTaskDialog_testing.h"
 #include "win/ui/Window_testing.h"
-#include "win/ui/Messages_testing.h"
 #include "win/ui/Cursor_testing.h"
 
 namespace {
@@ -122,7 +118,6 @@ TEST(WfsOpen, OpensThroughTheDriveTableAndFailsLikeTheRuntime) {
 }
 
 TEST(SetDllDirectoryW, BareNamesAreFoundThereFirstUntilItIsTakenAway) {
-  const long before = win_testing::loadedLibraryCount();
   EXPECT_EQ(LoadLibraryW(u"OhmAuditRes.dll"), nullptr);
   ASSERT_TRUE(SetDllDirectoryW(PosixPathToWindows(OHM_LIBRARY_DIR).c_str()));
   const HMODULE audit = LoadLibraryW(u"OhmAuditRes.dll");
@@ -132,55 +127,9 @@ TEST(SetDllDirectoryW, BareNamesAreFoundThereFirstUntilItIsTakenAway) {
   EXPECT_EQ(LoadLibraryW(u"OhmAuditRes.dll"), nullptr);
   EXPECT_FALSE(SetDllDirectoryW(u"Q:\\unmapped"));
   EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
-  EXPECT_EQ(win_testing::loadedLibraryCount(), before);
 }
 
-// --- windows, messages, cursors --------------------------------------------------
-
-TEST(Windows, ChildrenMeasureFromTheirParentAndGoWithIt) {
-  const HWND top = win_testing::createWindow(WS_OVERLAPPED, 10, 20, 500, 400, nullptr);
-  const HWND child = win_testing::createWindow(WS_CHILD, 5, 6, 100, 100, top);
-  const HWND grandchild = win_testing::createWindow(WS_CHILD, 1, 2, 10, 10, child);
-  ASSERT_NE(grandchild, nullptr);
-  const std::pair<HWND, POINT> origins[] = {{top, {10, 20}}, {child, {15, 26}}, {grandchild, {16, 28}}};
-  for (const auto& [window, origin] : origins) {
-    POINT point{100, 100};
-    ASSERT_TRUE(ScreenToClient(window, &point));
-    EXPECT_EQ(point.x, 100 - origin.x);
-    EXPECT_EQ(point.y, 100 - origin.y);
-  }
-  const HWND active = win_testing::setActiveWindow(grandchild);
-  EXPECT_EQ(win_testing::createWindow(WS_CHILD, 0, 0, 1, 1, nullptr), nullptr);
-  EXPECT_TRUE(win_testing::destroyWindow(top));
-  for (HWND gone : {top, child, grandchild}) EXPECT_FALSE(win_testing::isWindow(gone));
-  EXPECT_EQ(GetActiveWindow(), nullptr);  // the active one went with them
-  POINT point{1, 1};
-  EXPECT_FALSE(ScreenToClient(child, &point));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_WINDOW_HANDLE));
-  EXPECT_EQ(point.x, 1);
-  EXPECT_FALSE(PostMessageW(child, WM_NULL, 0, 0));
-  EXPECT_EQ(win_testing::setActiveWindow(child), nullptr);
-  win_testing::setActiveWindow(win_testing::isWindow(active) ? active : nullptr);
-}
-
-TEST(Messages, PeekTakesTheFirstMatchInPostingOrder) {
-  const HWND a = win_testing::createWindow(WS_OVERLAPPED, 0, 0, 1, 1, nullptr);
-  const HWND b = win_testing::createWindow(WS_OVERLAPPED, 0, 0, 1, 1, nullptr);
-  PostMessageW(a, WM_KEYDOWN, 1, 0);
-  PostMessageW(b, WM_MOUSEMOVE, 2, 0);
-  PostMessageW(a, WM_MOUSEMOVE, 3, 0);
-  MSG msg{};
-  ASSERT_TRUE(win_testing::peekMessage(&msg, a, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_NOREMOVE));
-  EXPECT_EQ(msg.wParam, 3u);
-  ASSERT_TRUE(win_testing::peekMessage(&msg, nullptr, WM_MOUSEMOVE, WM_LBUTTONUP, PM_REMOVE));
-  EXPECT_EQ(msg.wParam, 2u);
-  EXPECT_EQ(msg.hwnd, b);
-  std::vector<WPARAM> rest;
-  while (win_testing::peekMessage(&msg, nullptr, 0, 0, PM_REMOVE)) rest.push_back(msg.wParam);
-  EXPECT_EQ(rest, (std::vector<WPARAM>{1, 3}));
-  win_testing::destroyWindow(a);
-  win_testing::destroyWindow(b);
-}
+// --- cursors and windows -----------------------------------------------------------
 
 TEST(Cursors, SystemCursorsOnlyAndOneHandleEach) {
   EXPECT_EQ(LoadCursorW(nullptr, IDC_WAIT), LoadCursorW(nullptr, IDC_WAIT));
