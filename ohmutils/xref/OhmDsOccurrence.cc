@@ -1,5 +1,7 @@
 #include "ohmutils/xref/OhmDsOccurrence.h"
 
+#include <cstring>
+
 #include "ohmutils/xref/OhmDsComponentOcc.h"
 #include "ohmutils/xref/OhmDsComponentPinOcc.h"
 #include "ohmutils/xref/OhmDsOccID.h"
@@ -31,8 +33,19 @@ const std::u16string& emptyProperty() noexcept {
   return empty;
 }
 
+// Occurrences carry a handful of properties each. Up to this many, a scan
+// that compares lengths first and then bytes beats the tree's ordered
+// comparisons, which go unit by unit.
+constexpr std::size_t kScannedMapSize = 8;
+
 const std::u16string& lookupProperty(const OhmDsOccurrence::PropertyMap& map, const std::u16string& key) {
   if (key.empty()) return emptyProperty();
+  if (map.size() <= kScannedMapSize) {
+    for (const auto& [name, value] : map)
+      if (name.size() == key.size() && std::memcmp(name.data(), key.data(), key.size() * sizeof(char16_t)) == 0)
+        return value;
+    return emptyProperty();
+  }
   const auto it = map.find(key);
   return it == map.end() ? emptyProperty() : it->second;
 }

@@ -1,5 +1,7 @@
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 
+#include <algorithm>
+
 #include "mfc/CString.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
 #include "ohmutils/util/OhmUtilsStringSplit_internal.h"
@@ -88,8 +90,11 @@ bool OhmUtXrefGraphicEntity::isPartialFormCSide(const TermMap& termMap, std::siz
   const auto first = termMap.find(1);
   const auto second = termMap.find(2);
   if (first == termMap.end() || second == termMap.end()) return false;
-  const std::u16string& t1 = first->second;
-  const std::u16string& t2 = second->second;
+  return isPartialFormCSide(first->second, second->second, side);
+}
+
+bool OhmUtXrefGraphicEntity::isPartialFormCSide(const std::u16string& t1, const std::u16string& t2,
+                                                std::size_t side) const {
   for (const PinTriple& triple : mFormCPins) {
     const std::u16string& common = std::get<0>(triple);
     const std::u16string& other = side == 1 ? std::get<1>(triple) : std::get<2>(triple);
@@ -110,14 +115,41 @@ OhmUtXrefGraphicEntity::ContactKind OhmUtXrefGraphicEntity::contactKindOf(const 
   return ContactKind::Other;
 }
 
+OhmUtXrefGraphicEntity::TermList OhmUtXrefGraphicEntity::termListOf(const OhmDsComponentOcc& occurrence) {
+  TermList terms;
+  terms.reserve(occurrence.mPins.size());
+  for (const OhmDsComponentPinOcc& pin : occurrence.mPins) {
+    const std::int32_t number = ohm_internal::stoiDecimal(pin.getProperty(OhmDsKeys::TERMCODE));
+    if (number < 1) continue;
+    const std::u16string* term = &pin.getProperty(OhmDsKeys::TERM);
+    const auto at = std::lower_bound(terms.begin(), terms.end(), number,
+                                     [](const auto& entry, std::int32_t n) { return entry.first < n; });
+    if (at != terms.end() && at->first == number) {
+      at->second = term;  // the later of two equal numbers wins
+    } else {
+      terms.emplace(at, number, term);
+    }
+  }
+  return terms;
+}
+
+const std::u16string* OhmUtXrefGraphicEntity::termOf(const TermList& terms, std::int32_t number) {
+  for (const auto& [n, term] : terms)
+    if (n == number) return term;
+  return nullptr;
+}
+
 OhmUtXrefGraphicEntity::Contact OhmUtXrefGraphicEntity::classifyContact(const OhmDsComponentOcc& occurrence) const {
   Contact contact;
   contact.kind = contactKindOf(occurrence.getProperty(OhmDsKeys::CONTACT));
-  getCompOccTermMap(occurrence, contact.terms, false);
-  TermMap& terms = contact.terms;
-  contact.fullFormC = contact.kind == ContactKind::FormC && isFullFormCContact(terms);
-  contact.partialFormC = (contact.kind == ContactKind::NO && isPartialFormC_NOContact(terms)) ||
-                         (contact.kind == ContactKind::NC && isPartialFormC_NCContact(terms));
+  contact.terms = termListOf(occurrence);
+  const TermList& terms = contact.terms;
+  contact.fullFormC = contact.kind == ContactKind::FormC && terms.size() == 3 && terms[0].first == 1 &&
+                      terms[1].first == 2 && terms[2].first == 3;
+  const bool onlyOneAndTwo = terms.size() == 2 && terms[0].first == 1 && terms[1].first == 2;
+  contact.partialFormC =
+      onlyOneAndTwo && ((contact.kind == ContactKind::NO && isPartialFormCSide(*terms[0].second, *terms[1].second, 1)) ||
+                        (contact.kind == ContactKind::NC && isPartialFormCSide(*terms[0].second, *terms[1].second, 2)));
   return contact;
 }
 
@@ -131,19 +163,21 @@ bool OhmUtXrefGraphicEntity::isPartialFormCContact(const OhmDsComponentOcc& occu
   return classifyContact(occurrence).partialFormC;
 }
 
-std::u16string OhmUtXrefGraphicEntity::trimmedTerm(const TermMap& terms, std::int32_t number) {
-  const auto found = terms.find(number);
-  return found == terms.end() ? std::u16string() : CString(found->second).Trim().str();
+std::u16string OhmUtXrefGraphicEntity::trimmedTerm(const TermList& terms, std::int32_t number) {
+  const std::u16string* term = termOf(terms, number);
+  if (!term) return std::u16string();
+  // Printable ASCII at both ends is no white space: nothing to trim.
+  auto plain = [](char16_t unit) { return unit > u' ' && unit < 0x7F; };
+  if (term->empty() || (plain(term->front()) && plain(term->back()))) return *term;
+  return CString(*term).Trim().str();
 }
 
 OhmUtXrefGraphicEntity::PinTriple OhmUtXrefGraphicEntity::identifyPartialFormCPins(
     const OhmDsComponentOcc& occurrence) const {
-  TermMap termMap;
-  getCompOccTermMap(occurrence, termMap, false);
-  return identifyPartialFormCPins(termMap);
+  return identifyPartialFormCPins(termListOf(occurrence));
 }
 
-OhmUtXrefGraphicEntity::PinTriple OhmUtXrefGraphicEntity::identifyPartialFormCPins(const TermMap& terms) const {
+OhmUtXrefGraphicEntity::PinTriple OhmUtXrefGraphicEntity::identifyPartialFormCPins(const TermList& terms) const {
   const std::u16string t1 = trimmedTerm(terms, 1);
   const std::u16string t2 = trimmedTerm(terms, 2);
   std::u16string common, no, nc;

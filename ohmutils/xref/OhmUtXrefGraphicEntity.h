@@ -101,13 +101,16 @@ class OHMUTILS_EXPORT OhmUtXrefGraphicEntity : public OhmUtXrefEntity {
   static const std::u16string mStyle2SymbolTextForFORMC_NC;  // "-W-"
 
  protected:
+  // Terminal number -> TERM text of the occurrence, ascending by number,
+  // pointing into the occurrence: valid for the call that made it.
+  using TermList = std::vector<std::pair<std::int32_t, const std::u16string*>>;
   // What the CONTACT value says, compared as upper case.
   enum class ContactKind { Empty, NO, NC, FormC, Other };
   // An occurrence's contact as the operations need it, worked out once per
   // call: its kind, its untrimmed term map and its class.
   struct Contact {
     ContactKind kind = ContactKind::Other;
-    TermMap terms;
+    TermList terms;
     bool fullFormC = false;
     bool partialFormC = false;
   };
@@ -119,9 +122,13 @@ class OHMUTILS_EXPORT OhmUtXrefGraphicEntity : public OhmUtXrefEntity {
                                  std::u16string& ncSymbol) const;
   bool symbolOfPartialFormCContact(const Contact& contact, GraphicalStyle style, std::u16string& symbol) const;
   // (common, no, nc) from the untrimmed term map of a partial Form C contact.
-  PinTriple identifyPartialFormCPins(const TermMap& terms) const;
-  // The terminal's text trimmed; empty when the map lacks it.
-  static std::u16string trimmedTerm(const TermMap& terms, std::int32_t number);
+  PinTriple identifyPartialFormCPins(const TermList& terms) const;
+  // The terms of the occurrence's pins by the rules of getCompOccTermMap.
+  static TermList termListOf(const OhmDsComponentOcc& occurrence);
+  // The terminal's text; null when the list lacks it.
+  static const std::u16string* termOf(const TermList& terms, std::int32_t number);
+  // The terminal's text trimmed; empty when the list lacks it.
+  static std::u16string trimmedTerm(const TermList& terms, std::int32_t number);
 
  private:
   static ContactKind contactKindOf(const std::u16string& contact);
@@ -134,6 +141,7 @@ class OHMUTILS_EXPORT OhmUtXrefGraphicEntity : public OhmUtXrefEntity {
   void updateFormCPins();
   // Whether T1/T2 are the common terminal and `side` (1 NO, 2 NC) of one triple.
   bool isPartialFormCSide(const TermMap& termMap, std::size_t side) const;
+  bool isPartialFormCSide(const std::u16string& t1, const std::u16string& t2, std::size_t side) const;
 
   std::u16string mPinList;
   std::vector<std::u16string> mContactMap;

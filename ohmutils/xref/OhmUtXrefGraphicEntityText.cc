@@ -79,7 +79,7 @@ bool OhmUtXrefGraphicEntity::getUnformattedXrefText(const OhmDsComponentOcc& occ
   init();
   const Contact contact = classifyContact(occurrence);
   if (contact.partialFormC || contact.fullFormC) return false;
-  if (!contact.terms.count(1) || !contact.terms.count(2)) return false;
+  if (!termOf(contact.terms, 1) || !termOf(contact.terms, 2)) return false;
   std::u16string symbol, reference;
   if (!symbolOfPlainContact(contact, getGraphicalStyle(), symbol)) return false;
   if (!generateXrefText(occurrence, reference, false)) return false;
@@ -98,7 +98,7 @@ bool OhmUtXrefGraphicEntity::getUnformattedXrefTextForFullFormCContact(const Ohm
   std::u16string reference, noSymbol, ncSymbol;
   if (!generateXrefText(occurrence, reference, false)) return false;
   if (!symbolsOfFullFormCContact(contact, getGraphicalStyle(), noSymbol, ncSymbol)) return false;
-  const TermMap& terms = contact.terms;
+  const TermList& terms = contact.terms;
   noText = trimmedTerm(terms, 2) + noSymbol + trimmedTerm(terms, 1) + reference;
   ncText = trimmedTerm(terms, 3) + ncSymbol + reference;
   return true;

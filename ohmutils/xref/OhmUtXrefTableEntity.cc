@@ -21,14 +21,6 @@ constexpr std::array<OhmUtXrefTableEntity::ColumnId, 10> kColumnOfIndex = {
 };
 
 
-// Copies the map's value for `key` into `value`; false without the key.
-bool copyTerm(const OhmUtXrefGraphicEntity::TermMap& termMap, std::int32_t key, std::u16string& value) {
-  const auto found = termMap.find(key);
-  if (found == termMap.end()) return false;
-  value = found->second;
-  return true;
-}
-
 }  // namespace
 
 OhmUtXrefTableEntity::OhmUtXrefTableEntity(OhmNoRxUtilsSettingOverride& settingOverride,
@@ -105,6 +97,12 @@ std::int32_t OhmUtXrefTableEntity::getVisibleColumnIndex(ColumnId column) {
 
 // --- cell values ----------------------------------------------------------------
 
+bool OhmUtXrefTableEntity::copyTermOf(const TermList& terms, std::int32_t number, std::u16string& value) {
+  const std::u16string* term = termOf(terms, number);
+  if (term) value = *term;
+  return term != nullptr;
+}
+
 bool OhmUtXrefTableEntity::getTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column,
                                              std::u16string& value) {
   // Only the symbol depends on what initialisation reads (the pin list's triples).
@@ -127,9 +125,10 @@ bool OhmUtXrefTableEntity::getPartialFormCTableCellValue(const OhmDsComponentOcc
 bool OhmUtXrefTableEntity::cellValue(const OhmDsComponentOcc& occurrence, const Contact& contact, GraphicalStyle style,
                                      ColumnId column, std::u16string& value) const {
   value.clear();
+  auto copyTerm = [&contact](std::int32_t number, std::u16string& out) { return copyTermOf(contact.terms, number, out); };
   switch (column) {
-    case ColumnTerm1: return copyTerm(contact.terms, 1, value);
-    case ColumnTerm2: return copyTerm(contact.terms, 2, value);
+    case ColumnTerm1: return copyTerm( 1, value);
+    case ColumnTerm2: return copyTerm( 2, value);
     case ColumnReference: generateXrefText(occurrence, value, false); return true;
     case ColumnSymbol: {
       const bool found = symbolOfPlainContact(contact, style, value);
@@ -156,9 +155,10 @@ bool OhmUtXrefTableEntity::fullFormCCellValues(const Contact& contact, Graphical
   noValue.clear();
   ncValue.clear();
   if (!contact.fullFormC) return false;
+  auto copyTerm = [&contact](std::int32_t number, std::u16string& out) { return copyTermOf(contact.terms, number, out); };
   switch (column) {
-    case ColumnTerm1: return copyTerm(contact.terms, 2, noValue) && copyTerm(contact.terms, 3, ncValue);
-    case ColumnTerm2: return copyTerm(contact.terms, 1, noValue) && copyTerm(contact.terms, 1, ncValue);
+    case ColumnTerm1: return copyTerm( 2, noValue) && copyTerm( 3, ncValue);
+    case ColumnTerm2: return copyTerm( 1, noValue) && copyTerm( 1, ncValue);
     case ColumnSymbol: return symbolsOfFullFormCContact(contact, style, noValue, ncValue);
     default: return false;
   }

@@ -84,6 +84,8 @@ class OHMUTILS_EXPORT OhmUtXrefTableEntity : public OhmUtXrefGraphicEntity {
                                   std::u16string& ncValue);
   // The terminal and symbol cells of a partial Form C contact; false otherwise.
   bool getPartialFormCTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column, std::u16string& value);
+  // Copies the terminal's text into `value`; false (value untouched) without it.
+  static bool copyTermOf(const TermList& terms, std::int32_t number, std::u16string& value);
   // The three above from a classified contact and the style read once.
   bool cellValue(const OhmDsComponentOcc& occurrence, const Contact& contact, GraphicalStyle style, ColumnId column,
                  std::u16string& value) const;
