@@ -1,7 +1,5 @@
 #include "ohmutils/xref/OhmDsOccurrence.h"
 
-#include <cstring>
-
 #include "ohmutils/xref/OhmDsComponentOcc.h"
 #include "ohmutils/xref/OhmDsComponentPinOcc.h"
 #include "ohmutils/xref/OhmDsOccID.h"
@@ -34,16 +32,15 @@ const std::u16string& emptyProperty() noexcept {
 }
 
 // Occurrences carry a handful of properties each. Up to this many, a scan
-// that compares lengths first and then bytes beats the tree's ordered
-// comparisons, which go unit by unit.
+// for equality, which compares lengths first, beats the tree's ordered
+// comparisons, which go unit by unit through every key on the way.
 constexpr std::size_t kScannedMapSize = 8;
 
 const std::u16string& lookupProperty(const OhmDsOccurrence::PropertyMap& map, const std::u16string& key) {
   if (key.empty()) return emptyProperty();
   if (map.size() <= kScannedMapSize) {
     for (const auto& [name, value] : map)
-      if (name.size() == key.size() && std::memcmp(name.data(), key.data(), key.size() * sizeof(char16_t)) == 0)
-        return value;
+      if (name == key) return value;
     return emptyProperty();
   }
   const auto it = map.find(key);

@@ -63,12 +63,15 @@ bool OhmUtXrefEntity::isValidContactForRelayCoilFormC(const std::u16string& cont
 bool OhmUtXrefEntity::generateXrefText(const OhmDsComponentOcc& occurrence, std::u16string& text,
                                        bool underline) const {
   using ohm_internal::lookupProperty;
-  OhmNoRxUtilsXrefTextFormat::Option option;
+  OhmNoRxUtilsXrefTextFormat::Option& option = mScratchOption;
+  // An option that isn't set gives an empty format.
+  option.mXrefFormat.clear();
+  option.mXrefAltFormat.clear();
   mSettingOverride.getSettingValue(OhmCfgSetting::WD_XREF_FORMAT, option.mXrefFormat);
   mSettingOverride.getSettingValue(OhmCfgSetting::WD_XREF_ALTFORMAT, option.mXrefAltFormat);
   option.mUnderline = underline;
   const OhmDsOccurrence::PropertyMap& sheet = occurrence.mSheetProperties;
-  OhmNoRxUtilsXrefTextFormat::RefData data;
+  OhmNoRxUtilsXrefTextFormat::RefData& data = mScratchRefData;
   data.mDwgPath = occurrence.mOccID.mDwgPath;
   data.mSheet = lookupProperty(sheet, OhmDsKeys::SHEET);
   data.mRef = lookupProperty(occurrence.mProperties, OhmDsKeys::REF);
