@@ -107,7 +107,7 @@ class OHMUTILS_EXPORT OhmUtXrefGraphicEntity : public OhmUtXrefEntity {
   // What the CONTACT value says, compared as upper case.
   enum class ContactKind { Empty, NO, NC, FormC, Other };
   // An occurrence's contact as the operations need it, worked out once per
-  // call: its kind, its untrimmed term map and its class.
+  // call: its kind, its untrimmed terms and its class.
   struct Contact {
     ContactKind kind = ContactKind::Other;
     TermList terms;
