@@ -27,22 +27,22 @@ constexpr char16_t foldCase(char16_t unit) noexcept {
 // operations below to the machine's vector instructions.
 using Lanes = std::uint16_t __attribute__((vector_size(16)));
 
-// Whether eight units at `x` and `y` are equal after a-z -> A-Z: lanes may
-// differ only in bit 0x20, and where they do, the unit with it set is a-z.
-bool sameBlockNoCase(const char16_t* x, const char16_t* y) noexcept {
+// The lanes where eight units at `x` and `y` are not equal after a-z -> A-Z
+// (non-zero there): lanes may differ only in bit 0x20, and where they do, the
+// unit with it set must be a-z.
+Lanes unequalLanesNoCase(const char16_t* x, const char16_t* y) noexcept {
   Lanes a, b;
   std::memcpy(&a, x, sizeof a);
   std::memcpy(&b, y, sizeof b);
   const Lanes differ = a ^ b;
   const Lanes letter = reinterpret_cast<Lanes>((a | 0x20) - u'a' < 26);  // all ones where a-z
-  const Lanes bad = (differ & ~0x20) | (differ & ~letter);
-  std::uint64_t halves[2];
-  std::memcpy(halves, &bad, sizeof halves);
-  return (halves[0] | halves[1]) == 0;
+  return (differ & ~0x20) | (differ & ~letter);
 }
 
 // Whether two paths are equal after a-z -> A-Z, eight units at a time; the
-// last block may overlap the one before it.
+// last block may overlap the one before it. Paths that are equal but for
+// case are the common case, so the blocks are all compared before the one
+// test of the result.
 bool samePathNoCase(const std::u16string& a, const std::u16string& b) noexcept {
   const std::size_t size = a.size();
   if (size != b.size()) return false;
@@ -54,9 +54,11 @@ bool samePathNoCase(const std::u16string& a, const std::u16string& b) noexcept {
       if (foldCase(x[i]) != foldCase(y[i])) return false;
     return true;
   }
-  for (std::size_t i = 0; i + kBlock < size; i += kBlock)
-    if (!sameBlockNoCase(x + i, y + i)) return false;
-  return sameBlockNoCase(x + size - kBlock, y + size - kBlock);
+  Lanes unequal = unequalLanesNoCase(x + size - kBlock, y + size - kBlock);
+  for (std::size_t i = 0; i + kBlock < size; i += kBlock) unequal |= unequalLanesNoCase(x + i, y + i);
+  std::uint64_t halves[2];
+  std::memcpy(halves, &unequal, sizeof halves);
+  return (halves[0] | halves[1]) == 0;
 }
 
 // The field that the property index stands for; null for %G and %F.
