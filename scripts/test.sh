@@ -1,7 +1,10 @@
 #!/usr/bin/env bash
 # Builds with warnings as errors and runs every test, first in the default
 # preset, then under AddressSanitizer and UndefinedBehaviorSanitizer; then
-# runs each fuzz target for a minute on top of its corpus (clang, libFuzzer).
+# the tests of the subsystems that promise work on several threads (cross
+# references, configuration, drawings, and the test of them side by side)
+# under ThreadSanitizer; then each fuzz target for a minute on top of its
+# corpus (clang, libFuzzer).
 # Installs missing packages first. Exits non-zero when anything fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -14,6 +17,11 @@ for preset in default asan; do
   cmake --build --preset "$preset" -j "$jobs"
   ctest --preset "$preset" -j "$jobs"
 done
+
+echo "== tsan: configure, build and run the thread-safe subsystems' tests" >&2
+cmake --preset tsan -DOHMUTILS_WERROR=ON >/dev/null
+cmake --build --preset tsan -j "$jobs" --target ohm_tests_xref ohm_tests_config ohm_tests_dwg ohm_tests_threads
+ctest --preset tsan -j "$jobs"
 
 echo "== fuzz: each target for 60 s, two at a time" >&2
 fuzzers=(dxf dxf_drawing project_file settings_file)

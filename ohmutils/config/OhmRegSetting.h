@@ -1,6 +1,8 @@
 // The suite's named text settings in the current user's registry, below the
 // host's product root key: key "<product root>\Settings\<section>", value
 // `name`, type REG_SZ. Stateless free functions; no message, nothing thrown.
+// Thread safety: each call opens and closes keys of its own, so calls may run
+// on several threads at once.
 #pragma once
 
 #include "mfc/CString.h"

@@ -2,6 +2,7 @@
 // fixed order of tests on what can be read off it. The order is the rule: an
 // object that passes several tests gets the kind of the first.
 #include <memory>
+#include <vector>
 
 #include "ohmutils/dwg/OhmDwgReadAccess_internal.h"
 #include "ohmutils/dwg/OhmDwgUtils.h"
@@ -21,8 +22,38 @@ bool hasXData(const ZdDbEntity& entity, const char16_t* appName) {
 
 bool matches(const ZdString& name, const char16_t* pattern) { return zdutWcMatchEx(name.kwszPtr(), pattern, true); }
 
-bool hasAttribute(const ZdDbBlockReference& reference, const char16_t* tagPattern) {
-  return OhmDwgUtils::getAttributeValue(&reference, tagPattern) != nullptr;
+// Tag and text of each attribute of a reference, in drawing order, read in
+// one pass that opens each attribute once. The texts are borrowed from the
+// attributes, which stay as they are while the entity is classified.
+struct AttributeText {
+  const char16_t* tag;
+  const char16_t* text;
+};
+using Attributes = std::vector<AttributeText>;
+
+// Attributes that can't be opened or have no tag are passed over.
+Attributes attributesOf(const ZdDbBlockReference& reference) {
+  Attributes attributes;
+  const std::unique_ptr<ZdDbObjectIterator> iterator(reference.attributeIterator());
+  if (!iterator) return attributes;
+  for (; !iterator->done(); iterator->step(false, true)) {
+    const ohm_internal::ReadAccess access(iterator->objectId(), ZdDbAttribute::desc());
+    const auto* attribute = access.get<ZdDbAttribute>();
+    if (attribute && attribute->tagConst()) attributes.push_back({attribute->tagConst(), attribute->textStringConst()});
+  }
+  return attributes;
+}
+
+// The text of the first attribute whose tag matches, as getAttributeValue
+// gives it: one without text doesn't end the search.
+const char16_t* attributeValue(const Attributes& attributes, const char16_t* tagPattern) {
+  for (const AttributeText& attribute : attributes)
+    if (attribute.text && zdutWcMatchEx(attribute.tag, tagPattern, true)) return attribute.text;
+  return nullptr;
+}
+
+bool hasAttribute(const Attributes& attributes, const char16_t* tagPattern) {
+  return attributeValue(attributes, tagPattern) != nullptr;
 }
 
 // What the tag of one attribute says, EntityUnknown when it says nothing.
@@ -33,16 +64,10 @@ Type kindOfTag(const ZdDbEntity& entity, const char16_t* tag) {
   return OhmDwgUtils::EntityUnknown;
 }
 
-// The first attribute, in drawing order, whose tag gives a kind; each held
-// for read only for its own turn.
-Type kindOfAttributes(const ZdDbBlockReference& reference) {
-  const std::unique_ptr<ZdDbObjectIterator> iterator(reference.attributeIterator());
-  if (!iterator) return OhmDwgUtils::EntityUnknown;
-  for (; !iterator->done(); iterator->step(false, true)) {
-    const ohm_internal::ReadAccess access(iterator->objectId(), ZdDbAttribute::desc());
-    const auto* attribute = access.get<ZdDbAttribute>();
-    if (!attribute || !attribute->tagConst()) continue;
-    const Type kind = kindOfTag(reference, attribute->tagConst());
+// The first attribute, in drawing order, whose tag gives a kind.
+Type kindOfAttributes(const ZdDbBlockReference& reference, const Attributes& attributes) {
+  for (const AttributeText& attribute : attributes) {
+    const Type kind = kindOfTag(reference, attribute.tag);
     if (kind != OhmDwgUtils::EntityUnknown) return kind;
   }
   return OhmDwgUtils::EntityUnknown;
@@ -63,40 +88,41 @@ Type kindOfXData(const ZdDbEntity& entity) {
   return OhmDwgUtils::EntityUnknown;
 }
 
-Type kindOfNameAndAttributes(const ZdDbBlockReference& reference, const ZdString& name) {
+Type kindOfNameAndAttributes(const Attributes& attributes, const ZdString& name) {
   if (matches(name, u"HA#S*")) {
-    return hasAttribute(reference, u"WIRENO*") ? OhmDwgUtils::EntityHaSWireNo : OhmDwgUtils::EntityHaS;
+    return hasAttribute(attributes, u"WIRENO*") ? OhmDwgUtils::EntityHaSWireNo : OhmDwgUtils::EntityHaS;
   }
   if (matches(name, u"HA#D*")) {
-    return hasAttribute(reference, u"WIRENO*") ? OhmDwgUtils::EntityHaDWireNo : OhmDwgUtils::EntityHaD;
+    return hasAttribute(attributes, u"WIRENO*") ? OhmDwgUtils::EntityHaDWireNo : OhmDwgUtils::EntityHaD;
   }
-  if (matches(name, u"?T0*,?T1*,?T_*") && hasAttribute(reference, u"TAGSTRIP")) return OhmDwgUtils::EntityTagStrip;
+  if (matches(name, u"?T0*,?T1*,?T_*") && hasAttribute(attributes, u"TAGSTRIP")) return OhmDwgUtils::EntityTagStrip;
   if (matches(name, u"?A?X*")) return OhmDwgUtils::EntityAX;
   return OhmDwgUtils::EntityUnknown;
 }
 
-Type kindOfAttributePresence(const ZdDbBlockReference& reference) {
-  if (hasAttribute(reference, u"P_TAGSTRIP")) return OhmDwgUtils::EntityFPT;
-  if (hasAttribute(reference, u"FPT")) return OhmDwgUtils::EntityFPT;
-  if (hasAttribute(reference, u"FP")) return OhmDwgUtils::EntityFP;
-  if (hasAttribute(reference, u"NP")) return OhmDwgUtils::EntityNP;
-  if (hasAttribute(reference, u"P_TAG1,P_TAG1_PART*")) return OhmDwgUtils::EntityFP;
+Type kindOfAttributePresence(const Attributes& attributes) {
+  if (hasAttribute(attributes, u"P_TAGSTRIP")) return OhmDwgUtils::EntityFPT;
+  if (hasAttribute(attributes, u"FPT")) return OhmDwgUtils::EntityFPT;
+  if (hasAttribute(attributes, u"FP")) return OhmDwgUtils::EntityFP;
+  if (hasAttribute(attributes, u"NP")) return OhmDwgUtils::EntityNP;
+  if (hasAttribute(attributes, u"P_TAG1,P_TAG1_PART*")) return OhmDwgUtils::EntityFP;
   return OhmDwgUtils::EntityUnknown;
 }
 
 // The tests after the block definition was opened, in their order.
 Type kindOfReference(const ZdDbBlockReference& reference, const ZdDbBlockTableRecord& block) {
-  const char16_t* wdType = OhmDwgUtils::getAttributeValue(&reference, u"WDTYPE");
+  const Attributes attributes = attributesOf(reference);
+  const char16_t* wdType = attributeValue(attributes, u"WDTYPE");
   if (wdType && CrtEqualNoCase(wdType, u"1-")) {
-    return hasAttribute(reference, u"TAGSTRIP") ? OhmDwgUtils::EntityOneDashStrip : OhmDwgUtils::EntityOneDash;
+    return hasAttribute(attributes, u"TAGSTRIP") ? OhmDwgUtils::EntityOneDashStrip : OhmDwgUtils::EntityOneDash;
   }
   ZdString name;
   block.getName(name);  // a name that can't be read stays empty and matches nothing
   Type kind = kindOfNamePrefix(name);
   if (kind == OhmDwgUtils::EntityUnknown) kind = kindOfXData(reference);
-  if (kind == OhmDwgUtils::EntityUnknown) kind = kindOfAttributes(reference);
-  if (kind == OhmDwgUtils::EntityUnknown) kind = kindOfNameAndAttributes(reference, name);
-  if (kind == OhmDwgUtils::EntityUnknown) kind = kindOfAttributePresence(reference);
+  if (kind == OhmDwgUtils::EntityUnknown) kind = kindOfAttributes(reference, attributes);
+  if (kind == OhmDwgUtils::EntityUnknown) kind = kindOfNameAndAttributes(attributes, name);
+  if (kind == OhmDwgUtils::EntityUnknown) kind = kindOfAttributePresence(attributes);
   return kind;
 }
 

@@ -7,7 +7,10 @@
 // every iterator and releases every value chain before it returns; nothing
 // is cached between calls.
 //
-// Thread safety: the host's main thread, as for every drawing access.
+// Thread safety: the lookups and the classification keep no state of their
+// own; calls on distinct drawings may run on several threads at once. The
+// host's documents (isDrawingOpen, getOpenedDwgDatabase and what takes a file
+// name) belong to its main thread.
 #pragma once
 
 #include <cstdint>

@@ -31,8 +31,18 @@ const std::u16string& emptyProperty() noexcept {
   return empty;
 }
 
+// Occurrences carry a handful of properties each. Up to this many, a scan
+// for equality, which compares lengths first, beats the tree's ordered
+// comparisons, which go unit by unit through every key on the way.
+constexpr std::size_t kScannedMapSize = 8;
+
 const std::u16string& lookupProperty(const OhmDsOccurrence::PropertyMap& map, const std::u16string& key) {
   if (key.empty()) return emptyProperty();
+  if (map.size() <= kScannedMapSize) {
+    for (const auto& [name, value] : map)
+      if (name == key) return value;
+    return emptyProperty();
+  }
   const auto it = map.find(key);
   return it == map.end() ? emptyProperty() : it->second;
 }

@@ -1,20 +1,65 @@
 #include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 
+#include <cstring>
 #include <functional>
 #include <optional>
 
 #include "ohmutils/xref/ReplaceStringInString.h"
-#include "win/CrtChar.h"
 
 const std::u16string OhmNoRxUtilsXrefTextFormat::mMTextUnderlineFormat = u"%%u";
-std::map<std::int32_t, const char16_t*> OhmNoRxUtilsXrefTextFormat::mPropAliases;
 
 namespace {
 
 using RefData = OhmNoRxUtilsXrefTextFormat::RefData;
 
+// Token of each property index; %G (3) and %F (4) are never substituted.
+constexpr const char16_t* kPropAliases[] = {u"%S", u"%N", u"%D", u"%G", u"%F", u"%A", u"%B", u"%P", u"%I", u"%L"};
+
 // Property indices of the alias table, in the order they are substituted.
 constexpr std::int32_t kSubstitutionOrder[] = {0, 1, 5, 6, 8, 9, 7, 2};
+
+// A unit with A-Z folded to a-z.
+constexpr char16_t foldCase(char16_t unit) noexcept {
+  return static_cast<char16_t>(unit + (static_cast<char16_t>(unit - u'A') < 26u ? 0x20 : 0));
+}
+
+// Eight units as the lanes of a vector; the compiler maps the lane-wise
+// operations below to the machine's vector instructions.
+using Lanes = std::uint16_t __attribute__((vector_size(16)));
+
+// The lanes where eight units at `x` and `y` are not equal after a-z -> A-Z
+// (non-zero there): lanes may differ only in bit 0x20, and where they do, the
+// unit with it set must be a-z.
+Lanes unequalLanesNoCase(const char16_t* x, const char16_t* y) noexcept {
+  Lanes a, b;
+  std::memcpy(&a, x, sizeof a);
+  std::memcpy(&b, y, sizeof b);
+  const Lanes differ = a ^ b;
+  const Lanes letter = reinterpret_cast<Lanes>((a | 0x20) - u'a' < 26);  // all ones where a-z
+  return (differ & ~0x20) | (differ & ~letter);
+}
+
+// Whether two paths are equal after a-z -> A-Z, eight units at a time; the
+// last block may overlap the one before it. Paths that are equal but for
+// case are the common case, so the blocks are all compared before the one
+// test of the result.
+bool samePathNoCase(const std::u16string& a, const std::u16string& b) noexcept {
+  const std::size_t size = a.size();
+  if (size != b.size()) return false;
+  const char16_t* x = a.data();
+  const char16_t* y = b.data();
+  constexpr std::size_t kBlock = sizeof(Lanes) / sizeof(char16_t);
+  if (size < kBlock) {
+    for (std::size_t i = 0; i < size; ++i)
+      if (foldCase(x[i]) != foldCase(y[i])) return false;
+    return true;
+  }
+  Lanes unequal = unequalLanesNoCase(x + size - kBlock, y + size - kBlock);
+  for (std::size_t i = 0; i + kBlock < size; i += kBlock) unequal |= unequalLanesNoCase(x + i, y + i);
+  std::uint64_t halves[2];
+  std::memcpy(halves, &unequal, sizeof halves);
+  return (halves[0] | halves[1]) == 0;
+}
 
 // The field that the property index stands for; null for %G and %F.
 const std::u16string* fieldForIndex(std::int32_t index, const RefData& data) {
@@ -90,9 +135,7 @@ void appendSubstituted(const std::u16string& format, const RefData& data, std::u
 
 bool OhmNoRxUtilsXrefTextFormat::getXrefText(const Option& option, const std::u16string& hostDwgPath,
                                              const RefData& data, std::u16string& output) {
-  populatePropAliases();
-  const std::u16string& format =
-      CrtEqualNoCase(hostDwgPath, data.mDwgPath) ? option.mXrefFormat : option.mXrefAltFormat;
+  const std::u16string& format = samePathNoCase(hostDwgPath, data.mDwgPath) ? option.mXrefFormat : option.mXrefAltFormat;
   // The one-pass writer fills the output in place, so it must not read from it.
   const bool outputIsInput = &output == &format || isWithin(&output, &data, &data + 1);
   const std::optional<std::size_t> length = outputIsInput ? std::nullopt : independentTextLength(format, data);
@@ -116,15 +159,9 @@ void OhmNoRxUtilsXrefTextFormat::substituteInOrder(const std::u16string& format,
   CString working(format);
   for (const std::int32_t index : kSubstitutionOrder) {
     // Every index of the order has a field.
-    if (const std::u16string* field = fieldForIndex(index, data)) ReplaceStringInString(working, mPropAliases.at(index), field->c_str());
+    if (const std::u16string* field = fieldForIndex(index, data)) ReplaceStringInString(working, kPropAliases[index], field->c_str());
   }
   output = working.str();
-}
-
-void OhmNoRxUtilsXrefTextFormat::populatePropAliases() {
-  if (!mPropAliases.empty()) return;
-  mPropAliases = {{0, u"%S"}, {1, u"%N"}, {2, u"%D"}, {3, u"%G"}, {4, u"%F"},
-                  {5, u"%A"}, {6, u"%B"}, {7, u"%P"}, {8, u"%I"}, {9, u"%L"}};
 }
 
 void OhmNoRxUtilsXrefTextFormat::applyMTextUnderline(std::u16string& text) {

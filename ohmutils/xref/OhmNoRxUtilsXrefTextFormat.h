@@ -10,12 +10,12 @@
 // expanded in turn. %G and %F and anything else stay as they are; there is no
 // escape.
 //
-// Thread safety: the first call fills the alias table without a lock; make
-// one call before starting threads. After that, calls only read static data.
+// Thread safety: the class holds no state of its own; its tables are
+// constant. Calls may run on several threads at once, each with its own
+// output.
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
 
 #include "mfc/CString.h"
@@ -52,13 +52,10 @@ class OHMUTILS_EXPORT OhmNoRxUtilsXrefTextFormat {
                           std::u16string& output);
 
  private:
-  // Fills mPropAliases with the ten tokens, once.
-  static void populatePropAliases();
   // text becomes "%%u" + text + "%%u", whatever it holds.
   static void applyMTextUnderline(std::u16string& text);
   // The literal series of whole-text replacements in the order above.
   static void substituteInOrder(const std::u16string& format, const RefData& data, std::u16string& output);
 
-  static const std::u16string mMTextUnderlineFormat;               // "%%u"
-  static std::map<std::int32_t, const char16_t*> mPropAliases;  // property index -> token
+  static const std::u16string mMTextUnderlineFormat;  // "%%u"
 };

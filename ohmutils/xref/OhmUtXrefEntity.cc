@@ -36,28 +36,42 @@ OhmUtXrefEntity::Style OhmUtXrefEntity::getXrefEntityStyle(const std::u16string&
   return StyleNone;
 }
 
+namespace {
+
+// Whether `text` is `upper` after a-z -> A-Z, without making the upper-case copy.
+bool equalsAfterUpper(const std::u16string& text, const std::u16string& upper) {
+  if (text.size() != upper.size()) return false;
+  for (std::size_t i = 0; i < text.size(); ++i)
+    if (CrtToUpper(text[i]) != upper[i]) return false;
+  return true;
+}
+
+}  // namespace
+
 bool OhmUtXrefEntity::isValidContactForRelayCoilNO(const std::u16string& contact) {
-  return CrtUpperCopy(contact) == mContactRelayCoilNO;
+  return equalsAfterUpper(contact, mContactRelayCoilNO);
 }
 
 bool OhmUtXrefEntity::isValidContactForRelayCoilNC(const std::u16string& contact) {
-  return CrtUpperCopy(contact) == mContactRelayCoilNC;
+  return equalsAfterUpper(contact, mContactRelayCoilNC);
 }
 
 bool OhmUtXrefEntity::isValidContactForRelayCoilFormC(const std::u16string& contact) {
-  const std::u16string upper = CrtUpperCopy(contact);
-  return upper == mContactRelayCoilNCNO || upper == mContactRelayCoilNONC;
+  return equalsAfterUpper(contact, mContactRelayCoilNCNO) || equalsAfterUpper(contact, mContactRelayCoilNONC);
 }
 
 bool OhmUtXrefEntity::generateXrefText(const OhmDsComponentOcc& occurrence, std::u16string& text,
                                        bool underline) const {
   using ohm_internal::lookupProperty;
-  OhmNoRxUtilsXrefTextFormat::Option option;
+  OhmNoRxUtilsXrefTextFormat::Option& option = mScratchOption;
+  // An option that isn't set gives an empty format.
+  option.mXrefFormat.clear();
+  option.mXrefAltFormat.clear();
   mSettingOverride.getSettingValue(OhmCfgSetting::WD_XREF_FORMAT, option.mXrefFormat);
   mSettingOverride.getSettingValue(OhmCfgSetting::WD_XREF_ALTFORMAT, option.mXrefAltFormat);
   option.mUnderline = underline;
   const OhmDsOccurrence::PropertyMap& sheet = occurrence.mSheetProperties;
-  OhmNoRxUtilsXrefTextFormat::RefData data;
+  OhmNoRxUtilsXrefTextFormat::RefData& data = mScratchRefData;
   data.mDwgPath = occurrence.mOccID.mDwgPath;
   data.mSheet = lookupProperty(sheet, OhmDsKeys::SHEET);
   data.mRef = lookupProperty(occurrence.mProperties, OhmDsKeys::REF);

@@ -13,7 +13,9 @@
 // (which sets the flag) and then does its own work; every reference text goes
 // through generateXrefText.
 //
-// Thread safety: one thread at a time, together with its option set.
+// Thread safety: one object, with its option set, by one thread at a time.
+// Operations on distinct objects with distinct option sets may run on several
+// threads at once.
 #pragma once
 
 #include <initializer_list>
@@ -21,6 +23,7 @@
 #include <string>
 
 #include "ohmutils/OhmUtilsExport.h"
+#include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 #include "ohmutils/xref/OhmDsComponentOcc.h"
 #include "ohmutils/xref/OhmNoRxUtilsSettingOverride.h"
 #include "zd/db/ZdDbObject.h"
@@ -84,4 +87,10 @@ class OHMUTILS_EXPORT OhmUtXrefEntity {
   OhmNoRxUtilsSettingOverride& mSettingOverride;
   std::u16string mHostDwgPath;
   bool mInitialized = false;
+
+ private:
+  // Working space of generateXrefText, refilled from scratch at every call so
+  // that its buffers are reused; nothing in it outlives a call. Not copied.
+  mutable OhmNoRxUtilsXrefTextFormat::Option mScratchOption;
+  mutable OhmNoRxUtilsXrefTextFormat::RefData mScratchRefData;
 };

@@ -1,5 +1,7 @@
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 
+#include <algorithm>
+
 #include "mfc/CString.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
 #include "ohmutils/util/OhmUtilsStringSplit_internal.h"
@@ -83,10 +85,16 @@ bool OhmUtXrefGraphicEntity::isFullFormCContact(TermMap& termMap) const {
   return termMap.size() == 3 && termMap.count(1) && termMap.count(2) && termMap.count(3);
 }
 
-bool OhmUtXrefGraphicEntity::isPartialFormCSide(TermMap& termMap, std::size_t side) const {
-  if (termMap.size() != 2 || !termMap.count(1) || !termMap.count(2)) return false;
-  const std::u16string& t1 = termMap[1];
-  const std::u16string& t2 = termMap[2];
+bool OhmUtXrefGraphicEntity::isPartialFormCSide(const TermMap& termMap, std::size_t side) const {
+  if (termMap.size() != 2) return false;
+  const auto first = termMap.find(1);
+  const auto second = termMap.find(2);
+  if (first == termMap.end() || second == termMap.end()) return false;
+  return isPartialFormCSide(first->second, second->second, side);
+}
+
+bool OhmUtXrefGraphicEntity::isPartialFormCSide(const std::u16string& t1, const std::u16string& t2,
+                                                std::size_t side) const {
   for (const PinTriple& triple : mFormCPins) {
     const std::u16string& common = std::get<0>(triple);
     const std::u16string& other = side == 1 ? std::get<1>(triple) : std::get<2>(triple);
@@ -99,31 +107,84 @@ bool OhmUtXrefGraphicEntity::isPartialFormC_NOContact(TermMap& termMap) const { 
 
 bool OhmUtXrefGraphicEntity::isPartialFormC_NCContact(TermMap& termMap) const { return isPartialFormCSide(termMap, 2); }
 
+OhmUtXrefGraphicEntity::ContactKind OhmUtXrefGraphicEntity::contactKindOf(const std::u16string& contact) {
+  if (contact.empty()) return ContactKind::Empty;
+  if (isValidContactForRelayCoilNO(contact)) return ContactKind::NO;
+  if (isValidContactForRelayCoilNC(contact)) return ContactKind::NC;
+  if (isValidContactForRelayCoilFormC(contact)) return ContactKind::FormC;
+  return ContactKind::Other;
+}
+
+OhmUtXrefGraphicEntity::TermList OhmUtXrefGraphicEntity::termListOf(const OhmDsComponentOcc& occurrence) {
+  TermList terms;
+  terms.reserve(occurrence.mPins.size());
+  for (const OhmDsComponentPinOcc& pin : occurrence.mPins) {
+    const std::int32_t number = ohm_internal::stoiDecimal(pin.getProperty(OhmDsKeys::TERMCODE));
+    if (number < 1) continue;
+    const std::u16string* term = &pin.getProperty(OhmDsKeys::TERM);
+    const auto at = std::lower_bound(terms.begin(), terms.end(), number,
+                                     [](const auto& entry, std::int32_t n) { return entry.first < n; });
+    if (at != terms.end() && at->first == number) {
+      at->second = term;  // the later of two equal numbers wins
+    } else {
+      terms.emplace(at, number, term);
+    }
+  }
+  return terms;
+}
+
+const std::u16string* OhmUtXrefGraphicEntity::termOf(const TermList& terms, std::int32_t number) {
+  for (const auto& [n, term] : terms)
+    if (n == number) return term;
+  return nullptr;
+}
+
+OhmUtXrefGraphicEntity::Contact OhmUtXrefGraphicEntity::classifyContact(const OhmDsComponentOcc& occurrence) const {
+  Contact contact;
+  contact.kind = contactKindOf(occurrence.getProperty(OhmDsKeys::CONTACT));
+  contact.terms = termListOf(occurrence);
+  const TermList& terms = contact.terms;
+  contact.fullFormC = contact.kind == ContactKind::FormC && terms.size() == 3 && terms[0].first == 1 &&
+                      terms[1].first == 2 && terms[2].first == 3;
+  const bool onlyOneAndTwo = terms.size() == 2 && terms[0].first == 1 && terms[1].first == 2;
+  contact.partialFormC =
+      onlyOneAndTwo && ((contact.kind == ContactKind::NO && isPartialFormCSide(*terms[0].second, *terms[1].second, 1)) ||
+                        (contact.kind == ContactKind::NC && isPartialFormCSide(*terms[0].second, *terms[1].second, 2)));
+  return contact;
+}
+
 bool OhmUtXrefGraphicEntity::isFullFormCContact(const OhmDsComponentOcc& occurrence) {
   init();
-  TermMap termMap;
-  getCompOccTermMap(occurrence, termMap, false);
-  return isValidContactForRelayCoilFormC(occurrence.getProperty(OhmDsKeys::CONTACT)) && isFullFormCContact(termMap);
+  return classifyContact(occurrence).fullFormC;
 }
 
 bool OhmUtXrefGraphicEntity::isPartialFormCContact(const OhmDsComponentOcc& occurrence) {
   init();
-  TermMap termMap;
-  getCompOccTermMap(occurrence, termMap, false);
-  const std::u16string& contact = occurrence.getProperty(OhmDsKeys::CONTACT);
-  if (isValidContactForRelayCoilNO(contact) && isPartialFormC_NOContact(termMap)) return true;
-  return isValidContactForRelayCoilNC(contact) && isPartialFormC_NCContact(termMap);
+  return classifyContact(occurrence).partialFormC;
+}
+
+std::u16string OhmUtXrefGraphicEntity::trimmedTerm(const TermList& terms, std::int32_t number) {
+  const std::u16string* term = termOf(terms, number);
+  if (!term) return std::u16string();
+  // Printable ASCII at both ends is no white space: nothing to trim.
+  auto plain = [](char16_t unit) { return unit > u' ' && unit < 0x7F; };
+  if (term->empty() || (plain(term->front()) && plain(term->back()))) return *term;
+  return CString(*term).Trim().str();
 }
 
 OhmUtXrefGraphicEntity::PinTriple OhmUtXrefGraphicEntity::identifyPartialFormCPins(
     const OhmDsComponentOcc& occurrence) const {
-  TermMap termMap;
-  getCompOccTermMap(occurrence, termMap, true);
+  return identifyPartialFormCPins(termListOf(occurrence));
+}
+
+OhmUtXrefGraphicEntity::PinTriple OhmUtXrefGraphicEntity::identifyPartialFormCPins(const TermList& terms) const {
+  const std::u16string t1 = trimmedTerm(terms, 1);
+  const std::u16string t2 = trimmedTerm(terms, 2);
   std::u16string common, no, nc;
   for (const auto& [c, n, x] : mFormCPins) {
     for (const std::int32_t key : {1, 2}) {
-      const std::u16string& value = termMap[key];
-      const std::u16string& other = termMap[key == 1 ? 2 : 1];
+      const std::u16string& value = key == 1 ? t1 : t2;
+      const std::u16string& other = key == 1 ? t2 : t1;
       if (value != c) continue;
       common = value;
       no.clear();
@@ -152,16 +213,18 @@ OhmUtXrefGraphicEntity::GraphicalStyle OhmUtXrefGraphicEntity::getGraphicalStyle
 }
 
 bool OhmUtXrefGraphicEntity::getContactName(const std::u16string& contact, std::u16string& name) const {
+  return getContactName(contactKindOf(contact), name);
+}
+
+bool OhmUtXrefGraphicEntity::getContactName(ContactKind kind, std::u16string& name) const {
   name.clear();
   if (mContactMap.size() < 3) return false;
-  if (isValidContactForRelayCoilNO(contact)) {
-    name = mContactMap[0];
-  } else if (isValidContactForRelayCoilNC(contact)) {
-    name = mContactMap[1];
-  } else if (isValidContactForRelayCoilFormC(contact)) {
-    name = mContactMap[2];
-  } else if (!contact.empty()) {
-    return false;
+  switch (kind) {
+    case ContactKind::NO: name = mContactMap[0]; return true;
+    case ContactKind::NC: name = mContactMap[1]; return true;
+    case ContactKind::FormC: name = mContactMap[2]; return true;
+    case ContactKind::Empty: return true;
+    case ContactKind::Other: return false;
   }
-  return true;
+  return false;
 }

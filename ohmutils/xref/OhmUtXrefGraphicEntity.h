@@ -6,7 +6,8 @@
 // exactly), partial Form C (an NO or NC CONTACT with terminals 1 and 2 that
 // are the common terminal and that side's terminal of a triple of the pin
 // list), and plain (everything else). The term map of an occurrence (terminal
-// number -> TERM text) is rebuilt at every call and never stored.
+// number -> TERM text) is built once in each public call and never stored, so
+// a changed occurrence is always seen as it is now.
 //
 // State: the contact map (option 68) and the pin list triples are taken at the
 // first public call (init) and fixed from then on; options 66 and 67 are read
@@ -14,7 +15,9 @@
 // occurrence throw std::invalid_argument("invalid stoi argument") or
 // std::out_of_range("stoi argument out of range"); nothing here catches them.
 //
-// Thread safety: one thread at a time, with its option set.
+// Thread safety: one object, with its option set, by one thread at a time.
+// Operations on distinct objects with distinct option sets may run on several
+// threads at once.
 #pragma once
 
 #include <cstdint>
@@ -97,7 +100,39 @@ class OHMUTILS_EXPORT OhmUtXrefGraphicEntity : public OhmUtXrefEntity {
   static const std::u16string mStyle2SymbolTextForFORMC_NO;  // "-N-"
   static const std::u16string mStyle2SymbolTextForFORMC_NC;  // "-W-"
 
+ protected:
+  // Terminal number -> TERM text of the occurrence, ascending by number,
+  // pointing into the occurrence: valid for the call that made it.
+  using TermList = std::vector<std::pair<std::int32_t, const std::u16string*>>;
+  // What the CONTACT value says, compared as upper case.
+  enum class ContactKind { Empty, NO, NC, FormC, Other };
+  // An occurrence's contact as the operations need it, worked out once per
+  // call: its kind, its untrimmed terms and its class.
+  struct Contact {
+    ContactKind kind = ContactKind::Other;
+    TermList terms;
+    bool fullFormC = false;
+    bool partialFormC = false;
+  };
+  // Throws as getCompOccTermMap does.
+  Contact classifyContact(const OhmDsComponentOcc& occurrence) const;
+  // The symbol texts of the three contact classes, from a classified contact.
+  bool symbolOfPlainContact(const Contact& contact, GraphicalStyle style, std::u16string& symbol) const;
+  bool symbolsOfFullFormCContact(const Contact& contact, GraphicalStyle style, std::u16string& noSymbol,
+                                 std::u16string& ncSymbol) const;
+  bool symbolOfPartialFormCContact(const Contact& contact, GraphicalStyle style, std::u16string& symbol) const;
+  // (common, no, nc) from the untrimmed term map of a partial Form C contact.
+  PinTriple identifyPartialFormCPins(const TermList& terms) const;
+  // The terms of the occurrence's pins by the rules of getCompOccTermMap.
+  static TermList termListOf(const OhmDsComponentOcc& occurrence);
+  // The terminal's text; null when the list lacks it.
+  static const std::u16string* termOf(const TermList& terms, std::int32_t number);
+  // The terminal's text trimmed; empty when the list lacks it.
+  static std::u16string trimmedTerm(const TermList& terms, std::int32_t number);
+
  private:
+  static ContactKind contactKindOf(const std::u16string& contact);
+  bool getContactName(ContactKind kind, std::u16string& name) const;
   // The contact map's name for a CONTACT value: [0] NO, [1] NC, [2] Form C,
   // empty for an empty value; false for any other value or a map of fewer
   // than three names.
@@ -105,7 +140,8 @@ class OHMUTILS_EXPORT OhmUtXrefGraphicEntity : public OhmUtXrefEntity {
   void updateContactMap();
   void updateFormCPins();
   // Whether T1/T2 are the common terminal and `side` (1 NO, 2 NC) of one triple.
-  bool isPartialFormCSide(TermMap& termMap, std::size_t side) const;
+  bool isPartialFormCSide(const TermMap& termMap, std::size_t side) const;
+  bool isPartialFormCSide(const std::u16string& t1, const std::u16string& t2, std::size_t side) const;
 
   std::u16string mPinList;
   std::vector<std::u16string> mContactMap;

@@ -1,34 +1,30 @@
 // The texts of OhmUtXrefGraphicEntity: terminal texts, symbol and reference
-// joined end to end, one operation per contact class.
+// joined end to end, one operation per contact class. Each public operation
+// classifies its occurrence once and works from that.
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 
-bool OhmUtXrefGraphicEntity::getSymbolTextForContact(const OhmDsComponentOcc& occurrence, std::u16string& symbol) {
+bool OhmUtXrefGraphicEntity::symbolOfPlainContact(const Contact& contact, GraphicalStyle style,
+                                                  std::u16string& symbol) const {
   symbol.clear();
-  if (isPartialFormCContact(occurrence) || isFullFormCContact(occurrence)) return false;
-  const std::u16string& contact = occurrence.getProperty(OhmDsKeys::CONTACT);
-  const GraphicalStyle style = getGraphicalStyle();
-  if (style == GraphicalContactMap) return getContactName(contact, symbol);
+  if (contact.partialFormC || contact.fullFormC) return false;
+  if (style == GraphicalContactMap) return getContactName(contact.kind, symbol);
   if (style == GraphicalNone) return true;
   const bool first = style == GraphicalStyle1;
-  if (isValidContactForRelayCoilNO(contact)) {
-    symbol = first ? mStyle1SymbolTextForNO : mStyle2SymbolTextForNO;
-  } else if (isValidContactForRelayCoilNC(contact)) {
-    symbol = first ? mStyle1SymbolTextForNC : mStyle2SymbolTextForNC;
-  } else if (contact.empty()) {
-    symbol = first ? mStyle1SymbolTextForNIL : mStyle2SymbolTextForNIL;
-  } else {
-    return false;
+  switch (contact.kind) {
+    case ContactKind::NO: symbol = first ? mStyle1SymbolTextForNO : mStyle2SymbolTextForNO; return true;
+    case ContactKind::NC: symbol = first ? mStyle1SymbolTextForNC : mStyle2SymbolTextForNC; return true;
+    case ContactKind::Empty: symbol = first ? mStyle1SymbolTextForNIL : mStyle2SymbolTextForNIL; return true;
+    default: return false;
   }
-  return true;
 }
 
-bool OhmUtXrefGraphicEntity::getSymbolTextForFullFormCContact(const OhmDsComponentOcc& occurrence,
-                                                              std::u16string& noSymbol, std::u16string& ncSymbol) {
+bool OhmUtXrefGraphicEntity::symbolsOfFullFormCContact(const Contact& contact, GraphicalStyle style,
+                                                       std::u16string& noSymbol, std::u16string& ncSymbol) const {
   noSymbol.clear();
   ncSymbol.clear();
-  if (!isFullFormCContact(occurrence)) return false;
-  switch (getGraphicalStyle()) {
+  if (!contact.fullFormC) return false;
+  switch (style) {
     case GraphicalStyle1:
       noSymbol = mStyle1SymbolTextForFORMC_NO;
       ncSymbol = mStyle1SymbolTextForFORMC_NC;
@@ -38,7 +34,7 @@ bool OhmUtXrefGraphicEntity::getSymbolTextForFullFormCContact(const OhmDsCompone
       ncSymbol = mStyle2SymbolTextForFORMC_NC;
       return true;
     case GraphicalContactMap: {
-      const bool named = getContactName(occurrence.getProperty(OhmDsKeys::CONTACT), noSymbol);
+      const bool named = getContactName(contact.kind, noSymbol);
       ncSymbol = noSymbol;
       return named;
     }
@@ -47,33 +43,47 @@ bool OhmUtXrefGraphicEntity::getSymbolTextForFullFormCContact(const OhmDsCompone
   return true;
 }
 
-bool OhmUtXrefGraphicEntity::getSymbolTextForPartialFormCContact(const OhmDsComponentOcc& occurrence,
-                                                                 std::u16string& symbol) {
+bool OhmUtXrefGraphicEntity::symbolOfPartialFormCContact(const Contact& contact, GraphicalStyle style,
+                                                         std::u16string& symbol) const {
   symbol.clear();
-  if (!isPartialFormCContact(occurrence)) return false;
-  const GraphicalStyle style = getGraphicalStyle();
-  const std::u16string& contact = occurrence.getProperty(OhmDsKeys::CONTACT);
-  const bool noSide = isValidContactForRelayCoilNO(contact);
+  if (!contact.partialFormC) return false;
+  const bool noSide = contact.kind == ContactKind::NO;
   switch (style) {
     case GraphicalStyle1: symbol = noSide ? mStyle1SymbolTextForFORMC_NO : mStyle1SymbolTextForFORMC_NC; return true;
     case GraphicalStyle2: symbol = noSide ? mStyle2SymbolTextForFORMC_NO : mStyle2SymbolTextForFORMC_NC; return true;
-    case GraphicalContactMap: return getContactName(contact, symbol);
+    case GraphicalContactMap: return getContactName(contact.kind, symbol);
     case GraphicalNone: return true;
   }
   return true;
 }
 
+bool OhmUtXrefGraphicEntity::getSymbolTextForContact(const OhmDsComponentOcc& occurrence, std::u16string& symbol) {
+  init();
+  return symbolOfPlainContact(classifyContact(occurrence), getGraphicalStyle(), symbol);
+}
+
+bool OhmUtXrefGraphicEntity::getSymbolTextForFullFormCContact(const OhmDsComponentOcc& occurrence,
+                                                              std::u16string& noSymbol, std::u16string& ncSymbol) {
+  init();
+  return symbolsOfFullFormCContact(classifyContact(occurrence), getGraphicalStyle(), noSymbol, ncSymbol);
+}
+
+bool OhmUtXrefGraphicEntity::getSymbolTextForPartialFormCContact(const OhmDsComponentOcc& occurrence,
+                                                                 std::u16string& symbol) {
+  init();
+  return symbolOfPartialFormCContact(classifyContact(occurrence), getGraphicalStyle(), symbol);
+}
+
 bool OhmUtXrefGraphicEntity::getUnformattedXrefText(const OhmDsComponentOcc& occurrence, std::u16string& text) {
   text.clear();
   init();
-  TermMap termMap;
-  getCompOccTermMap(occurrence, termMap, true);
-  if (isPartialFormCContact(occurrence) || isFullFormCContact(occurrence)) return false;
-  if (!termMap.count(1) || !termMap.count(2)) return false;
+  const Contact contact = classifyContact(occurrence);
+  if (contact.partialFormC || contact.fullFormC) return false;
+  if (!termOf(contact.terms, 1) || !termOf(contact.terms, 2)) return false;
   std::u16string symbol, reference;
-  if (!getSymbolTextForContact(occurrence, symbol)) return false;
+  if (!symbolOfPlainContact(contact, getGraphicalStyle(), symbol)) return false;
   if (!generateXrefText(occurrence, reference, false)) return false;
-  text = termMap[1] + symbol + termMap[2] + reference;
+  text = trimmedTerm(contact.terms, 1) + symbol + trimmedTerm(contact.terms, 2) + reference;
   return true;
 }
 
@@ -83,14 +93,14 @@ bool OhmUtXrefGraphicEntity::getUnformattedXrefTextForFullFormCContact(const Ohm
   noText.clear();
   ncText.clear();
   init();
-  if (!isFullFormCContact(occurrence)) return false;
-  TermMap termMap;
-  getCompOccTermMap(occurrence, termMap, true);
+  const Contact contact = classifyContact(occurrence);
+  if (!contact.fullFormC) return false;
   std::u16string reference, noSymbol, ncSymbol;
   if (!generateXrefText(occurrence, reference, false)) return false;
-  if (!getSymbolTextForFullFormCContact(occurrence, noSymbol, ncSymbol)) return false;
-  noText = termMap[2] + noSymbol + termMap[1] + reference;
-  ncText = termMap[3] + ncSymbol + reference;
+  if (!symbolsOfFullFormCContact(contact, getGraphicalStyle(), noSymbol, ncSymbol)) return false;
+  const TermList& terms = contact.terms;
+  noText = trimmedTerm(terms, 2) + noSymbol + trimmedTerm(terms, 1) + reference;
+  ncText = trimmedTerm(terms, 3) + ncSymbol + reference;
   return true;
 }
 
@@ -98,15 +108,12 @@ bool OhmUtXrefGraphicEntity::getUnformattedXrefTextForPartialFormCContact(const 
                                                                           std::u16string& text) {
   text.clear();
   init();
-  if (!isPartialFormCContact(occurrence)) return false;
-  const auto [common, no, nc] = identifyPartialFormCPins(occurrence);
+  const Contact contact = classifyContact(occurrence);
+  if (!contact.partialFormC) return false;
+  const auto [common, no, nc] = identifyPartialFormCPins(contact.terms);
   std::u16string symbol, reference;
-  if (!getSymbolTextForPartialFormCContact(occurrence, symbol)) return false;
+  if (!symbolOfPartialFormCContact(contact, getGraphicalStyle(), symbol)) return false;
   if (!generateXrefText(occurrence, reference, false)) return false;
-  if (isValidContactForRelayCoilNO(occurrence.getProperty(OhmDsKeys::CONTACT))) {
-    text = no + symbol + common + reference;
-  } else {
-    text = nc + symbol + reference;
-  }
+  text = contact.kind == ContactKind::NO ? no + symbol + common + reference : nc + symbol + reference;
   return true;
 }

@@ -1,6 +1,7 @@
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
 
 #include <array>
+#include <optional>
 
 #include "ohmutils/util/OhmUtilsPaths.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
@@ -19,14 +20,6 @@ constexpr std::array<OhmUtXrefTableEntity::ColumnId, 10> kColumnOfIndex = {
     OhmUtXrefTableEntity::ColumnDwgName,   OhmUtXrefTableEntity::ColumnDwgPath,
 };
 
-
-// Copies the map's value for `key` into `value`; false without the key.
-bool copyTerm(OhmUtXrefGraphicEntity::TermMap& termMap, std::int32_t key, std::u16string& value) {
-  const auto found = termMap.find(key);
-  if (found == termMap.end()) return false;
-  value = found->second;
-  return true;
-}
 
 }  // namespace
 
@@ -104,19 +97,43 @@ std::int32_t OhmUtXrefTableEntity::getVisibleColumnIndex(ColumnId column) {
 
 // --- cell values ----------------------------------------------------------------
 
+bool OhmUtXrefTableEntity::copyTermOf(const TermList& terms, std::int32_t number, std::u16string& value) {
+  const std::u16string* term = termOf(terms, number);
+  if (term) value = *term;
+  return term != nullptr;
+}
+
 bool OhmUtXrefTableEntity::getTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column,
                                              std::u16string& value) {
+  // Only the symbol depends on what initialisation reads (the pin list's triples).
+  if (column == ColumnSymbol) init();
+  return cellValue(occurrence, classifyContact(occurrence), getGraphicalStyle(), column, value);
+}
+
+bool OhmUtXrefTableEntity::getFullFormCTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column,
+                                                      std::u16string& noValue, std::u16string& ncValue) {
+  init();
+  return fullFormCCellValues(classifyContact(occurrence), getGraphicalStyle(), column, noValue, ncValue);
+}
+
+bool OhmUtXrefTableEntity::getPartialFormCTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column,
+                                                         std::u16string& value) {
+  init();
+  return partialFormCCellValue(classifyContact(occurrence), getGraphicalStyle(), column, value);
+}
+
+bool OhmUtXrefTableEntity::cellValue(const OhmDsComponentOcc& occurrence, const Contact& contact, GraphicalStyle style,
+                                     ColumnId column, std::u16string& value) const {
   value.clear();
-  TermMap termMap;
-  getCompOccTermMap(occurrence, termMap, false);
+  auto copyTerm = [&contact](std::int32_t number, std::u16string& out) { return copyTermOf(contact.terms, number, out); };
   switch (column) {
-    case ColumnTerm1: return copyTerm(termMap, 1, value);
-    case ColumnTerm2: return copyTerm(termMap, 2, value);
+    case ColumnTerm1: return copyTerm( 1, value);
+    case ColumnTerm2: return copyTerm( 2, value);
     case ColumnReference: generateXrefText(occurrence, value, false); return true;
     case ColumnSymbol: {
-      const bool found = getSymbolTextForContact(occurrence, value);
+      const bool found = symbolOfPlainContact(contact, style, value);
       // A contact-map cell is never empty, so that a table shows it was filled.
-      if (value.empty() && getGraphicalStyle() == GraphicalContactMap) value.assign(1, u' ');
+      if (value.empty() && style == GraphicalContactMap) value.assign(1, u' ');
       return found;
     }
     case ColumnSheet: value = ohm_internal::lookupProperty(occurrence.mSheetProperties, OhmDsKeys::SHEET); return true;
@@ -133,32 +150,32 @@ bool OhmUtXrefTableEntity::getTableCellValue(const OhmDsComponentOcc& occurrence
   }
 }
 
-bool OhmUtXrefTableEntity::getFullFormCTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column,
-                                                      std::u16string& noValue, std::u16string& ncValue) {
+bool OhmUtXrefTableEntity::fullFormCCellValues(const Contact& contact, GraphicalStyle style, ColumnId column,
+                                               std::u16string& noValue, std::u16string& ncValue) const {
   noValue.clear();
   ncValue.clear();
-  if (!isFullFormCContact(occurrence)) return false;
-  TermMap termMap;
-  getCompOccTermMap(occurrence, termMap, false);
+  if (!contact.fullFormC) return false;
+  auto copyTerm = [&contact](std::int32_t number, std::u16string& out) { return copyTermOf(contact.terms, number, out); };
   switch (column) {
-    case ColumnTerm1: return copyTerm(termMap, 2, noValue) && copyTerm(termMap, 3, ncValue);
-    case ColumnTerm2: return copyTerm(termMap, 1, noValue) && copyTerm(termMap, 1, ncValue);
-    case ColumnSymbol: return getSymbolTextForFullFormCContact(occurrence, noValue, ncValue);
+    case ColumnTerm1: return copyTerm( 2, noValue) && copyTerm( 3, ncValue);
+    case ColumnTerm2: return copyTerm( 1, noValue) && copyTerm( 1, ncValue);
+    case ColumnSymbol: return symbolsOfFullFormCContact(contact, style, noValue, ncValue);
     default: return false;
   }
 }
 
-bool OhmUtXrefTableEntity::getPartialFormCTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column,
-                                                         std::u16string& value) {
+bool OhmUtXrefTableEntity::partialFormCCellValue(const Contact& contact, GraphicalStyle style, ColumnId column,
+                                                 std::u16string& value) const {
   value.clear();
-  if (!isPartialFormCContact(occurrence)) return false;
-  const auto [common, no, nc] = identifyPartialFormCPins(occurrence);
+  if (!contact.partialFormC) return false;
   switch (column) {
-    case ColumnTerm1:
-      value = isValidContactForRelayCoilNO(occurrence.getProperty(OhmDsKeys::CONTACT)) ? no : nc;
+    case ColumnTerm1: {
+      const auto [common, no, nc] = identifyPartialFormCPins(contact.terms);
+      value = contact.kind == ContactKind::NO ? no : nc;
       return true;
-    case ColumnTerm2: value = common; return true;
-    case ColumnSymbol: return getSymbolTextForPartialFormCContact(occurrence, value);
+    }
+    case ColumnTerm2: value = std::get<0>(identifyPartialFormCPins(contact.terms)); return true;
+    case ColumnSymbol: return symbolOfPartialFormCContact(contact, style, value);
     default: return false;
   }
 }
@@ -166,6 +183,10 @@ bool OhmUtXrefTableEntity::getPartialFormCTableCellValue(const OhmDsComponentOcc
 // --- row matching -----------------------------------------------------------------
 
 bool OhmUtXrefTableEntity::isColumnApplicableToRowCheck(ColumnId column) const {
+  return isColumnApplicableToRowCheck(column, getGraphicalStyle());
+}
+
+bool OhmUtXrefTableEntity::isColumnApplicableToRowCheck(ColumnId column, GraphicalStyle style) {
   switch (column) {
     case ColumnTerm1:
     case ColumnTerm2:
@@ -174,32 +195,38 @@ bool OhmUtXrefTableEntity::isColumnApplicableToRowCheck(ColumnId column) const {
     case ColumnSheetDwgName:
     case ColumnDwgName:
     case ColumnDwgPath: return true;
-    case ColumnSymbol: return getGraphicalStyle() != GraphicalNone;
+    case ColumnSymbol: return style != GraphicalNone;
     default: return false;
   }
 }
 
-bool OhmUtXrefTableEntity::isCellMatching(const OhmDsComponentOcc& occurrence, ColumnId column,
-                                          const std::u16string& cell) {
-  std::u16string value;
-  if (ohm_internal::isContactColumn(column) && isPartialFormCContact(occurrence)) {
-    return getPartialFormCTableCellValue(occurrence, column, value) && cell == value;
-  }
-  if (ohm_internal::isContactColumn(column) && isFullFormCContact(occurrence)) {
+bool OhmUtXrefTableEntity::isCellMatching(const OhmDsComponentOcc& occurrence, const Contact& contact,
+                                          GraphicalStyle style, ColumnId column, const std::u16string& cell,
+                                          std::u16string& scratch) const {
+  if (ohm_internal::isContactColumn(column) && contact.partialFormC)
+    return partialFormCCellValue(contact, style, column, scratch) && cell == scratch;
+  if (ohm_internal::isContactColumn(column) && contact.fullFormC) {
     std::u16string ncValue;
-    return getFullFormCTableCellValue(occurrence, column, value, ncValue) && (cell == value || cell == ncValue);
+    return fullFormCCellValues(contact, style, column, scratch, ncValue) && (cell == scratch || cell == ncValue);
   }
-  return getTableCellValue(occurrence, column, value) && cell == value;
+  return cellValue(occurrence, contact, style, column, scratch) && cell == scratch;
 }
 
 bool OhmUtXrefTableEntity::isCompOccMatchingRow(const OhmDsComponentOcc& occurrence,
                                                 const std::vector<std::u16string>& cells) {
   init();
   if (cells.size() != mVisColumnIdMap.size()) return false;
+  const GraphicalStyle style = getGraphicalStyle();
+  // Classified only when a cell needs it, which leaves a row of a wrong shape
+  // as cheap as before; a TERMCODE that is no number throws from here.
+  std::optional<Contact> contact;
+  std::u16string scratch;
   for (const auto& [column, position] : mVisColumnIdMap) {
     if (position < 0 || static_cast<std::size_t>(position) >= cells.size()) return false;
-    if (!isColumnApplicableToRowCheck(column)) continue;
-    if (!isCellMatching(occurrence, column, cells[static_cast<std::size_t>(position)])) return false;
+    if (!isColumnApplicableToRowCheck(column, style)) continue;
+    if (!contact) contact = classifyContact(occurrence);
+    if (!isCellMatching(occurrence, *contact, style, column, cells[static_cast<std::size_t>(position)], scratch))
+      return false;
   }
   return true;
 }

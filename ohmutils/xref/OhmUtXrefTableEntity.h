@@ -14,7 +14,9 @@
 // come from an untrimmed term map, partial Form C cells from the trimmed pins
 // of its triple. Comparisons with row cells are exact, unit by unit.
 //
-// Thread safety: one thread at a time, with its option set.
+// Thread safety: one object, with its option set, by one thread at a time.
+// Operations on distinct objects with distinct option sets may run on several
+// threads at once.
 #pragma once
 
 #include <cstdint>
@@ -82,10 +84,22 @@ class OHMUTILS_EXPORT OhmUtXrefTableEntity : public OhmUtXrefGraphicEntity {
                                   std::u16string& ncValue);
   // The terminal and symbol cells of a partial Form C contact; false otherwise.
   bool getPartialFormCTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column, std::u16string& value);
+  // Copies the terminal's text into `value`; false (value untouched) without it.
+  static bool copyTermOf(const TermList& terms, std::int32_t number, std::u16string& value);
+  // The three above from a classified contact and the style read once.
+  bool cellValue(const OhmDsComponentOcc& occurrence, const Contact& contact, GraphicalStyle style, ColumnId column,
+                 std::u16string& value) const;
+  bool fullFormCCellValues(const Contact& contact, GraphicalStyle style, ColumnId column, std::u16string& noValue,
+                           std::u16string& ncValue) const;
+  bool partialFormCCellValue(const Contact& contact, GraphicalStyle style, ColumnId column,
+                             std::u16string& value) const;
   // Whether the column takes part in row matching.
   bool isColumnApplicableToRowCheck(ColumnId column) const;
-  // Whether one applicable cell holds the occurrence's value for its column.
-  bool isCellMatching(const OhmDsComponentOcc& occurrence, ColumnId column, const std::u16string& cell);
+  static bool isColumnApplicableToRowCheck(ColumnId column, GraphicalStyle style);
+  // Whether one applicable cell holds the occurrence's value for its column;
+  // `scratch` is working space.
+  bool isCellMatching(const OhmDsComponentOcc& occurrence, const Contact& contact, GraphicalStyle style,
+                      ColumnId column, const std::u16string& cell, std::u16string& scratch) const;
 
   VisColumnIdMap mVisColumnIdMap;
 

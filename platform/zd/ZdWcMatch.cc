@@ -2,9 +2,6 @@
 
 #include <unicode/uchar.h>
 
-#include <string_view>
-
-
 namespace {
 
 char16_t foldBeyondAscii(char16_t unit) {
@@ -24,44 +21,47 @@ bool unitMatches(char16_t patternUnit, char16_t textUnit, bool ignoreCase) {
   switch (patternUnit) {
     case u'?': return true;
     case u'#': return textUnit >= u'0' && textUnit <= u'9';
-    default: return fold(patternUnit, ignoreCase) == fold(textUnit, ignoreCase);
+    default: return patternUnit == textUnit || fold(patternUnit, ignoreCase) == fold(textUnit, ignoreCase);
   }
 }
 
-// One alternative against the whole text. Greedy, with a return to the last
+// An alternative ends at ',' or at the end of the pattern.
+inline bool endsAlternative(char16_t unit) { return unit == u'\0' || unit == u','; }
+
+// The alternative at `pattern` against the whole of `text`, both read in
+// place, without measuring either first. Greedy, with a return to the last
 // '*' on a mismatch: each '*' resumes at most once per text position, so the
 // time is bounded by text times pattern.
-bool alternativeMatches(std::u16string_view text, std::u16string_view pattern, bool ignoreCase) {
-  std::size_t t = 0, p = 0;
-  std::size_t starP = std::u16string_view::npos, starT = 0;
-  while (t < text.size()) {
-    if (p < pattern.size() && pattern[p] == u'*') {
+bool alternativeMatches(const char16_t* text, const char16_t* pattern, bool ignoreCase) {
+  const char16_t* t = text;
+  const char16_t* p = pattern;
+  const char16_t* starP = nullptr;
+  const char16_t* starT = nullptr;
+  while (*t) {
+    if (*p == u'*') {
       starP = p++;
       starT = t;
-    } else if (p < pattern.size() && unitMatches(pattern[p], text[t], ignoreCase)) {
+    } else if (!endsAlternative(*p) && unitMatches(*p, *t, ignoreCase)) {
       ++p;
       ++t;
-    } else if (starP != std::u16string_view::npos) {
+    } else if (starP) {
       p = starP + 1;
       t = ++starT;
     } else {
       return false;
     }
   }
-  while (p < pattern.size() && pattern[p] == u'*') ++p;
-  return p == pattern.size();
+  while (*p == u'*') ++p;
+  return endsAlternative(*p);
 }
 
 }  // namespace
 
 bool zdutWcMatchEx(const char16_t* text, const char16_t* pattern, bool ignoreCase) {
   if (!text || !pattern) return false;
-  const std::u16string_view subject(text);
-  std::u16string_view rest(pattern);
-  for (;;) {
-    const std::size_t comma = rest.find(u',');
-    if (alternativeMatches(subject, rest.substr(0, comma), ignoreCase)) return true;
-    if (comma == std::u16string_view::npos) return false;
-    rest.remove_prefix(comma + 1);
+  for (const char16_t* alternative = pattern;; ++alternative) {
+    if (alternativeMatches(text, alternative, ignoreCase)) return true;
+    while (!endsAlternative(*alternative)) ++alternative;
+    if (*alternative == u'\0') return false;
   }
 }
