@@ -329,7 +329,9 @@ TEST_P(DxfRoundTripTest, KeepsWhatTheReaderKeeps) {
 
 std::vector<RoundTripCase> roundTripCases() {
   std::vector<RoundTripCase> cases;
-  for (const char* file : {"r12.dxf", "ac1015_ansi.dxf", "ac1032_utf8.dxf", "layouts_crlf.dxf"})
+  // The fixtures, and the relay example's drawings as the tool's tests use them.
+  for (const char* file : {"r12.dxf", "ac1015_ansi.dxf", "ac1032_utf8.dxf", "layouts_crlf.dxf",
+                           "../../../examples/relay/CTRL01.dxf", "../../../examples/relay/CTRL02.dxf"})
     for (const char* version : {"AC1009", "AC1015", "AC1018", "AC1032"}) cases.push_back({file, version});
   return cases;
 }
