@@ -784,6 +784,10 @@ Zeda::ErrorStatus readDxfDrawingText(std::string text, ZdDbDatabase& database, c
     out.problem = "a binary DXF file, not an ASCII one";
     return Zeda::eBadDxfFile;
   }
+  // A damaged file may stop in the middle of a line; that line ends, so that
+  // what is kept of the last record read is whole lines, which a drawing
+  // written from it can be followed by. A whole file ends with EOF instead.
+  if (options.recover && !text.empty() && text.back() != '\n') text.push_back('\n');
   ZdDbDatabase loaded(false, true);
   const std::string& kept = loaded.keepSourceText(std::move(text));
   if (kept.find_first_not_of(" \t\r\n") == std::string::npos) {

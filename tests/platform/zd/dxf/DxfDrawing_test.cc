@@ -664,6 +664,13 @@ const std::string kDamaged = dxf({"0", "SECTION", "2", "TABLES", "0", "LAYER", "
 const std::string kClassesCut = dxf({"0", "SECTION", "2", "HEADER", "9", "$ACADVER", "1", "AC1015", "0", "ENDSEC", "0",
                                      "SECTION", "2", "CLASSES", "0", "CLASS", "1", "WIDGET", "2", "AcDbWidget", "0",
                                      "CLASS", "1", "GADGET", "x5", "oops", "0", "ENDSEC", "0", "EOF"});
+// A file that stops in the middle of a line, in its classes.
+const std::string kClassesCutMidLine = [] {
+  std::string text = dxf({"0", "SECTION", "2", "HEADER", "9", "$ACADVER", "1", "AC1015", "0", "ENDSEC", "0", "SECTION",
+                          "2", "CLASSES", "0", "CLASS", "1", "WIDGET", "2", "AcDb"});
+  text.pop_back();
+  return text;
+}();
 
 std::vector<DrawingCase> drawingCases() {
   const std::vector<std::string> tabs{"layout Model tab 0 *Model_Space", "layout Layout1 tab 1 *Paper_Space"};
@@ -696,6 +703,9 @@ std::vector<DrawingCase> drawingCases() {
        {"25: the rest of the file dropped (group code expected)", "25: ENDSEC of section CLASSES added",
         "25: EOF added"},
        "25: group code expected"},
+      {"file cut in the middle of a line recovered", kClassesCutMidLine, true,
+       withTabs({"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space"}),
+       {"21: ENDSEC of section CLASSES added", "21: EOF added"}, "21: ENDSEC of section CLASSES expected"},
   };
 }
 
