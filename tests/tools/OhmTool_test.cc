@@ -151,6 +151,7 @@ TEST(OhmTool, ExitStatusesAndMessages) {
       {"MINSERT of a derived class", {"classify", folder.posix("minsert.dxf")}, 0, "A2\tmodel\tK\tUnknown\n", ""},
       {"MINSERT found by the block query", {"classify", folder.posix("minsert.dxf"), "--kind", "0"}, 0, "A2\t", ""},
       {"xdata of a name alone", {"classify", folder.posix("minsert.dxf")}, 0, "A3\tmodel\tK\tFP\n", ""},
+      {"xdata of a name alone kept", {"xdata", folder.posix("minsert.dxf"), "A3"}, 0, "1001\tKVA_WD_FP\n", ""},
       {"undefined block", {"classify", folder.posix("cut.dxf"), "--recover"}, 0, "",
        "warning: block \"NOWHERE\" is referred to but never defined"},
       {"bad kind", {"classify", ctrl01, "--kind", "Coil"}, 2, "", "\"Coil\" is no kind"},

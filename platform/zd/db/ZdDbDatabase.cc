@@ -324,14 +324,14 @@ ZdDbDatabase::Slab& ZdDbDatabase::slabWithRoom() {
 
 ZdDbObjectId ZdDbDatabase::addObject(std::unique_ptr<ZdDbObject> object, ZdDbObjectId owner, ZdDbHandle handle) {
   Slab& slab = slabWithRoom();
-  if (handle.isNull() || mHandles.count(handle)) handle = ZdDbHandle(mNextHandle);
+  if (handle.isNull() || mHandles->ids.count(handle)) handle = ZdDbHandle(mNextHandle);
   mNextHandle = std::max(mNextHandle, handle.value() + 1);
   const ZdDbObjectId id((slab.index << kSlabBits) + slab.used + 1);
   object->mDatabase = this;
   object->mId = id;
   object->mHandle = handle;
   object->mOwner = owner;
-  mHandles.emplace(handle, id);
+  mHandles->ids.emplace(handle, id);
   slab.objects[slab.used++] = std::move(object);
   return id;
 }
@@ -358,23 +358,23 @@ bool ZdDbDatabase::setObjectHandle(ZdDbObjectId id, ZdDbHandle handle) {
   ZdDbObject* object = objectAt(id);
   if (!object || handle.isNull()) return false;
   if (object->mHandle == handle) return true;
-  mHandles.erase(object->mHandle);
+  mHandles->ids.erase(object->mHandle);
   mNextHandle = std::max(mNextHandle, handle.value() + 1);
-  const auto holder = mHandles.find(handle);
-  if (holder != mHandles.end()) {
+  const auto holder = mHandles->ids.find(handle);
+  if (holder != mHandles->ids.end()) {
     ZdDbObject* other = objectAt(holder->second);
     other->mHandle = ZdDbHandle(mNextHandle++);
-    mHandles[other->mHandle] = other->mId;
+    mHandles->ids[other->mHandle] = other->mId;
   }
   object->mHandle = handle;
-  mHandles[handle] = id;
+  mHandles->ids[handle] = id;
   return true;
 }
 
 void ZdDbDatabase::swapContents(ZdDbDatabase& other) noexcept {
   std::swap(mSlabs, other.mSlabs);
   std::swap(mSlabByIndex, other.mSlabByIndex);
-  std::swap(mHandles, other.mHandles);
+  mHandles.swap(other.mHandles);
   std::swap(mBlocks, other.mBlocks);
   std::swap(mModelSpace, other.mModelSpace);
   std::swap(mPaperSpace, other.mPaperSpace);
@@ -404,8 +404,8 @@ const std::string& ZdDbDatabase::keepSourceText(std::string text) {
 }
 
 ZdDbObjectId ZdDbDatabase::getObjectId(ZdDbHandle handle) const {
-  const auto it = mHandles.find(handle);
-  return it == mHandles.end() ? ZdDbObjectId() : it->second;
+  const auto it = mHandles->ids.find(handle);
+  return it == mHandles->ids.end() ? ZdDbObjectId() : it->second;
 }
 
 ZdDbObject* ZdDbDatabase::objectAt(ZdDbObjectId id) const {

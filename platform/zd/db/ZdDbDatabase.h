@@ -14,6 +14,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <memory_resource>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -92,7 +93,7 @@ class ZdDbDatabase {
   KeptDxfParts& keptDxfParts() noexcept { return mKeptDxfParts; }
   const KeptDxfParts& keptDxfParts() const noexcept { return mKeptDxfParts; }
   // Makes room for `count` objects in all, so that adding them does not rehash.
-  void reserveObjects(std::size_t count) { mHandles.reserve(count); }
+  void reserveObjects(std::size_t count) { mHandles->ids.reserve(count); }
 
   // The block table, opened in `mode`: the status of zddbOpenObject.
   Zeda::ErrorStatus getSymbolTable(ZdDbBlockTable*& table, ZdDb::OpenMode mode) const;
@@ -137,7 +138,14 @@ class ZdDbDatabase {
   Slab& slabWithRoom();
   std::vector<std::unique_ptr<Slab>> mSlabs;
   std::unordered_map<std::uint64_t, Slab*> mSlabByIndex;
-  std::unordered_map<ZdDbHandle, ZdDbObjectId, HandleHash> mHandles;
+  // Each handle to its object's id. The nodes come from a pool of the
+  // table's own, so a drawing's table goes in a few large frees, not one
+  // free per object; on the heap, so that swapping contents swaps the pool too.
+  struct HandleTable {
+    std::pmr::unsynchronized_pool_resource pool;
+    std::pmr::unordered_map<ZdDbHandle, ZdDbObjectId, HandleHash> ids{&pool};
+  };
+  std::unique_ptr<HandleTable> mHandles = std::make_unique<HandleTable>();
   std::vector<ZdDbObjectId> mBlocks;
   ZdDbObjectId mModelSpace;
   ZdDbObjectId mPaperSpace;

@@ -55,6 +55,8 @@ class RecordReader {
   int problemLine() const noexcept { return mTags.problemLine(); }
   // The line after the last record read.
   int endLine() const noexcept { return mEndLine; }
+  // Where the last record read ends in the text: before a tag fault, never after it.
+  std::size_t endOffset() const noexcept { return mEndOffset; }
 
   void advance() {
     mCurrent.tags.clear();
@@ -85,6 +87,7 @@ class RecordReader {
       if (!mHasNext && mTags.problem().empty()) end = mTags.offset();
     }
     mCurrent.body = text.substr(begin, end - begin);
+    mEndOffset = end;
   }
 
  private:
@@ -94,6 +97,7 @@ class RecordReader {
   bool mAtEnd = false;
   Record mCurrent;
   int mEndLine = 1;
+  std::size_t mEndOffset = 0;
 };
 
 // The fields of an entity that the database keeps.
@@ -280,9 +284,10 @@ class DxfLoader {
 
   ZdDbDatabase::KeptDxfParts& keptParts() { return mDatabase.keptDxfParts(); }
 
-  // Where the records of a section that started at `start` end: at the record the reader stands on.
+  // Where the records of a section that started at `start` end: at the
+  // record the reader stands on, or where the last one read ended.
   std::size_t classesEnd(const char* start) const {
-    if (mRecords.atEnd()) return static_cast<std::size_t>(mText.data() + mText.size() - start);
+    if (mRecords.atEnd()) return static_cast<std::size_t>(mText.data() + mRecords.endOffset() - start);
     return static_cast<std::size_t>(codeLineOf(current().type.data(), mText) - start);
   }
 
@@ -393,7 +398,7 @@ class DxfLoader {
     if (record.type != "BLOCK_RECORD") return fail(record.line, "BLOCK_RECORD expected, not " + quoted(record.type)), false;
     EntityFields fields;
     if (!readEntityFields(record.tags, fields, false)) return false;
-    if (!fields.name) return fail(record.line, "block name (group 2) expected"), false;
+    if (!fields.name || fields.name->empty()) return fail(record.line, "block name (group 2) expected"), false;
     mDatabase.objectAt(defineBlock(*fields.name, fields.handle))->setKeptDxfGroups(record.body);
     return true;
   }
@@ -779,6 +784,10 @@ Zeda::ErrorStatus readDxfDrawingText(std::string text, ZdDbDatabase& database, c
     out.problem = "a binary DXF file, not an ASCII one";
     return Zeda::eBadDxfFile;
   }
+  // A damaged file may stop in the middle of a line; that line ends, so that
+  // what is kept of the last record read is whole lines, which a drawing
+  // written from it can be followed by. A whole file ends with EOF instead.
+  if (options.recover && !text.empty() && text.back() != '\n') text.push_back('\n');
   ZdDbDatabase loaded(false, true);
   const std::string& kept = loaded.keepSourceText(std::move(text));
   if (kept.find_first_not_of(" \t\r\n") == std::string::npos) {

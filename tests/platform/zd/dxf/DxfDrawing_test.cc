@@ -329,7 +329,9 @@ TEST_P(DxfRoundTripTest, KeepsWhatTheReaderKeeps) {
 
 std::vector<RoundTripCase> roundTripCases() {
   std::vector<RoundTripCase> cases;
-  for (const char* file : {"r12.dxf", "ac1015_ansi.dxf", "ac1032_utf8.dxf", "layouts_crlf.dxf"})
+  // The fixtures, and the relay example's drawings as the tool's tests use them.
+  for (const char* file : {"r12.dxf", "ac1015_ansi.dxf", "ac1032_utf8.dxf", "layouts_crlf.dxf",
+                           "../../../examples/relay/CTRL01.dxf", "../../../examples/relay/CTRL02.dxf"})
     for (const char* version : {"AC1009", "AC1015", "AC1018", "AC1032"}) cases.push_back({file, version});
   return cases;
 }
@@ -499,6 +501,11 @@ std::vector<MalformedCase> malformedCases() {
       {"table without its head", replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n", "  0\nSECTION\n  2\nTABLES\n"
                                            "  0\nLAYER\n  2\n0\n  0\nENDTAB\n  0\nENDSEC\n  0\nSECTION\n  2\nENTITIES\n"),
        Zeda::eBadDxfFile, "15: TABLE expected, not \"LAYER\""},
+      {"block record without a name",
+       replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n", "  0\nSECTION\n  2\nTABLES\n  0\nTABLE\n  2\nBLOCK_RECORD\n"
+                                                         "  0\nBLOCK_RECORD\n  2\n\n  0\nENDTAB\n  0\nENDSEC\n"
+                                                         "  0\nSECTION\n  2\nENTITIES\n"),
+       Zeda::eBadDxfFile, "19: block name (group 2) expected"},
       {"block without ENDBLK",
        replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n", "  0\nSECTION\n  2\nBLOCKS\n  0\nBLOCK\n  2\nX\n  0\nENDSEC\n"
                                                          "  0\nSECTION\n  2\nENTITIES\n"),
@@ -627,6 +634,7 @@ struct DrawingCase {
   bool recover;
   std::vector<std::string> expected;  // without handles
   std::vector<std::string> repairs;
+  std::string refusal = "";  // "LINE: what was expected" without recover mode; when recovering
 };
 
 std::string dxf(std::initializer_list<const char*> lines) {
@@ -652,6 +660,17 @@ const std::string kDamaged = dxf({"0", "SECTION", "2", "TABLES", "0", "LAYER", "
                                   "2", "BLOCKS", "0", "BLOCK", "2", "B", "0", "LINE", "8", "0", "0", "ENDSEC", "0",
                                   "SECTION", "2", "ENTITIES", "0", "INSERT", "2", "B", "0", "ATTRIB", "2", "T", "1",
                                   "v", "0", "CIRCLE", "8", "0", "x1", "oops"});
+// A bad group code cuts the classes short: what is kept of them ends before it.
+const std::string kClassesCut = dxf({"0", "SECTION", "2", "HEADER", "9", "$ACADVER", "1", "AC1015", "0", "ENDSEC", "0",
+                                     "SECTION", "2", "CLASSES", "0", "CLASS", "1", "WIDGET", "2", "AcDbWidget", "0",
+                                     "CLASS", "1", "GADGET", "x5", "oops", "0", "ENDSEC", "0", "EOF"});
+// A file that stops in the middle of a line, in its classes.
+const std::string kClassesCutMidLine = [] {
+  std::string text = dxf({"0", "SECTION", "2", "HEADER", "9", "$ACADVER", "1", "AC1015", "0", "ENDSEC", "0", "SECTION",
+                          "2", "CLASSES", "0", "CLASS", "1", "WIDGET", "2", "AcDb"});
+  text.pop_back();
+  return text;
+}();
 
 std::vector<DrawingCase> drawingCases() {
   const std::vector<std::string> tabs{"layout Model tab 0 *Model_Space", "layout Layout1 tab 1 *Paper_Space"};
@@ -677,7 +696,16 @@ std::vector<DrawingCase> drawingCases() {
                  "  ZdDbLine layer=0"}),
        {"5: TABLE head added before \"LAYER\"", "11: ENDSEC of section TABLES added", "23: ENDBLK of block \"B\" added",
         "39: SEQEND added after the attributes", "43: the rest of the file dropped (group code expected)",
-        "43: ENDSEC of section ENTITIES added", "43: EOF added"}},
+        "43: ENDSEC of section ENTITIES added", "43: EOF added"},
+       "5: TABLE expected, not \"LAYER\""},
+      {"classes cut short recovered", kClassesCut, true,
+       withTabs({"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space"}),
+       {"25: the rest of the file dropped (group code expected)", "25: ENDSEC of section CLASSES added",
+        "25: EOF added"},
+       "25: group code expected"},
+      {"file cut in the middle of a line recovered", kClassesCutMidLine, true,
+       withTabs({"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space"}),
+       {"21: ENDSEC of section CLASSES added", "21: EOF added"}, "21: ENDSEC of section CLASSES expected"},
   };
 }
 
@@ -691,7 +719,7 @@ TEST_P(DxfDrawingCaseTest, ReadsWhatTheFileSaysAndWritesItBack) {
   DxfReadReport report;
   if (c.recover) {  // refused without recover mode, at the first damage
     EXPECT_EQ(readDxfDrawing(c.text, db, {}, &report), Zeda::eBadDxfFile);
-    EXPECT_EQ(std::to_string(report.line) + ": " + report.problem, "5: TABLE expected, not \"LAYER\"");
+    EXPECT_EQ(std::to_string(report.line) + ": " + report.problem, c.refusal);
   }
   ASSERT_EQ(readDxfDrawing(c.text, db, {c.recover}, &report), Zeda::eOk) << report.line << ": " << report.problem;
   const Shown noHandles{false, false, true};
