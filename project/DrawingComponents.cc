@@ -155,6 +155,7 @@ void AddContact(const ZdDbDatabase& database, const ZdDbBlockReference& referenc
   const std::u16string* kind = Find(attributes, conventions.kindAttribute);
   contact.kind = UpperAscii(kind && !kind->empty() ? *kind : KindOfBlockName(contact.blockName));
   if (contact.kind == u"NCNO") contact.kind = u"NONC";
+  contact.occurrenceType = conventions.occurrenceType;
   contact.place = PlaceOf(reference, attributes, sheet, conventions);
   contact.pins = PinsOf(attributes, conventions.pinPrefix);
   if (const std::u16string* xref = Find(attributes, u"XREF")) contact.xref = *xref;

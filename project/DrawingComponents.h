@@ -45,6 +45,7 @@ struct ContactSymbol {
   std::u16string coilTag;
   std::u16string blockName;
   std::u16string kind;               // the CONTACT value: "NO", "NC", "NONC"; empty when unknown
+  std::int32_t occurrenceType = 0;   // the record's mType, from the conventions
   SymbolPlace place;
   std::vector<std::pair<std::u16string, std::u16string>> pins;  // TERMCODE, TERM
   std::optional<std::u16string> xref;  // the value of its XREF attribute, when it has one

@@ -33,6 +33,7 @@ struct ProjectConventions {
   // the number is the pin's TERMCODE, the value its TERM.
   std::u16string pinPrefix = u"TERM";
   LineGrid grid;
-  // The occurrence class the records of contacts carry.
+  // The occurrence class (mType) the records of contacts carry; a plain XREF
+  // tag takes 4, 8, 16, 32 and 64 only.
   std::int32_t occurrenceType = 8;
 };

@@ -49,7 +49,7 @@ bool KnownKind(const std::u16string& kind) { return kind == u"NO" || kind == u"N
 // built where they stay: they copy member by member and have no move.
 void FillOccurrence(OhmDsComponentOcc& occ, const ContactSymbol& contact, const DrawingComponents& drawing,
                     const Placed& placed) {
-  occ.mType = 8;
+  occ.mType = contact.occurrenceType;
   occ.mOccID.mDwgPath = drawing.path;
   occ.mProperties[u"CONTACT"] = contact.kind;
   occ.mProperties[u"REF"] = placed.reference;
@@ -212,6 +212,8 @@ class Planner {
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const ContactSymbol& contact : mDrawings[d].contacts) planContactXref(d, contact);
     }
+    std::stable_sort(mPlan.changes.begin(), mPlan.changes.end(),
+                     [](const AttributeChange& a, const AttributeChange& b) { return a.drawing < b.drawing; });
     return std::move(mPlan);
   }
 

@@ -58,7 +58,7 @@ struct ProjectProblem {
 };
 
 struct UpdatePlan {
-  std::vector<AttributeChange> changes;  // in drawing order, then entity order
+  std::vector<AttributeChange> changes;  // by drawing in project order; in each, coils' then contacts'
   std::vector<CoilPlan> coils;
   std::vector<ProjectProblem> problems;
 };

@@ -100,6 +100,62 @@ TEST(ProjectUpdate, ReadingOnSeveralThreadsGivesTheSameRecordsInProjectOrder) {
   }
 }
 
+struct ConventionCase {
+  const char* name;
+  void (*change)(ProjectConventions&);
+  std::vector<std::pair<std::string, std::string>> contact;  // its attributes besides TAG2
+  std::string coilXref;                                      // the coil's new XREF
+  std::size_t problems;
+};
+
+void Defaults(ProjectConventions&) {}
+
+// One coil and one HNO1 contact at y = -9: each convention moves what the coil shows.
+TEST(ProjectUpdate, EachConventionTakesItsPartOfTheContactRecord) {
+  const std::vector<std::pair<std::string, std::string>> pins = {{"TERM01", "13"}, {"TERM02", "14"}};
+  const ConventionCase cases[] = {
+      {"line 9 of the default grid", Defaults, pins, " 1.109", 0},
+      {"a grid from 10 by 5, first line 1",
+       [](ProjectConventions& c) { c.grid = {10.0, 5.0, 1}; }, pins, " 1.104", 0},
+      {"a reference attribute", [](ProjectConventions& c) { c.referenceAttribute = u"LOC"; },
+       {{"LOC", "777"}, {"REF", "555"}, {"TERM01", "1"}}, " 1.777", 0},
+      {"the kind attribute over the block name", Defaults, {{"CONTACT", "nc"}, {"TERM01", "1"}}, "%%u 1.109%%u", 0},
+      {"another kind attribute", [](ProjectConventions& c) { c.kindAttribute = u"KIND"; },
+       {{"KIND", "NC"}, {"CONTACT", "NO"}, {"TERM01", "1"}}, "%%u 1.109%%u", 0},
+      {"another pin prefix", [](ProjectConventions& c) { c.pinPrefix = u"PIN"; }, {{"PIN1", "13"}}, " 1.109", 0},
+      {"pins not by the prefix", Defaults, {{"PIN1", "13"}, {"TERM", "13"}, {"TERMX", "14"}}, "(unchanged)", 1},
+      {"a class that a plain XREF refuses", [](ProjectConventions& c) { c.occurrenceType = 12; }, pins,
+       "(unchanged)", 0},
+  };
+  for (const ConventionCase& c : cases) {
+    SCOPED_TRACE(c.name);
+    TempFolder folder;
+    std::vector<std::pair<std::string, std::string>> contact = {{"TAG2", "K1"}};
+    contact.insert(contact.end(), c.contact.begin(), c.contact.end());
+    folder.makeFile("S1.dxf", DxfSnippet("AC1009", "", {{"A1", "HCR1", -2.5, {{"TAG1", "K1"}, {"XREF", ""}}},
+                                                        {"A2", "HNO1", -9.0, contact}}));
+    ProjectDescription project = DescribeFolder(folder.posix());
+    c.change(project.conventions);
+    const ProjectUpdateResult result = UpdateProject(project, {});
+    EXPECT_EQ(Value(result, 0xA1, u"XREF"), c.coilXref);
+    EXPECT_EQ(result.plan.problems.size(), c.problems);
+  }
+}
+
+TEST(UpdateReport, NamesAreEscapedAndEveryContactHasItsRow) {
+  TempFolder folder;
+  const ProjectUpdateResult result =
+      Plan(folder, {DxfSnippet("AC1009", "", {{"A1", "HCR1", -1, {{"TAG1", "K<1>&"}, {"XREF", ""}}},
+                                              {"A2", "HNC1", -3, {{"TAG2", "K<1>&"}, {"TERM01", "1"}}},
+                                              {"A3", "HNO1", -4, {{"TAG2", "K<1>&"}, {"TERM01", "1"}}},
+                                              {"A4", "HNO1", -5, {{"TAG2", "nowhere"}, {"TERM01", "1"}}}})});
+  const std::string html = HtmlReport(result);
+  const char* wanted[] = {"<h2>K&lt;1&gt;&amp;</h2>", "<td>103</td><td>NC</td>", "<td>104</td><td>NO</td>",
+                          "<td>handle A4</td><td>contact of coil nowhere, which is nowhere</td>"};
+  for (const char* text : wanted) EXPECT_NE(html.find(text), std::string::npos) << text;
+  EXPECT_EQ(html.find("K<1>"), std::string::npos);
+}
+
 struct EditCase {
   const char* name;
   std::string version, codePage, eol;

@@ -57,6 +57,25 @@ TEST(OhmUpdate, WritesOnlyTheValuesReportsTheBadDrawingAndASecondRunChangesNothi
   EXPECT_NE(ReadFile(folder.posix("out")).find("0 change(s); 0 drawing(s) written"), std::string::npos);
 }
 
+// A project file puts B before A, formats references of the same drawing its
+// own way and lays lines 2 units apart from line 1; C, not listed, isn't read.
+TEST(OhmUpdate, AProjectFileGivesSheetOrderSettingsAndConventions) {
+  TempFolder folder;
+  MakeProject(folder);
+  folder.makeFile("p/project.json", R"({"drawings": ["B.dxf", "A.dxf"],
+      "settings": {"WD_XREF_FORMAT": "%S-%N"},
+      "conventions": {"grid": {"top": 0, "spacing": 2, "first": 1}}})");
+  EXPECT_EQ(Wait(Spawn(folder, {"update", "--dry-run", folder.posix("p/project.json")})), 0)
+      << ReadFile(folder.posix("err"));
+  const std::vector<std::string> expected = {
+      "B.dxf B1 XREF: \"\" -> \" A:2.201\"",
+      "A.dxf A1 XREF: \"\" -> \"%%u B:1.103%%u;2-202\"",
+      "A.dxf A1 XREFNC: \"stale\" -> \"%%u B:1.103%%u\"",
+      "3 change(s); dry run, nothing written",
+  };
+  EXPECT_EQ(Lines(ReadFile(folder.posix("out"))), expected);
+}
+
 TEST(OhmUpdate, ADrawingLockedByAnotherProcessIsLeftAndReported) {
   TempFolder folder, holderOutput;
   MakeProject(folder);

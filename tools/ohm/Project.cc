@@ -246,7 +246,8 @@ LineGrid Grid(const Json& object, const Pointer& at) {
 
 ProjectConventions Conventions(const Json& object, const Pointer& at) {
   ExpectType(object, at, Json::value_t::object, "an object of conventions");
-  ExpectMembers(object, at, {"coilTag", "contactCoil", "kindAttribute", "referenceAttribute", "pinPrefix", "grid"});
+  ExpectMembers(object, at, {"coilTag", "contactCoil", "kindAttribute", "referenceAttribute", "pinPrefix", "grid",
+                               "occurrenceType"});
   ProjectConventions conventions;
   auto text = [&](const char* key, std::u16string& into) {
     if (const Json* value = Member(object, at, key, false)) into = Text(*value, at / key);
@@ -257,6 +258,10 @@ ProjectConventions Conventions(const Json& object, const Pointer& at) {
   text("referenceAttribute", conventions.referenceAttribute);
   text("pinPrefix", conventions.pinPrefix);
   if (const Json* grid = Member(object, at, "grid", false)) conventions.grid = Grid(*grid, at / "grid");
+  if (const Json* type = Member(object, at, "occurrenceType", false)) {
+    ExpectType(*type, at / "occurrenceType", Json::value_t::number_integer, "an integer");
+    conventions.occurrenceType = type->get<std::int32_t>();
+  }
   return conventions;
 }
 

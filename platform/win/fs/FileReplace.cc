@@ -65,6 +65,16 @@ void RemoveStaleCopies(const std::string& path) {
   }
 }
 
+// Flushes the folder's entry of the renamed file, so that a crash after the
+// rename can't bring the old file back; a folder that can't be opened is left.
+void SyncFolderOf(const std::string& path) {
+  const fs::path folder = fs::path(path).parent_path();
+  const int fd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (fd < 0) return;
+  ::fsync(fd);
+  ::close(fd);
+}
+
 }  // namespace
 
 int ReplaceFileContents(const std::string& path, std::string_view bytes) {
@@ -79,6 +89,10 @@ int ReplaceFileContents(const std::string& path, std::string_view bytes) {
   int error = ok ? 0 : errno;
   if (::close(fd) != 0 && ok) error = errno;
   if (error == 0 && ::rename(temporary.c_str(), path.c_str()) != 0) error = errno;
-  if (error != 0) ::unlink(temporary.c_str());
-  return error;
+  if (error != 0) {
+    ::unlink(temporary.c_str());
+    return error;
+  }
+  SyncFolderOf(path);
+  return 0;
 }

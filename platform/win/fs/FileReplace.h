@@ -1,6 +1,7 @@
 // Replacing a file's contents so that readers only ever see the old file or
 // the new one: the bytes go to a new file beside it ("NAME.~PID.N"), which
-// takes the old file's mode, is flushed to disk and renamed over the file.
+// takes the old file's mode, is flushed to disk and renamed over the file,
+// and the folder is flushed after the rename.
 // A process killed midway can leave its new file behind; the next
 // replacement of the same file removes those whose process is gone.
 //
