@@ -120,7 +120,8 @@ ContactRecord Contact(const Json& object, const Pointer& at, const std::string& 
                 {"name", "drawing", "type", "occKey", "properties", "sheetProperties", "pins", "valueA", "valueB"});
   ContactRecord record;
   const Json* name = Member(object, at, "name", false);
-  record.label = name ? Utf16ToUtf8(Text(*name, at / "name")) : coil + "/" + std::to_string(number);
+  if (name) ExpectType(*name, at / "name", Json::value_t::string, "a string");
+  record.label = name ? name->get<std::string>() : coil + "/" + std::to_string(number);  // UTF-8 as it stands
   OhmDsComponentOcc& occ = record.occurrence;
   occ.mOccID.mDwgPath = Text(*Member(object, at, "drawing", true), at / "drawing");
   occ.mOccID.mOccKey = OptionalText(object, at, "occKey");
