@@ -35,7 +35,9 @@ Lanes unequalLanesNoCase(const char16_t* x, const char16_t* y) noexcept {
   std::memcpy(&a, x, sizeof a);
   std::memcpy(&b, y, sizeof b);
   const Lanes differ = a ^ b;
-  const Lanes letter = reinterpret_cast<Lanes>((a | 0x20) - u'a' < 26);  // all ones where a-z
+  const Lanes lowerA = Lanes{} + std::uint16_t{u'a'};
+  const Lanes alphabet = Lanes{} + std::uint16_t{26};
+  const Lanes letter = reinterpret_cast<Lanes>((a | std::uint16_t{0x20}) - lowerA < alphabet);  // all ones where a-z
   return (differ & ~0x20) | (differ & ~letter);
 }
 
