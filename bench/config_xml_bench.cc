@@ -41,8 +41,7 @@ void writeConfig() {
   out << "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Settings>\n"
          "  <Setting Name=\"AuditSettings\"><Property Name=\"a\" Value=\"b\"/></Setting>\n"
          "  <Setting Name=\"SchSortOrder\">\n";
-  for (int i = 0; i < kProperties; ++i)
-    out << "    <Property Name=\"Prop" << i << "\" Value=\"Value " << i << "\"/>\n";
+  for (int i = 0; i < kProperties; ++i) out << "    <Property Name=\"Prop" << i << "\" Value=\"Value " << i << "\"/>\n";
   out << "  </Setting>\n</Settings>\n";
 }
 

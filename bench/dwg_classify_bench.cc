@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
+#include "zd/app/ZdDocManager.h"
 #include "zd/db/ZdDbDrawingBuilder.h"
 #include "zd/db/ZdDbText.h"
-#include "zd/app/ZdDocManager.h"
 
 namespace {
 
@@ -92,18 +92,21 @@ void BM_ClassificationFloor(benchmark::State& state) {
   for (auto _ : state) {
     for (const ZdDbEntity* entity : drawing.entities) {
       const auto* reference = static_cast<const ZdDbBlockReference*>(entity);
-      const auto* block = static_cast<const ZdDbBlockTableRecord*>(drawing.database->objectAt(reference->blockTableRecord()));
+      const auto* block =
+          static_cast<const ZdDbBlockTableRecord*>(drawing.database->objectAt(reference->blockTableRecord()));
       benchmark::DoNotOptimize(block ? block->name().size() : 0);
       if (reference->attributeIds().empty()) continue;
-      const auto* attribute = static_cast<const ZdDbAttribute*>(drawing.database->objectAt(reference->attributeIds()[0]));
+      const auto* attribute =
+          static_cast<const ZdDbAttribute*>(drawing.database->objectAt(reference->attributeIds()[0]));
       benchmark::DoNotOptimize(attribute->tagConst());
     }
   }
   state.SetItemsProcessed(state.iterations() * kEntities);
   // The floor's own time per entity in nanoseconds: the rate of entities per
   // nanosecond, inverted.
-  state.counters["ns_per_entity"] = benchmark::Counter(static_cast<double>(kEntities) / 1e9,
-                                                       benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  state.counters["ns_per_entity"] =
+      benchmark::Counter(static_cast<double>(kEntities) / 1e9,
+                         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(BM_ClassificationFloor)->Unit(benchmark::kMillisecond);
 
@@ -111,7 +114,8 @@ void BM_getBlocksOfOneKind(benchmark::State& state) {
   TheDrawing();
   OhmDwgUtils::BlockMap blocks;
   for (auto _ : state) {
-    if (OhmDwgUtils::getBlocks(kDrawing, blocks, OhmDwgUtils::EntityTag1) != Zeda::eOk) state.SkipWithError("getBlocks failed");
+    if (OhmDwgUtils::getBlocks(kDrawing, blocks, OhmDwgUtils::EntityTag1) != Zeda::eOk)
+      state.SkipWithError("getBlocks failed");
     benchmark::DoNotOptimize(blocks.size());
   }
   state.counters["found"] = static_cast<double>(blocks.size());

@@ -9,21 +9,22 @@
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "win/CrtChar.h"
-#include "zd/db/ZdDbDrawingBuilder.h"
 #include "zd/ZdWcMatch.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
 
 namespace {
 
-const std::vector<std::u16string> kPatterns = {u"TAG1,TAG1F,TAG1*PART1", u"?T0*,?T1*,?T_*", u"HA#S*",
-                                               u"H?1*,H?2*",            u"VIA_WD_*",        u"WD_M*,WD_PNLM*"};
-const std::vector<std::u16string> kTexts = {u"TAG1",        u"tag1f",      u"TAG1_PART1", u"HT0_COIL",
-                                            u"HCR1_NO_CONT", u"HA1S22",    u"ha1s",       u"VIA_WD_WIRE",
-                                            u"WD_PNLM",     u"XREFNC",     u"DESC1",      u"LOC"};
+const std::vector<std::u16string> kPatterns = {
+    u"TAG1,TAG1F,TAG1*PART1", u"?T0*,?T1*,?T_*", u"HA#S*", u"H?1*,H?2*", u"VIA_WD_*", u"WD_M*,WD_PNLM*"};
+const std::vector<std::u16string> kTexts = {u"TAG1",         u"tag1f",  u"TAG1_PART1", u"HT0_COIL",
+                                            u"HCR1_NO_CONT", u"HA1S22", u"ha1s",       u"VIA_WD_WIRE",
+                                            u"WD_PNLM",      u"XREFNC", u"DESC1",      u"LOC"};
 
 void BM_zdutWcMatchEx(benchmark::State& state) {
   for (auto _ : state)
     for (const auto& text : kTexts)
-      for (const auto& pattern : kPatterns) benchmark::DoNotOptimize(zdutWcMatchEx(text.c_str(), pattern.c_str(), true));
+      for (const auto& pattern : kPatterns)
+        benchmark::DoNotOptimize(zdutWcMatchEx(text.c_str(), pattern.c_str(), true));
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kTexts.size() * kPatterns.size()));
 }
 
@@ -34,7 +35,8 @@ bool FloorMatch(std::u16string_view t, std::u16string_view p) {
     if (pi < p.size() && p[pi] == u'*') {
       starP = pi++;
       starT = ti;
-    } else if (pi < p.size() && (p[pi] == u'?' || (p[pi] == u'#' ? t[ti] >= u'0' && t[ti] <= u'9' : p[pi] == CrtToUpper(t[ti])))) {
+    } else if (pi < p.size() &&
+               (p[pi] == u'?' || (p[pi] == u'#' ? t[ti] >= u'0' && t[ti] <= u'9' : p[pi] == CrtToUpper(t[ti])))) {
       ++pi;
       ++ti;
     } else if (starP != std::u16string_view::npos) {

@@ -96,7 +96,8 @@ void BM_ReadFileBytesFloor(benchmark::State& state) {
     std::string bytes;
     const int fd = ::open(drawingPath().c_str(), O_RDONLY | O_CLOEXEC);
     char buffer[1 << 16];
-    for (ssize_t count; (count = ::read(fd, buffer, sizeof buffer)) > 0;) bytes.append(buffer, static_cast<std::size_t>(count));
+    for (ssize_t count; (count = ::read(fd, buffer, sizeof buffer)) > 0;)
+      bytes.append(buffer, static_cast<std::size_t>(count));
     ::close(fd);
     benchmark::DoNotOptimize(bytes.data());
   }

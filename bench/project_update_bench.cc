@@ -45,10 +45,12 @@ void Insert(std::string& text, unsigned& handle, const char* block, double y,
   char hex[24];
   auto next = [&] { return std::snprintf(hex, sizeof hex, "%X", handle++), std::string(hex); };
   Group(text, "  0", "INSERT"), Group(text, "  5", next()), Group(text, "  8", "0"), Group(text, " 66", "1");
-  Group(text, "  2", block), Group(text, " 10", "10.0"), Group(text, " 20", std::to_string(y)), Group(text, " 30", "0.0");
+  Group(text, "  2", block), Group(text, " 10", "10.0"), Group(text, " 20", std::to_string(y)),
+      Group(text, " 30", "0.0");
   for (const auto& [tag, value] : attributes) {
     Group(text, "  0", "ATTRIB"), Group(text, "  5", next()), Group(text, "  8", "0"), Group(text, " 10", "10.0");
-    Group(text, " 20", std::to_string(y)), Group(text, " 40", "2.5"), Group(text, "  1", value), Group(text, "  2", tag);
+    Group(text, " 20", std::to_string(y)), Group(text, " 40", "2.5"), Group(text, "  1", value),
+        Group(text, "  2", tag);
   }
   Group(text, "  0", "SEQEND"), Group(text, "  5", next()), Group(text, "  8", "0");
 }
@@ -57,7 +59,8 @@ void Insert(std::string& text, unsigned& handle, const char* block, double y,
 // project, three tenths wire numbers, two tenths terminals.
 std::string Drawing(int index, int drawings, std::mt19937& random) {
   std::string text;
-  Group(text, "  0", "SECTION"), Group(text, "  2", "HEADER"), Group(text, "  9", "$ACADVER"), Group(text, "  1", "AC1009");
+  Group(text, "  0", "SECTION"), Group(text, "  2", "HEADER"), Group(text, "  9", "$ACADVER"),
+      Group(text, "  1", "AC1009");
   Group(text, "  0", "ENDSEC"), Group(text, "  0", "SECTION"), Group(text, "  2", "BLOCKS");
   for (const char* block : {"HCR1", "HNO1", "HNC1", "HNONC1", "HWIRENO", "HT0001"}) {
     Group(text, "  0", "BLOCK"), Group(text, "  2", block), Group(text, " 70", "2"), Group(text, "  0", "ENDBLK");
@@ -69,12 +72,16 @@ std::string Drawing(int index, int drawings, std::mt19937& random) {
     const double y = -(i % 40) - 0.5;
     const int slot = i % 10;
     if (slot == 0) {
-      Insert(text, handle, "HCR1", y, {{"TAG1", "K" + std::to_string(index) + "_" + std::to_string(i)},
-                                        {"XREF", ""}, {"XREFNO", ""}, {"XREFNC", ""}});
+      Insert(text, handle, "HCR1", y,
+             {{"TAG1", "K" + std::to_string(index) + "_" + std::to_string(i)},
+              {"XREF", ""},
+              {"XREFNO", ""},
+              {"XREFNC", ""}});
     } else if (slot <= 4) {
       const int other = static_cast<int>(random() % static_cast<unsigned>(drawings));
       const std::string coil = "K" + std::to_string(other) + "_" + std::to_string((random() % 100) * 10);
-      Insert(text, handle, kinds[random() % 3], y, {{"TAG2", coil}, {"TERM01", "13"}, {"TERM02", "14"}, {"TERM03", "12"}});
+      Insert(text, handle, kinds[random() % 3], y,
+             {{"TAG2", coil}, {"TERM01", "13"}, {"TERM02", "14"}, {"TERM03", "12"}});
     } else if (slot <= 7) {
       Insert(text, handle, "HWIRENO", y, {{"WIRENO", std::to_string(index * kReferences + i)}});
     } else {

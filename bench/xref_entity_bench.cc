@@ -95,7 +95,9 @@ void BM_GraphicTextsFloor(benchmark::State& state) {
       for (std::size_t p = 0; p < contact.mPins.size(); ++p) terms[p] = contact.mPins[p].getProperty(OhmDsKeys::TERM);
       text.assign(terms[0]).append(symbols[c]).append(terms[1]).append(u" ");
       text.append(contact.mSheetProperties.at(OhmDsKeys::SHEETDWGNAME)).append(u":");
-      text.append(contact.mSheetProperties.at(OhmDsKeys::SHEET)).append(u".").append(contact.getProperty(OhmDsKeys::REF));
+      text.append(contact.mSheetProperties.at(OhmDsKeys::SHEET))
+          .append(u".")
+          .append(contact.getProperty(OhmDsKeys::REF));
       benchmark::DoNotOptimize(text.data());
     }
   }
@@ -112,8 +114,9 @@ std::vector<std::vector<std::u16string>> Rows() {
   for (int r = 0; r < 999; ++r) {
     const bool nearMiss = r % 10 == 0;
     const std::u16string term1 = nearMiss ? u"14" : u"T" + std::u16string(1, static_cast<char16_t>(u'A' + r % 26));
-    rows.push_back({u"", term1, u"-n-", u"11", u"", u" SHT04:4.9" + std::u16string(1, static_cast<char16_t>(u'0' + r % 10)),
-                    u"4", u"SHT04", u"SHT04", path});
+    rows.push_back({u"", term1, u"-n-", u"11", u"",
+                    u" SHT04:4.9" + std::u16string(1, static_cast<char16_t>(u'0' + r % 10)), u"4", u"SHT04", u"SHT04",
+                    path});
   }
   rows.push_back({u"", u"12", u"-w-", u"11", u"", u" SHT04:4.201", u"4", u"SHT04", u"SHT04", path});
   return rows;

@@ -38,10 +38,14 @@ const std::u16string kOtherSheet = u"C:\\Projects\\Plant-4711\\Electrical\\Schem
 
 Case MakeCase(int which) {
   switch (which) {
-    case 0: return {{u"%S.%N", u"", false}, kHost, Values(kHostOtherCase)};
-    case 1: return {{u"", u"%I+%L/%D-%S.%N", false}, kHost, Values(kOtherSheet)};
-    case 2: return {{u"=%P+%I-%L Sheet %S (%D) ref %N / %A", u"", false}, kHost, Values(kHost)};
-    default: return {{u"%S.%N", u"", true}, kHost, Values(kHost)};
+    case 0:
+      return {{u"%S.%N", u"", false}, kHost, Values(kHostOtherCase)};
+    case 1:
+      return {{u"", u"%I+%L/%D-%S.%N", false}, kHost, Values(kOtherSheet)};
+    case 2:
+      return {{u"=%P+%I-%L Sheet %S (%D) ref %N / %A", u"", false}, kHost, Values(kHost)};
+    default:
+      return {{u"%S.%N", u"", true}, kHost, Values(kHost)};
   }
 }
 
@@ -74,15 +78,33 @@ void BM_floor(benchmark::State& state) {
         continue;
       }
       switch (format[++i]) {
-        case u'S': out += d.mSheet; break;
-        case u'N': out += d.mRef; break;
-        case u'A': out += d.mValueA; break;
-        case u'B': out += d.mValueB; break;
-        case u'I': out += d.mIecInst; break;
-        case u'L': out += d.mIecLoc; break;
-        case u'P': out += d.mIecProject; break;
-        case u'D': out += d.mSheetDwgName; break;
-        default: out += u'%'; out += format[i];
+        case u'S':
+          out += d.mSheet;
+          break;
+        case u'N':
+          out += d.mRef;
+          break;
+        case u'A':
+          out += d.mValueA;
+          break;
+        case u'B':
+          out += d.mValueB;
+          break;
+        case u'I':
+          out += d.mIecInst;
+          break;
+        case u'L':
+          out += d.mIecLoc;
+          break;
+        case u'P':
+          out += d.mIecProject;
+          break;
+        case u'D':
+          out += d.mSheetDwgName;
+          break;
+        default:
+          out += u'%';
+          out += format[i];
       }
     }
     if (c.option.mUnderline) out += u"%%u";

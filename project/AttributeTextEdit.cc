@@ -163,7 +163,8 @@ class Editor {
       mProblem = "attribute " + *mTag + " stands twice on one block reference";
       return;
     }
-    mReplacements.emplace(mValue->valueAt, Replacement{mValue->valueAt, mValue->valueSize, mCodec.encode(edit.newValue)});
+    mReplacements.emplace(mValue->valueAt,
+                          Replacement{mValue->valueAt, mValue->valueSize, mCodec.encode(edit.newValue)});
   }
 
   std::string_view mText;

@@ -207,8 +207,7 @@ void CollectComponents(const ZdDbDatabase& database, const ProjectConventions& c
   }
 }
 
-DrawingComponents ReadDrawingComponents(const std::string& file, const ProjectConventions& conventions,
-                                        bool recover) {
+DrawingComponents ReadDrawingComponents(const std::string& file, const ProjectConventions& conventions, bool recover) {
   DrawingComponents components;
   components.file = file;
   const std::filesystem::path absolute = std::filesystem::absolute(file).lexically_normal();

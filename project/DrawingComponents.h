@@ -27,8 +27,8 @@ using AttributeList = std::vector<std::pair<std::u16string, std::u16string>>;  /
 // given by an attribute, or by its line on the grid (its sheet goes first).
 struct SymbolPlace {
   int sheetInDrawing = 0;
-  std::u16string reference;          // from the symbol's attribute; empty when it has none
-  std::int32_t gridLine = 0;         // else this line of the grid
+  std::u16string reference;   // from the symbol's attribute; empty when it has none
+  std::int32_t gridLine = 0;  // else this line of the grid
 };
 
 struct CoilSymbol {
@@ -44,11 +44,11 @@ struct ContactSymbol {
   std::uint64_t handle = 0;
   std::u16string coilTag;
   std::u16string blockName;
-  std::u16string kind;               // the CONTACT value: "NO", "NC", "NONC"; empty when unknown
-  std::int32_t occurrenceType = 0;   // the record's mType, from the conventions
+  std::u16string kind;              // the CONTACT value: "NO", "NC", "NONC"; empty when unknown
+  std::int32_t occurrenceType = 0;  // the record's mType, from the conventions
   SymbolPlace place;
   std::vector<std::pair<std::u16string, std::u16string>> pins;  // TERMCODE, TERM
-  std::optional<std::u16string> xref;  // the value of its XREF attribute, when it has one
+  std::optional<std::u16string> xref;                           // the value of its XREF attribute, when it has one
 };
 
 struct DrawingProblem {
@@ -58,11 +58,11 @@ struct DrawingProblem {
 };
 
 struct DrawingComponents {
-  std::string file;           // POSIX path, as the project gave it
-  std::u16string path;        // the drawing's full Windows-form path
-  std::u16string name;        // its name without folder and extension (SHEETDWGNAME)
+  std::string file;     // POSIX path, as the project gave it
+  std::u16string path;  // the drawing's full Windows-form path
+  std::u16string name;  // its name without folder and extension (SHEETDWGNAME)
   bool readable = false;
-  int sheets = 0;             // layouts that hold entities
+  int sheets = 0;  // layouts that hold entities
   std::vector<CoilSymbol> coils;
   std::vector<ContactSymbol> contacts;
   std::vector<DrawingProblem> problems;
@@ -70,8 +70,7 @@ struct DrawingComponents {
 
 // The coils and contacts of the drawing in `file`, read with `conventions`.
 // A drawing that can't be read gives readable == false and its problem.
-DrawingComponents ReadDrawingComponents(const std::string& file, const ProjectConventions& conventions,
-                                        bool recover);
+DrawingComponents ReadDrawingComponents(const std::string& file, const ProjectConventions& conventions, bool recover);
 
 // The same from a database already read; `components` has file, path and name set.
 void CollectComponents(const ZdDbDatabase& database, const ProjectConventions& conventions,

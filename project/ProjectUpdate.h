@@ -32,9 +32,9 @@ struct ProjectDescription {
 ProjectDescription DescribeFolder(const std::string& folder);
 
 struct UpdateOptions {
-  bool write = false;       // false: work out the changes only
-  bool recover = false;     // read damaged drawings in recover mode
-  unsigned workers = 0;     // threads that read drawings; 0: one per core
+  bool write = false;    // false: work out the changes only
+  bool recover = false;  // read damaged drawings in recover mode
+  unsigned workers = 0;  // threads that read drawings; 0: one per core
   // Called after each drawing is read, with the number read and the total,
   // from the thread that read it; calls don't overlap.
   std::function<void(std::size_t, std::size_t)> progress;
@@ -43,7 +43,7 @@ struct UpdateOptions {
 struct ProjectUpdateResult {
   std::vector<DrawingComponents> drawings;  // in project order; components of each
   UpdatePlan plan;
-  std::vector<std::size_t> written;         // drawings written back
+  std::vector<std::size_t> written;  // drawings written back
 };
 
 ProjectUpdateResult UpdateProject(const ProjectDescription& project, const UpdateOptions& options);

@@ -155,7 +155,8 @@ class CoilPresenter {
         plan.lines.emplace_back(contact.place.label, text);
         plan.lines.emplace_back(contact.place.label, ncText);
       } else if (entity.isPartialFormCContact(occ)) {
-        if (entity.getUnformattedXrefTextForPartialFormCContact(occ, text)) plan.lines.emplace_back(contact.place.label, text);
+        if (entity.getUnformattedXrefTextForPartialFormCContact(occ, text))
+          plan.lines.emplace_back(contact.place.label, text);
       } else if (entity.getUnformattedXrefText(occ, text)) {
         plan.lines.emplace_back(contact.place.label, text);
       }
@@ -265,7 +266,8 @@ class Planner {
 
   void gatherContact(std::size_t d, const ContactSymbol& contact) {
     auto problem = [&](const std::string& message) { mPlan.problems.push_back({d, contact.handle, 0, message}); };
-    if (!mCoils.count(contact.coilTag)) return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
+    if (!mCoils.count(contact.coilTag))
+      return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
     if (!KnownKind(contact.kind)) {
       return problem("contact of coil " + Narrow(contact.coilTag) + " of unknown kind \"" + Narrow(contact.kind) +
                      "\" (block " + Narrow(contact.blockName) + ")");
@@ -274,7 +276,8 @@ class Planner {
     const DrawingComponents& drawing = mDrawings[d];
     const Placed placed = PlaceText(contact.place, mFirstSheet[d]);
     const std::u16string kindName = contact.kind == u"NONC" ? u"Form C" : contact.kind;
-    ContactPlace place{d, contact.handle, contact.kind, placed.sheet, placed.reference, kindName + u" " + placed.reference};
+    ContactPlace place{
+        d, contact.handle, contact.kind, placed.sheet, placed.reference, kindName + u" " + placed.reference};
     ContactAt& added = mContacts[contact.coilTag].emplace_back();
     added.place = std::move(place);
     FillOccurrence(added.occurrence, contact, drawing, placed);

@@ -44,8 +44,8 @@ struct CoilPlan {
   std::u16string reference;
   OhmUtXrefEntity::Style style = OhmUtXrefEntity::StyleNone;
   std::vector<ContactPlace> contacts;
-  std::vector<std::pair<std::u16string, std::u16string>> lines;  // graphic: contact label, text
-  std::vector<std::u16string> titles;                             // table
+  std::vector<std::pair<std::u16string, std::u16string>> lines;              // graphic: contact label, text
+  std::vector<std::u16string> titles;                                        // table
   std::vector<std::pair<std::u16string, std::vector<std::u16string>>> rows;  // contact label, cells
   std::string error;  // the engine's failure for this coil; empty when none
 };

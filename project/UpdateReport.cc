@@ -10,11 +10,20 @@ std::string Escaped(const std::string& text) {
   std::string out;
   for (char c : text) {
     switch (c) {
-      case '&': out += "&amp;"; break;
-      case '<': out += "&lt;"; break;
-      case '>': out += "&gt;"; break;
-      case '"': out += "&quot;"; break;
-      default: out += c;
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      default:
+        out += c;
     }
   }
   return out;
@@ -25,18 +34,22 @@ std::string Cell(const std::string& text) { return "<td>" + Escaped(text) + "</t
 
 const char* StyleName(OhmUtXrefEntity::Style style) {
   switch (style) {
-    case OhmUtXrefEntity::StyleText: return "attribute text";
-    case OhmUtXrefEntity::StyleGraphic: return "contact lines";
-    case OhmUtXrefEntity::StyleTable: return "table";
-    default: return "none";
+    case OhmUtXrefEntity::StyleText:
+      return "attribute text";
+    case OhmUtXrefEntity::StyleGraphic:
+      return "contact lines";
+    case OhmUtXrefEntity::StyleTable:
+      return "table";
+    default:
+      return "none";
   }
 }
 
 std::string CoilSection(const ProjectUpdateResult& result, const CoilPlan& coil) {
   const DrawingComponents& drawing = result.drawings[coil.drawing];
   std::string html = "<h2>" + Escaped(Utf16ToUtf8(coil.tag)) + "</h2>\n<p>Sheet " + Escaped(Utf16ToUtf8(coil.sheet)) +
-                     ", line " + Escaped(Utf16ToUtf8(coil.reference)) + " in " + Escaped(drawing.file) +
-                     " (handle " + HandleText(coil.handle) + "); " + StyleName(coil.style) + "</p>\n";
+                     ", line " + Escaped(Utf16ToUtf8(coil.reference)) + " in " + Escaped(drawing.file) + " (handle " +
+                     HandleText(coil.handle) + "); " + StyleName(coil.style) + "</p>\n";
   std::vector<ContactPlace> contacts = coil.contacts;
   std::stable_sort(contacts.begin(), contacts.end(), [](const ContactPlace& a, const ContactPlace& b) {
     return a.sheet.size() != b.sheet.size() ? a.sheet.size() < b.sheet.size() : a.sheet < b.sheet;
@@ -57,7 +70,8 @@ std::string ProblemSection(const ProjectUpdateResult& result) {
   html += "<table>\n<tr><th>Drawing</th><th>Where</th><th>Problem</th></tr>\n";
   for (const ProjectProblem& problem : result.plan.problems) {
     const std::string where = problem.handle ? "handle " + HandleText(problem.handle)
-                                             : problem.line ? "line " + std::to_string(problem.line) : "";
+                              : problem.line ? "line " + std::to_string(problem.line)
+                                             : "";
     html += "<tr>" + Cell(result.drawings[problem.drawing].file) + Cell(where) + Cell(problem.message) + "</tr>\n";
   }
   return html + "</table>\n";

@@ -26,8 +26,8 @@ using Attributes = ZdDbDrawingBuilder::Attributes;
 // The coil of relay `tag` with the options of one cross-reference presentation.
 void InsertCoil(ZdDbDrawingBuilder& build, const std::u16string& tag, const std::u16string& ref,
                 const std::u16string& style) {
-  ZdDbBlockReference* coil = build.insertBlock(
-      u"HCR1", {{u"TAG1", tag}, {u"XREF", u""}, {u"XREFNO", u""}, {u"XREFNC", u""}, {u"REF", ref}});
+  ZdDbBlockReference* coil =
+      build.insertBlock(u"HCR1", {{u"TAG1", tag}, {u"XREF", u""}, {u"XREFNO", u""}, {u"XREFNC", u""}, {u"REF", ref}});
   ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_STYLE", style);
   ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_PINLIST", u"3,31,34,32");
 }

@@ -5,10 +5,10 @@
 
 #include "mfc/AfxMessageBox.h"
 #include "ohmutils/host/OhmUtilsModule_internal.h"
-#include "win/module/FormatMessage.h"
-#include "win/ui/MessageBox.h"
-#include "win/registry/Registry.h"
 #include "win/WinError.h"
+#include "win/module/FormatMessage.h"
+#include "win/registry/Registry.h"
+#include "win/ui/MessageBox.h"
 
 namespace {
 
@@ -34,8 +34,8 @@ CString ResourceString(UINT id) {
 // Counts the sub keys or values of `key` (either pointer may be null); the
 // status, after a box with string 113 when the key can't be counted.
 long CountEntries(HKEY key, DWORD* subKeys, DWORD* values) {
-  const long status =
-      RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, subKeys, nullptr, nullptr, values, nullptr, nullptr, nullptr, nullptr);
+  const long status = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, subKeys, nullptr, nullptr, values, nullptr,
+                                       nullptr, nullptr, nullptr);
   if (status != ERROR_SUCCESS) AfxMessageBox(ResourceString(kKeyNotCountable));
   return status;
 }
@@ -132,7 +132,8 @@ long CRegistryKey::GetSubKeyList(CList<SUBKEY, SUBKEY&>* list) {
   for (DWORD index = 0; index < count; ++index) {
     DWORD nameSize = kListNameUnits, classSize = kListNameUnits;
     FILETIME written;
-    status = RegEnumKeyExW(m_hKey, index, name, &nameSize, nullptr, keyClass, &classSize, &written) ? ERROR_MORE_DATA : 0;
+    status =
+        RegEnumKeyExW(m_hKey, index, name, &nameSize, nullptr, keyClass, &classSize, &written) ? ERROR_MORE_DATA : 0;
     SUBKEY entry{CString(name)};
     subKeyList.AddTail(entry);
     list->AddTail(entry);

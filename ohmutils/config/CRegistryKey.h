@@ -28,10 +28,10 @@
 
 // One registry value as the lists carry it.
 struct REGITEM {
-  DWORD type = 0;         // REG_SZ (1), REG_DWORD (4), or another code as the store reports it
-  CString name;           // the value's name
-  CString stringValue;    // the text for REG_SZ, else empty
-  DWORD dwordValue = 0;   // the number for REG_DWORD, else 0
+  DWORD type = 0;        // REG_SZ (1), REG_DWORD (4), or another code as the store reports it
+  CString name;          // the value's name
+  CString stringValue;   // the text for REG_SZ, else empty
+  DWORD dwordValue = 0;  // the number for REG_DWORD, else 0
 };
 
 // One sub key as the lists carry it.

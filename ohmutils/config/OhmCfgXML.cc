@@ -18,8 +18,7 @@ constexpr std::array<const WCHAR*, 6> kSettingNames{
 IErrorInfo* errorInfoOf(IUnknown* source, REFIID iid) {
   ISupportErrorInfoPtr support;
   IErrorInfo* info = nullptr;
-  if (SUCCEEDED(support.QueryFrom(source)) && support->InterfaceSupportsErrorInfo(iid) == S_OK)
-    GetErrorInfo(0, &info);
+  if (SUCCEEDED(support.QueryFrom(source)) && support->InterfaceSupportsErrorInfo(iid) == S_OK) GetErrorInfo(0, &info);
   return info;
 }
 
@@ -95,8 +94,8 @@ void appendAttribute(IXMLDOMDocument2* document, const IXMLDOMElementPtr& elemen
 // A new DOMDocument60 object; null when it can't be made.
 IXMLDOMDocument2Ptr createDocument() {
   IUnknownPtr unknown;
-  if (FAILED(CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_ALL, IID_IUnknown,
-                              reinterpret_cast<void**>(&unknown))))
+  if (FAILED(
+          CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_ALL, IID_IUnknown, reinterpret_cast<void**>(&unknown))))
     return nullptr;
   if (FAILED(OleRun(unknown.GetInterfacePtr()))) return nullptr;
   IXMLDOMDocument2Ptr document;

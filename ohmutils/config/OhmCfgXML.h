@@ -71,6 +71,6 @@ class OHMUTILS_EXPORT OhmCfgXML {
   CString getSettingTypeAsString(ConfigurationXML::SettingType type);
   bool setPropertyNodeValue(IXMLDOMNodeListPtr& properties, const WCHAR* propertyName, _variant_t value);
 
-  CString mFilePath;               // set once, in the constructor
-  IXMLDOMDocument2Ptr mDocument;   // null when there is no document
+  CString mFilePath;              // set once, in the constructor
+  IXMLDOMDocument2Ptr mDocument;  // null when there is no document
 };

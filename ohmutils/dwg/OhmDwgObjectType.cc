@@ -7,8 +7,8 @@
 #include "ohmutils/dwg/OhmDwgReadAccess_internal.h"
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "win/CrtChar.h"
-#include "zd/db/ZdDbText.h"
 #include "zd/ZdWcMatch.h"
+#include "zd/db/ZdDbText.h"
 
 namespace {
 

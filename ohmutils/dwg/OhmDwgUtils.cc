@@ -2,10 +2,10 @@
 
 #include "ohmutils/dwg/OhmDwgReadAccess_internal.h"
 #include "zd/ZdCodes.h"
-#include "zd/db/ZdDbDatabase.h"
-#include "zd/db/ZdDbText.h"
 #include "zd/ZdValueNode.h"
 #include "zd/ZdWcMatch.h"
+#include "zd/db/ZdDbDatabase.h"
+#include "zd/db/ZdDbText.h"
 
 namespace {
 

@@ -19,10 +19,10 @@
 
 #include "ohmutils/OhmUtilsExport.h"
 #include "zd/ZdArray.h"
+#include "zd/ZdString.h"
+#include "zd/app/ZdDocManager.h"
 #include "zd/db/ZdDbBlockReference.h"
 #include "zd/db/ZdDbObject.h"
-#include "zd/app/ZdDocManager.h"
-#include "zd/ZdString.h"
 
 class OHMUTILS_EXPORT OhmDwgUtils {
  public:

@@ -1,8 +1,8 @@
 #include "ohmutils/dwg/OhmUtilsTempIntVarOverride.h"
 
 #include "zd/ZdCodes.h"
-#include "zd/app/ZdSysVars.h"
 #include "zd/ZdValueNode.h"
+#include "zd/app/ZdSysVars.h"
 
 OhmUtilsTempIntVarOverride::OhmUtilsTempIntVarOverride(const ZdString& name, int value) : mName(name) {
   mRestore = getRbValue(mName, mOldValue);

@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "win/module/VersionInfo.h"
-#include "zd/app/ZdHostApplicationServices.h"
 #include "zd/ZdString.h"
+#include "zd/app/ZdHostApplicationServices.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include "ohmutils/host/OhmResDll.h"
 
 #include "ohmutils/util/OhmUtilsPaths.h"
-#include "win/module/FormatMessage.h"
 #include "win/LastError.h"
-#include "win/ui/MessageBox.h"
+#include "win/module/FormatMessage.h"
 #include "win/module/Module.h"
+#include "win/ui/MessageBox.h"
 
 namespace {
 

@@ -15,7 +15,8 @@ constexpr const char16_t* kMissingDbEngineDialog = u"OhmMB.MissingDBEngine";
 constexpr const char16_t* kVersionMismatchDialog = u"OhmMt.MechatronicsSyncFailedDueToVersionMismatch";
 constexpr const char16_t* kMissingDbEnginePage =
     u"http://knowledge.ohm-suite.example/article/Error-The-driver-OhmRedist-is-missing";
-constexpr const char16_t* kVersionMismatchPage = u"http://www.ohm-suite.example/electromechanical-version-compatibility";
+constexpr const char16_t* kVersionMismatchPage =
+    u"http://www.ohm-suite.example/electromechanical-version-compatibility";
 constexpr int kDetailsButtonId = 100;
 constexpr UINT kDetailsCaptionId = 139;
 constexpr int kCaptionUnits = 260;
@@ -54,8 +55,7 @@ CWnd* DialogOwner() {
   return zdedGetZedaFrame();
 }
 
-void ShowTaskDialog(LPCWSTR dialogId, const TASKDIALOG_KEYVALUE* pairs, int pairCount,
-                    ZdTaskDialogCallback callback) {
+void ShowTaskDialog(LPCWSTR dialogId, const TASKDIALOG_KEYVALUE* pairs, int pairCount, ZdTaskDialogCallback callback) {
   ZdTaskDialog dialog;
   if (!dialog.LoadFromFile(kDialogDefinitionFile, dialogId, pairs, pairCount)) return;
   const CString caption = DetailsCaption();

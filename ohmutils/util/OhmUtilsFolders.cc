@@ -3,11 +3,11 @@
 #include <list>
 #include <string>
 
-#include "win/fs/FileFunctions.h"
 #include "win/LastError.h"
+#include "win/WinError.h"
+#include "win/fs/FileFunctions.h"
 #include "win/fs/PathFunctions.h"
 #include "win/fs/ShellFileOperation.h"
-#include "win/WinError.h"
 
 namespace {
 

@@ -3,14 +3,14 @@
 #include <string_view>
 
 #include "win/CrtString.h"
-#include "zd/app/GblPm.h"
 #include "zd/ZdCodes.h"
+#include "zd/ZdValueNode.h"
+#include "zd/app/GblPm.h"
 #include "zd/app/ZdDocManager.h"
 #include "zd/app/ZdEnv.h"
 #include "zd/app/ZdHostApplicationServices.h"
-#include "zd/lisp/ZdLisp.h"
 #include "zd/app/ZdSysVars.h"
-#include "zd/ZdValueNode.h"
+#include "zd/lisp/ZdLisp.h"
 
 namespace {
 

@@ -67,6 +67,7 @@ bool GetToken(CString& source, CString& token, LPCWSTR delimiters, CString* deli
 void OhmUtilsReplaceSpecialXMLCharsInString(const ZdString& text, char16_t replacement, ZdString& output) {
   static constexpr char16_t kSpecial[] = u"<>/\\\":?*|";
   std::u16string buffer(text.str());
-  for (const char16_t special : std::u16string_view(kSpecial)) std::replace(buffer.begin(), buffer.end(), special, replacement);
+  for (const char16_t special : std::u16string_view(kSpecial))
+    std::replace(buffer.begin(), buffer.end(), special, replacement);
   output = ZdString(buffer.c_str());
 }

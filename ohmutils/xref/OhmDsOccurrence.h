@@ -28,10 +28,10 @@ class OHMUTILS_EXPORT OhmDsOccurrence {
   // its map is unchanged.
   const std::u16string& getProperty(const std::u16string& key) const;
 
-  std::int32_t mType = 0;           // class code; 4, 8, 16, 32 and 64 are the ones a plain XREF tag takes
-  OhmDsOccID mOccID;                // identity
-  PropertyMap mProperties;          // the occurrence's own properties (CONTACT, REF; TERM, TERMCODE on pins)
-  PropertyMap mSheetProperties;     // sheet and location (SHEET, SHEETDWGNAME, IEC_INST, IEC_LOC, IEC_PROJ)
-  std::u16string mXrefValueA;       // value of the format token %A
-  std::u16string mXrefValueB;       // value of the format token %B
+  std::int32_t mType = 0;        // class code; 4, 8, 16, 32 and 64 are the ones a plain XREF tag takes
+  OhmDsOccID mOccID;             // identity
+  PropertyMap mProperties;       // the occurrence's own properties (CONTACT, REF; TERM, TERMCODE on pins)
+  PropertyMap mSheetProperties;  // sheet and location (SHEET, SHEETDWGNAME, IEC_INST, IEC_LOC, IEC_PROJ)
+  std::u16string mXrefValueA;    // value of the format token %A
+  std::u16string mXrefValueB;    // value of the format token %B
 };

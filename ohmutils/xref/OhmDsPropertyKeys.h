@@ -13,8 +13,8 @@
 
 namespace OhmDsKeys {
 
-OHMUTILS_EXPORT extern const std::u16string CONTACT;       // contact kind: NO, NC, NONC or NCNO, any case
-OHMUTILS_EXPORT extern const std::u16string REF;           // reference on the sheet, token %N
+OHMUTILS_EXPORT extern const std::u16string CONTACT;  // contact kind: NO, NC, NONC or NCNO, any case
+OHMUTILS_EXPORT extern const std::u16string REF;      // reference on the sheet, token %N
 OHMUTILS_EXPORT extern const std::u16string LNUMBER;
 OHMUTILS_EXPORT extern const std::u16string STRIPSEQ;
 OHMUTILS_EXPORT extern const std::u16string SHEET;         // sheet number, token %S
@@ -24,7 +24,7 @@ OHMUTILS_EXPORT extern const std::u16string IEC_LOC;       // IEC location code,
 OHMUTILS_EXPORT extern const std::u16string IEC_PROJ;      // IEC project code, token %P
 OHMUTILS_EXPORT extern const std::u16string TERM;          // terminal text as drawn
 OHMUTILS_EXPORT extern const std::u16string TERMDESC;
-OHMUTILS_EXPORT extern const std::u16string TERMCODE;      // terminal number, decimal integer text
+OHMUTILS_EXPORT extern const std::u16string TERMCODE;  // terminal number, decimal integer text
 OHMUTILS_EXPORT extern const std::u16string ADDR;
 
 }  // namespace OhmDsKeys

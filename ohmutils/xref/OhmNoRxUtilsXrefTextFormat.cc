@@ -66,30 +66,48 @@ bool samePathNoCase(const std::u16string& a, const std::u16string& b) noexcept {
 // The field that the property index stands for; null for %G and %F.
 const std::u16string* fieldForIndex(std::int32_t index, const RefData& data) {
   switch (index) {
-    case 0: return &data.mSheet;
-    case 1: return &data.mRef;
-    case 2: return &data.mSheetDwgName;
-    case 5: return &data.mValueA;
-    case 6: return &data.mValueB;
-    case 7: return &data.mIecProject;
-    case 8: return &data.mIecInst;
-    case 9: return &data.mIecLoc;
-    default: return nullptr;
+    case 0:
+      return &data.mSheet;
+    case 1:
+      return &data.mRef;
+    case 2:
+      return &data.mSheetDwgName;
+    case 5:
+      return &data.mValueA;
+    case 6:
+      return &data.mValueB;
+    case 7:
+      return &data.mIecProject;
+    case 8:
+      return &data.mIecInst;
+    case 9:
+      return &data.mIecLoc;
+    default:
+      return nullptr;
   }
 }
 
 // The field that "%<letter>" is substituted with; null when it is no substituted token.
 const std::u16string* fieldForLetter(char16_t letter, const RefData& data) {
   switch (letter) {
-    case u'S': return &data.mSheet;
-    case u'N': return &data.mRef;
-    case u'A': return &data.mValueA;
-    case u'B': return &data.mValueB;
-    case u'I': return &data.mIecInst;
-    case u'L': return &data.mIecLoc;
-    case u'P': return &data.mIecProject;
-    case u'D': return &data.mSheetDwgName;
-    default: return nullptr;
+    case u'S':
+      return &data.mSheet;
+    case u'N':
+      return &data.mRef;
+    case u'A':
+      return &data.mValueA;
+    case u'B':
+      return &data.mValueB;
+    case u'I':
+      return &data.mIecInst;
+    case u'L':
+      return &data.mIecLoc;
+    case u'P':
+      return &data.mIecProject;
+    case u'D':
+      return &data.mSheetDwgName;
+    default:
+      return nullptr;
   }
 }
 
@@ -137,7 +155,8 @@ void appendSubstituted(const std::u16string& format, const RefData& data, std::u
 
 bool OhmNoRxUtilsXrefTextFormat::getXrefText(const Option& option, const std::u16string& hostDwgPath,
                                              const RefData& data, std::u16string& output) {
-  const std::u16string& format = samePathNoCase(hostDwgPath, data.mDwgPath) ? option.mXrefFormat : option.mXrefAltFormat;
+  const std::u16string& format =
+      samePathNoCase(hostDwgPath, data.mDwgPath) ? option.mXrefFormat : option.mXrefAltFormat;
   // The one-pass writer fills the output in place, so it must not read from it.
   const bool outputIsInput = &output == &format || isWithin(&output, &data, &data + 1);
   const std::optional<std::size_t> length = outputIsInput ? std::nullopt : independentTextLength(format, data);
@@ -161,7 +180,8 @@ void OhmNoRxUtilsXrefTextFormat::substituteInOrder(const std::u16string& format,
   CString working(format);
   for (const std::int32_t index : kSubstitutionOrder) {
     // Every index of the order has a field.
-    if (const std::u16string* field = fieldForIndex(index, data)) ReplaceStringInString(working, kPropAliases[index], field->c_str());
+    if (const std::u16string* field = fieldForIndex(index, data))
+      ReplaceStringInString(working, kPropAliases[index], field->c_str());
   }
   output = working.str();
 }

@@ -23,9 +23,9 @@
 #include <string>
 
 #include "ohmutils/OhmUtilsExport.h"
-#include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 #include "ohmutils/xref/OhmDsComponentOcc.h"
 #include "ohmutils/xref/OhmNoRxUtilsSettingOverride.h"
+#include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 #include "zd/db/ZdDbObject.h"
 
 class OHMUTILS_EXPORT OhmUtXrefEntity {

@@ -25,12 +25,17 @@ OhmUtXrefEntity* OhmUtXrefEntityFactory::getXrefEntity(const ZdDbEntity* entity,
   getPinList(entity, pinList);
   std::unique_ptr<OhmUtXrefEntity> object;
   switch (OhmUtXrefEntity::getXrefEntityStyle(styleText)) {
-    case OhmUtXrefEntity::StyleText: object = std::make_unique<OhmUtXrefTextEntity>(settingOverride); break;
+    case OhmUtXrefEntity::StyleText:
+      object = std::make_unique<OhmUtXrefTextEntity>(settingOverride);
+      break;
     case OhmUtXrefEntity::StyleGraphic:
       object = std::make_unique<OhmUtXrefGraphicEntity>(settingOverride, pinList);
       break;
-    case OhmUtXrefEntity::StyleTable: object = std::make_unique<OhmUtXrefTableEntity>(settingOverride, pinList); break;
-    case OhmUtXrefEntity::StyleNone: return nullptr;
+    case OhmUtXrefEntity::StyleTable:
+      object = std::make_unique<OhmUtXrefTableEntity>(settingOverride, pinList);
+      break;
+    case OhmUtXrefEntity::StyleNone:
+      return nullptr;
   }
   object->applyEntityOverrides(entity);
   return object.release();

@@ -25,8 +25,7 @@ class OHMUTILS_EXPORT OhmUtXrefEntityFactory {
   // "0", "1", "2".
   static OhmUtXrefEntity* getXrefEntity(const ZdDbEntity* entity, OhmNoRxUtilsSettingOverride& settingOverride);
   // A text object whatever the style says; null only for a null entity.
-  static OhmUtXrefTextEntity* getXrefTextEntity(const ZdDbEntity* entity,
-                                                OhmNoRxUtilsSettingOverride& settingOverride);
+  static OhmUtXrefTextEntity* getXrefTextEntity(const ZdDbEntity* entity, OhmNoRxUtilsSettingOverride& settingOverride);
 
  private:
   // The entity's KVA_WD_PINLIST xdata; false (output empty) without it.

@@ -69,8 +69,7 @@ void OhmUtXrefGraphicEntity::getXrefOptionEntOverride(const ZdDbEntity* entity,
 
 // --- terminals and classification -------------------------------------------
 
-bool OhmUtXrefGraphicEntity::getCompOccTermMap(const OhmDsComponentOcc& occurrence, TermMap& termMap,
-                                               bool trim) const {
+bool OhmUtXrefGraphicEntity::getCompOccTermMap(const OhmDsComponentOcc& occurrence, TermMap& termMap, bool trim) const {
   termMap.clear();
   for (const OhmDsComponentPinOcc& pin : occurrence.mPins) {
     const std::int32_t number = ohm_internal::stoiDecimal(pin.getProperty(OhmDsKeys::TERMCODE));
@@ -148,8 +147,9 @@ OhmUtXrefGraphicEntity::Contact OhmUtXrefGraphicEntity::classifyContact(const Oh
                       terms[1].first == 2 && terms[2].first == 3;
   const bool onlyOneAndTwo = terms.size() == 2 && terms[0].first == 1 && terms[1].first == 2;
   contact.partialFormC =
-      onlyOneAndTwo && ((contact.kind == ContactKind::NO && isPartialFormCSide(*terms[0].second, *terms[1].second, 1)) ||
-                        (contact.kind == ContactKind::NC && isPartialFormCSide(*terms[0].second, *terms[1].second, 2)));
+      onlyOneAndTwo &&
+      ((contact.kind == ContactKind::NO && isPartialFormCSide(*terms[0].second, *terms[1].second, 1)) ||
+       (contact.kind == ContactKind::NC && isPartialFormCSide(*terms[0].second, *terms[1].second, 2)));
   return contact;
 }
 
@@ -220,11 +220,19 @@ bool OhmUtXrefGraphicEntity::getContactName(ContactKind kind, std::u16string& na
   name.clear();
   if (mContactMap.size() < 3) return false;
   switch (kind) {
-    case ContactKind::NO: name = mContactMap[0]; return true;
-    case ContactKind::NC: name = mContactMap[1]; return true;
-    case ContactKind::FormC: name = mContactMap[2]; return true;
-    case ContactKind::Empty: return true;
-    case ContactKind::Other: return false;
+    case ContactKind::NO:
+      name = mContactMap[0];
+      return true;
+    case ContactKind::NC:
+      name = mContactMap[1];
+      return true;
+    case ContactKind::FormC:
+      name = mContactMap[2];
+      return true;
+    case ContactKind::Empty:
+      return true;
+    case ContactKind::Other:
+      return false;
   }
   return false;
 }

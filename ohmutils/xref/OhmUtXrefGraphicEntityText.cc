@@ -12,10 +12,17 @@ bool OhmUtXrefGraphicEntity::symbolOfPlainContact(const Contact& contact, Graphi
   if (style == GraphicalNone) return true;
   const bool first = style == GraphicalStyle1;
   switch (contact.kind) {
-    case ContactKind::NO: symbol = first ? mStyle1SymbolTextForNO : mStyle2SymbolTextForNO; return true;
-    case ContactKind::NC: symbol = first ? mStyle1SymbolTextForNC : mStyle2SymbolTextForNC; return true;
-    case ContactKind::Empty: symbol = first ? mStyle1SymbolTextForNIL : mStyle2SymbolTextForNIL; return true;
-    default: return false;
+    case ContactKind::NO:
+      symbol = first ? mStyle1SymbolTextForNO : mStyle2SymbolTextForNO;
+      return true;
+    case ContactKind::NC:
+      symbol = first ? mStyle1SymbolTextForNC : mStyle2SymbolTextForNC;
+      return true;
+    case ContactKind::Empty:
+      symbol = first ? mStyle1SymbolTextForNIL : mStyle2SymbolTextForNIL;
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -38,7 +45,8 @@ bool OhmUtXrefGraphicEntity::symbolsOfFullFormCContact(const Contact& contact, G
       ncSymbol = noSymbol;
       return named;
     }
-    case GraphicalNone: return true;
+    case GraphicalNone:
+      return true;
   }
   return true;
 }
@@ -49,10 +57,16 @@ bool OhmUtXrefGraphicEntity::symbolOfPartialFormCContact(const Contact& contact,
   if (!contact.partialFormC) return false;
   const bool noSide = contact.kind == ContactKind::NO;
   switch (style) {
-    case GraphicalStyle1: symbol = noSide ? mStyle1SymbolTextForFORMC_NO : mStyle1SymbolTextForFORMC_NC; return true;
-    case GraphicalStyle2: symbol = noSide ? mStyle2SymbolTextForFORMC_NO : mStyle2SymbolTextForFORMC_NC; return true;
-    case GraphicalContactMap: return getContactName(contact.kind, symbol);
-    case GraphicalNone: return true;
+    case GraphicalStyle1:
+      symbol = noSide ? mStyle1SymbolTextForFORMC_NO : mStyle1SymbolTextForFORMC_NC;
+      return true;
+    case GraphicalStyle2:
+      symbol = noSide ? mStyle2SymbolTextForFORMC_NO : mStyle2SymbolTextForFORMC_NC;
+      return true;
+    case GraphicalContactMap:
+      return getContactName(contact.kind, symbol);
+    case GraphicalNone:
+      return true;
   }
   return true;
 }
@@ -88,8 +102,7 @@ bool OhmUtXrefGraphicEntity::getUnformattedXrefText(const OhmDsComponentOcc& occ
 }
 
 bool OhmUtXrefGraphicEntity::getUnformattedXrefTextForFullFormCContact(const OhmDsComponentOcc& occurrence,
-                                                                       std::u16string& noText,
-                                                                       std::u16string& ncText) {
+                                                                       std::u16string& noText, std::u16string& ncText) {
   noText.clear();
   ncText.clear();
   init();

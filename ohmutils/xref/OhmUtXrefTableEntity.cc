@@ -5,26 +5,24 @@
 
 #include "ohmutils/util/OhmUtilsPaths.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
-#include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "ohmutils/xref/OhmDsOccurrence_internal.h"
+#include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "ohmutils/xref/OhmUtXrefTableEntity_internal.h"
 
 namespace {
 
 // Column index (the numbers of option 71) -> column.
 constexpr std::array<OhmUtXrefTableEntity::ColumnId, 10> kColumnOfIndex = {
-    OhmUtXrefTableEntity::ColumnAux1,      OhmUtXrefTableEntity::ColumnTerm1,
-    OhmUtXrefTableEntity::ColumnSymbol,    OhmUtXrefTableEntity::ColumnTerm2,
-    OhmUtXrefTableEntity::ColumnAux2,      OhmUtXrefTableEntity::ColumnReference,
-    OhmUtXrefTableEntity::ColumnSheet,     OhmUtXrefTableEntity::ColumnSheetDwgName,
-    OhmUtXrefTableEntity::ColumnDwgName,   OhmUtXrefTableEntity::ColumnDwgPath,
+    OhmUtXrefTableEntity::ColumnAux1,    OhmUtXrefTableEntity::ColumnTerm1,
+    OhmUtXrefTableEntity::ColumnSymbol,  OhmUtXrefTableEntity::ColumnTerm2,
+    OhmUtXrefTableEntity::ColumnAux2,    OhmUtXrefTableEntity::ColumnReference,
+    OhmUtXrefTableEntity::ColumnSheet,   OhmUtXrefTableEntity::ColumnSheetDwgName,
+    OhmUtXrefTableEntity::ColumnDwgName, OhmUtXrefTableEntity::ColumnDwgPath,
 };
-
 
 }  // namespace
 
-OhmUtXrefTableEntity::OhmUtXrefTableEntity(OhmNoRxUtilsSettingOverride& settingOverride,
-                                           const std::u16string& pinList)
+OhmUtXrefTableEntity::OhmUtXrefTableEntity(OhmNoRxUtilsSettingOverride& settingOverride, const std::u16string& pinList)
     : OhmUtXrefGraphicEntity(settingOverride, pinList) {
   mStyle = StyleTable;
 }
@@ -125,18 +123,26 @@ bool OhmUtXrefTableEntity::getPartialFormCTableCellValue(const OhmDsComponentOcc
 bool OhmUtXrefTableEntity::cellValue(const OhmDsComponentOcc& occurrence, const Contact& contact, GraphicalStyle style,
                                      ColumnId column, std::u16string& value) const {
   value.clear();
-  auto copyTerm = [&contact](std::int32_t number, std::u16string& out) { return copyTermOf(contact.terms, number, out); };
+  auto copyTerm = [&contact](std::int32_t number, std::u16string& out) {
+    return copyTermOf(contact.terms, number, out);
+  };
   switch (column) {
-    case ColumnTerm1: return copyTerm( 1, value);
-    case ColumnTerm2: return copyTerm( 2, value);
-    case ColumnReference: generateXrefText(occurrence, value, false); return true;
+    case ColumnTerm1:
+      return copyTerm(1, value);
+    case ColumnTerm2:
+      return copyTerm(2, value);
+    case ColumnReference:
+      generateXrefText(occurrence, value, false);
+      return true;
     case ColumnSymbol: {
       const bool found = symbolOfPlainContact(contact, style, value);
       // A contact-map cell is never empty, so that a table shows it was filled.
       if (value.empty() && style == GraphicalContactMap) value.assign(1, u' ');
       return found;
     }
-    case ColumnSheet: value = ohm_internal::lookupProperty(occurrence.mSheetProperties, OhmDsKeys::SHEET); return true;
+    case ColumnSheet:
+      value = ohm_internal::lookupProperty(occurrence.mSheetProperties, OhmDsKeys::SHEET);
+      return true;
     case ColumnSheetDwgName:
       value = ohm_internal::lookupProperty(occurrence.mSheetProperties, OhmDsKeys::SHEETDWGNAME);
       return true;
@@ -145,8 +151,11 @@ bool OhmUtXrefTableEntity::cellValue(const OhmDsComponentOcc& occurrence, const 
       if (OhmUtilsGetFileNameWithoutExt(ZdString(occurrence.mOccID.mDwgPath), name)) value = name.str();
       return true;
     }
-    case ColumnDwgPath: value = occurrence.mOccID.mDwgPath; return true;
-    default: return false;
+    case ColumnDwgPath:
+      value = occurrence.mOccID.mDwgPath;
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -155,12 +164,18 @@ bool OhmUtXrefTableEntity::fullFormCCellValues(const Contact& contact, Graphical
   noValue.clear();
   ncValue.clear();
   if (!contact.fullFormC) return false;
-  auto copyTerm = [&contact](std::int32_t number, std::u16string& out) { return copyTermOf(contact.terms, number, out); };
+  auto copyTerm = [&contact](std::int32_t number, std::u16string& out) {
+    return copyTermOf(contact.terms, number, out);
+  };
   switch (column) {
-    case ColumnTerm1: return copyTerm( 2, noValue) && copyTerm( 3, ncValue);
-    case ColumnTerm2: return copyTerm( 1, noValue) && copyTerm( 1, ncValue);
-    case ColumnSymbol: return symbolsOfFullFormCContact(contact, style, noValue, ncValue);
-    default: return false;
+    case ColumnTerm1:
+      return copyTerm(2, noValue) && copyTerm(3, ncValue);
+    case ColumnTerm2:
+      return copyTerm(1, noValue) && copyTerm(1, ncValue);
+    case ColumnSymbol:
+      return symbolsOfFullFormCContact(contact, style, noValue, ncValue);
+    default:
+      return false;
   }
 }
 
@@ -174,9 +189,13 @@ bool OhmUtXrefTableEntity::partialFormCCellValue(const Contact& contact, Graphic
       value = contact.kind == ContactKind::NO ? no : nc;
       return true;
     }
-    case ColumnTerm2: value = std::get<0>(identifyPartialFormCPins(contact.terms)); return true;
-    case ColumnSymbol: return symbolOfPartialFormCContact(contact, style, value);
-    default: return false;
+    case ColumnTerm2:
+      value = std::get<0>(identifyPartialFormCPins(contact.terms));
+      return true;
+    case ColumnSymbol:
+      return symbolOfPartialFormCContact(contact, style, value);
+    default:
+      return false;
   }
 }
 
@@ -194,9 +213,12 @@ bool OhmUtXrefTableEntity::isColumnApplicableToRowCheck(ColumnId column, Graphic
     case ColumnSheet:
     case ColumnSheetDwgName:
     case ColumnDwgName:
-    case ColumnDwgPath: return true;
-    case ColumnSymbol: return style != GraphicalNone;
-    default: return false;
+    case ColumnDwgPath:
+      return true;
+    case ColumnSymbol:
+      return style != GraphicalNone;
+    default:
+      return false;
   }
 }
 

@@ -44,7 +44,8 @@ OhmUtXrefTableRows::Row OhmUtXrefTableRows::getTitles(OhmUtXrefTableEntity& enti
   entity.getAllTableColumnNames(names);
   for (std::int32_t index = 0; index < static_cast<std::int32_t>(names.size()); ++index) {
     const auto visible = entity.mVisColumnIdMap.find(entity.getColumnId(index));
-    if (visible != entity.mVisColumnIdMap.end()) titles[static_cast<std::size_t>(visible->second)] = names[static_cast<std::size_t>(index)];
+    if (visible != entity.mVisColumnIdMap.end())
+      titles[static_cast<std::size_t>(visible->second)] = names[static_cast<std::size_t>(index)];
   }
   return titles;
 }

@@ -22,10 +22,10 @@ class OHMUTILS_EXPORT OhmUtXrefTextEntity : public OhmUtXrefEntity {
   OhmUtXrefTextEntity(const OhmUtXrefTextEntity& other);
   ~OhmUtXrefTextEntity() override;
 
-  static bool isXrefTag(const std::u16string& tag);               // "XREF"
-  static bool isXrefTagForRelayCoil(const std::u16string& tag);   // "XREFNC" or "XREFNO"
-  static bool isXrefTagForRelayCoilNC(const std::u16string& tag); // "XREFNC"
-  static bool isXrefTagForRelayCoilNO(const std::u16string& tag); // "XREFNO"
+  static bool isXrefTag(const std::u16string& tag);                // "XREF"
+  static bool isXrefTagForRelayCoil(const std::u16string& tag);    // "XREFNC" or "XREFNO"
+  static bool isXrefTagForRelayCoilNC(const std::u16string& tag);  // "XREFNC"
+  static bool isXrefTagForRelayCoilNO(const std::u16string& tag);  // "XREFNO"
 
   // True when the occurrence belongs in an attribute of this tag; `text` is
   // then its reference text (empty when the format is). False with an empty

@@ -84,6 +84,7 @@ _variant_t::_variant_t(const char16_t* text) {
   }
 }
 
-_variant_t::_variant_t(LONG value, VARTYPE type) noexcept : VARIANT(withInteger(value, type == VT_INT ? VT_INT : VT_I4)) {}
+_variant_t::_variant_t(LONG value, VARTYPE type) noexcept
+    : VARIANT(withInteger(value, type == VT_INT ? VT_INT : VT_I4)) {}
 
 void com_testing::failNextStringVariant() { gFailNextString = true; }

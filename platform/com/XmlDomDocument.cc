@@ -9,10 +9,10 @@
 #include <unistd.h>
 
 #include "com/XmlDom_internal.h"
-#include "win/fs/FileReplace.h"
-#include "win/fs/PathMapping.h"
 #include "win/Utf8.h"
 #include "win/WinError.h"
+#include "win/fs/FileReplace.h"
+#include "win/fs/PathMapping.h"
 
 namespace com_internal {
 namespace {
@@ -20,8 +20,8 @@ namespace {
 // MSXML keeps comments, processing instructions and the declaration; the
 // document type is parsed so that it can be refused.
 // Text at the top level is parsed (as a fragment) so that it can be refused too.
-constexpr unsigned kParseFlags = pugi::parse_default | pugi::parse_declaration | pugi::parse_comments |
-                                 pugi::parse_pi | pugi::parse_doctype | pugi::parse_fragment;
+constexpr unsigned kParseFlags = pugi::parse_default | pugi::parse_declaration | pugi::parse_comments | pugi::parse_pi |
+                                 pugi::parse_doctype | pugi::parse_fragment;
 
 struct StringWriter : pugi::xml_writer {
   std::string bytes;
@@ -50,12 +50,15 @@ std::string Serialize(const DomTree& tree) {
 HRESULT FromErrno(int error) {
   switch (error) {
     case ENOENT:
-    case ENOTDIR: return HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND);
+    case ENOTDIR:
+      return HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND);
     case EACCES:
     case EPERM:
     case EROFS:
-    case EISDIR: return E_ACCESSDENIED;
-    default: return E_FAIL;
+    case EISDIR:
+      return E_ACCESSDENIED;
+    default:
+      return E_FAIL;
   }
 }
 
@@ -173,8 +176,7 @@ HRESULT Document::save(VARIANT destination) {
   if (HRESULT injected = TakeInjectedFailure(Injected::save); FAILED(injected))
     return Fail(injected, IID_IXMLDOMDocument, u"save failed (injected).");
   std::optional<std::string> path = WindowsPathToPosix(destination.bstrVal);
-  if (!path)
-    return Fail(HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND), IID_IXMLDOMDocument, u"The path has no place here.");
+  if (!path) return Fail(HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND), IID_IXMLDOMDocument, u"The path has no place here.");
   int error = ReplaceFileContents(*path, Serialize(*ref.tree));
   if (error == 0) return S_OK;
   return Fail(FromErrno(error), IID_IXMLDOMDocument, Describe("Can't save", *path, std::strerror(error)));

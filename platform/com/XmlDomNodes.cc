@@ -13,8 +13,8 @@ std::atomic<long> gLiveObjects{0};
 std::mutex gQueryFailureMutex;
 IID gQueryFailureIid{};
 HRESULT gQueryFailure = S_OK;
-int gQueriesToPass = 0;                       // queries of gQueryFailureIid that still succeed first
-std::atomic<bool> gQueryFailureArmed{false};  // lets queries skip the lock when no failure waits
+int gQueriesToPass = 0;                               // queries of gQueryFailureIid that still succeed first
+std::atomic<bool> gQueryFailureArmed{false};          // lets queries skip the lock when no failure waits
 std::atomic<HRESULT> gInjected[3]{S_OK, S_OK, S_OK};  // by Injected
 
 std::string Narrow(const char16_t* text) { return Utf16ToUtf8(text ? std::u16string_view(text) : u""); }
@@ -29,10 +29,17 @@ std::string EscapeAttribute(const char* value) {
   std::string escaped;
   for (; *value; ++value) {
     switch (*value) {
-      case '&': escaped += "&amp;"; break;
-      case '<': escaped += "&lt;"; break;
-      case '"': escaped += "&quot;"; break;
-      default: escaped += *value;
+      case '&':
+        escaped += "&amp;";
+        break;
+      case '<':
+        escaped += "&lt;";
+        break;
+      case '"':
+        escaped += "&quot;";
+        break;
+      default:
+        escaped += *value;
     }
   }
   return escaped;
@@ -232,26 +239,40 @@ pugi::xml_node PutBelow(const NodeRef& parent, const NodeRef& child) {
 
 const char* UnnamedKindName(pugi::xml_node_type type) {
   switch (type) {
-    case pugi::node_document: return "#document";
-    case pugi::node_pcdata: return "#text";
-    case pugi::node_cdata: return "#cdata-section";
-    case pugi::node_comment: return "#comment";
-    case pugi::node_declaration: return "xml";
-    default: return "";
+    case pugi::node_document:
+      return "#document";
+    case pugi::node_pcdata:
+      return "#text";
+    case pugi::node_cdata:
+      return "#cdata-section";
+    case pugi::node_comment:
+      return "#comment";
+    case pugi::node_declaration:
+      return "xml";
+    default:
+      return "";
   }
 }
 
 DOMNodeType KindOf(pugi::xml_node_type type) {
   switch (type) {
-    case pugi::node_element: return NODE_ELEMENT;
-    case pugi::node_document: return NODE_DOCUMENT;
-    case pugi::node_pcdata: return NODE_TEXT;
-    case pugi::node_cdata: return NODE_CDATA_SECTION;
-    case pugi::node_comment: return NODE_COMMENT;
+    case pugi::node_element:
+      return NODE_ELEMENT;
+    case pugi::node_document:
+      return NODE_DOCUMENT;
+    case pugi::node_pcdata:
+      return NODE_TEXT;
+    case pugi::node_cdata:
+      return NODE_CDATA_SECTION;
+    case pugi::node_comment:
+      return NODE_COMMENT;
     case pugi::node_pi:
-    case pugi::node_declaration: return NODE_PROCESSING_INSTRUCTION;
-    case pugi::node_doctype: return NODE_DOCUMENT_TYPE;
-    default: return NODE_INVALID;
+    case pugi::node_declaration:
+      return NODE_PROCESSING_INSTRUCTION;
+    case pugi::node_doctype:
+      return NODE_DOCUMENT_TYPE;
+    default:
+      return NODE_INVALID;
   }
 }
 

@@ -20,9 +20,9 @@ namespace com_internal {
 struct DomTree {
   DomTree(const void* documentId, bool isDetached) : owner(documentId), detached(isDetached) {}
   pugi::xml_document xml;
-  const void* owner;  // the document object that made the tree (identity only)
-  bool detached;      // a holder for a node made by create*
-  pugi::xml_node attributeHolder;  // in a detached tree of an attribute: the element it waits on
+  const void* owner;                                  // the document object that made the tree (identity only)
+  bool detached;                                      // a holder for a node made by create*
+  pugi::xml_node attributeHolder;                     // in a detached tree of an attribute: the element it waits on
   pugi::xml_encoding encoding = pugi::encoding_utf8;  // the encoding a save writes
 };
 using TreePtr = std::shared_ptr<DomTree>;

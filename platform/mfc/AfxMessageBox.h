@@ -3,8 +3,8 @@
 #pragma once
 
 #include "OhmPlatformExport.h"
-#include "win/ui/MessageBox.h"
 #include "win/WinDef.h"
+#include "win/ui/MessageBox.h"
 
 OHM_PLATFORM_API_BEGIN
 

@@ -8,8 +8,8 @@
 #pragma once
 
 #include "OhmPlatformExport.h"
-#include "win/registry/Registry.h"
 #include "win/WinDef.h"
+#include "win/registry/Registry.h"
 
 OHM_PLATFORM_API_BEGIN
 

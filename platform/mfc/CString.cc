@@ -10,9 +10,7 @@
 namespace {
 
 // Length up to the first terminator, as the C runtime sees a wide string.
-std::size_t TerminatedLength(LPCWSTR text) noexcept {
-  return text ? std::char_traits<char16_t>::length(text) : 0;
-}
+std::size_t TerminatedLength(LPCWSTR text) noexcept { return text ? std::char_traits<char16_t>::length(text) : 0; }
 
 // The text as far as the C runtime would read it.
 std::u16string_view Terminated(LPCWSTR text) noexcept { return {text ? text : u"", TerminatedLength(text)}; }
@@ -233,9 +231,7 @@ CString& CString::TrimRight(LPCWSTR units) {
   return *this;
 }
 
-int CString::Compare(LPCWSTR other) const noexcept {
-  return Terminated(m_str.c_str()).compare(Terminated(other));
-}
+int CString::Compare(LPCWSTR other) const noexcept { return Terminated(m_str.c_str()).compare(Terminated(other)); }
 
 int CString::CompareNoCase(LPCWSTR other) const noexcept {
   const std::u16string_view a = Terminated(m_str.c_str());

@@ -74,19 +74,19 @@ class CString {
   int Find(char16_t unit, int start = 0) const noexcept;  // -1 if start is outside [0, length)
   int Find(LPCWSTR sub, int start = 0) const noexcept;    // -1 if start is outside [0, length]; "" is found at start
   int ReverseFind(char16_t unit) const noexcept;
-  int FindOneOf(LPCWSTR charSet) const noexcept;          // "" finds nothing
+  int FindOneOf(LPCWSTR charSet) const noexcept;  // "" finds nothing
 
   // --- editing in place: counts and new lengths -----------------------------
   int Replace(LPCWSTR oldText, LPCWSTR newText);  // occurrences replaced; "" or null old text replaces nothing
   int Replace(char16_t oldUnit, char16_t newUnit);
-  int Remove(char16_t unit);                       // units removed
-  int Insert(int index, char16_t unit);            // new length
+  int Remove(char16_t unit);             // units removed
+  int Insert(int index, char16_t unit);  // new length
   int Insert(int index, LPCWSTR text);
-  int Delete(int index, int count = 1);            // new length
-  CString& MakeUpper();  // a-z only, the C runtime's default locale
-  CString& MakeLower();  // A-Z only
+  int Delete(int index, int count = 1);  // new length
+  CString& MakeUpper();                  // a-z only, the C runtime's default locale
+  CString& MakeLower();                  // A-Z only
   CString& MakeReverse();
-  CString& Trim();       // white space of the Unicode White_Space property
+  CString& Trim();  // white space of the Unicode White_Space property
   CString& Trim(char16_t unit);
   CString& Trim(LPCWSTR units);
   CString& TrimLeft();

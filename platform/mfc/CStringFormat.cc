@@ -68,8 +68,8 @@ std::u16string FormatText(const Spec& spec, va_list& args) {
 std::u16string FormatUnit(const Spec& spec, va_list& args) {
   const int value = va_arg(args, int);
   const bool narrow = spec.length == "h" || spec.conversion == u'C';
-  std::u16string text = narrow ? Utf8ToUtf16(std::string(1, static_cast<char>(value)))
-                               : std::u16string(1, static_cast<char16_t>(value));
+  std::u16string text =
+      narrow ? Utf8ToUtf16(std::string(1, static_cast<char>(value))) : std::u16string(1, static_cast<char16_t>(value));
   return Pad(std::move(text), spec);
 }
 
@@ -103,13 +103,32 @@ std::u16string FormatInteger(const Spec& spec, va_list& args) {
 
 std::u16string FormatOne(const Spec& spec, va_list& args) {
   switch (spec.conversion) {
-    case u's': case u'S': return FormatText(spec, args);
-    case u'c': case u'C': return FormatUnit(spec, args);
-    case u'd': case u'i': case u'u': case u'o': case u'x': case u'X': return FormatInteger(spec, args);
-    case u'p': return Narrow(spec, "", va_arg(args, void*));
-    case u'f': case u'F': case u'e': case u'E': case u'g': case u'G': case u'a': case u'A':
+    case u's':
+    case u'S':
+      return FormatText(spec, args);
+    case u'c':
+    case u'C':
+      return FormatUnit(spec, args);
+    case u'd':
+    case u'i':
+    case u'u':
+    case u'o':
+    case u'x':
+    case u'X':
+      return FormatInteger(spec, args);
+    case u'p':
+      return Narrow(spec, "", va_arg(args, void*));
+    case u'f':
+    case u'F':
+    case u'e':
+    case u'E':
+    case u'g':
+    case u'G':
+    case u'a':
+    case u'A':
       return spec.length == "L" ? Narrow(spec, "L", va_arg(args, long double)) : Narrow(spec, "", va_arg(args, double));
-    default: return {};
+    default:
+      return {};
   }
 }
 

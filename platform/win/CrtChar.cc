@@ -48,6 +48,7 @@ bool CrtEqualNoCase(std::u16string_view a, std::u16string_view b) noexcept {
   // Most paths compared are equal to the unit; a byte compare settles those at once.
   if (std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0) return true;
   const std::size_t start = equalPrefixNoCase(a.data(), b.data(), a.size());
-  return std::equal(a.begin() + static_cast<std::ptrdiff_t>(start), a.end(), b.begin() + static_cast<std::ptrdiff_t>(start),
+  return std::equal(a.begin() + static_cast<std::ptrdiff_t>(start), a.end(),
+                    b.begin() + static_cast<std::ptrdiff_t>(start),
                     [](char16_t x, char16_t y) { return CrtToUpper(x) == CrtToUpper(y); });
 }

@@ -22,8 +22,8 @@ inline constexpr char16_t CrtToLower(char16_t unit) noexcept {
 
 constexpr bool CrtIsSpace(char16_t unit) noexcept {
   return (unit >= 0x09 && unit <= 0x0D) || unit == 0x20 || unit == 0x85 || unit == 0xA0 || unit == 0x1680 ||
-         (unit >= 0x2000 && unit <= 0x200A) || unit == 0x2028 || unit == 0x2029 || unit == 0x202F ||
-         unit == 0x205F || unit == 0x3000;
+         (unit >= 0x2000 && unit <= 0x200A) || unit == 0x2028 || unit == 0x2029 || unit == 0x202F || unit == 0x205F ||
+         unit == 0x3000;
 }
 
 // Upper-case copy, unit by unit with CrtToUpper.

@@ -35,15 +35,15 @@ inline constexpr short RTRESBUF = 5023;     // nested value list
 inline constexpr short RTINT64 = 5031;      // 64-bit integer
 
 // Type codes of value list nodes: xdata group codes.
-inline constexpr short XD_STRING = 1000;      // text
-inline constexpr short XD_APPNAME = 1001;     // application name
-inline constexpr short XD_CONTROL = 1002;     // control string "{" or "}"
-inline constexpr short XD_LAYERNAME = 1003;   // layer name
-inline constexpr short XD_BINARY = 1004;      // binary chunk
-inline constexpr short XD_HANDLE = 1005;      // database handle, as hex text
-inline constexpr short XD_POINT = 1010;       // 3D point (1010-1013)
-inline constexpr short XD_REAL = 1040;        // real (1040-1042)
-inline constexpr short XD_SHORT = 1070;       // 16-bit integer
-inline constexpr short XD_LONG = 1071;        // 32-bit integer
+inline constexpr short XD_STRING = 1000;     // text
+inline constexpr short XD_APPNAME = 1001;    // application name
+inline constexpr short XD_CONTROL = 1002;    // control string "{" or "}"
+inline constexpr short XD_LAYERNAME = 1003;  // layer name
+inline constexpr short XD_BINARY = 1004;     // binary chunk
+inline constexpr short XD_HANDLE = 1005;     // database handle, as hex text
+inline constexpr short XD_POINT = 1010;      // 3D point (1010-1013)
+inline constexpr short XD_REAL = 1040;       // real (1040-1042)
+inline constexpr short XD_SHORT = 1070;      // 16-bit integer
+inline constexpr short XD_LONG = 1071;       // 32-bit integer
 
 OHM_PLATFORM_API_END

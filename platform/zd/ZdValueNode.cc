@@ -61,10 +61,18 @@ bool readValue(ZdValueNode* node, ZdValueKind kind, va_list& args) {
       node->resval.rstring = zdutNewString(text);
       return !text || node->resval.rstring;
     }
-    case ZdValueKind::Short: node->resval.rint = static_cast<short>(va_arg(args, int)); return true;
-    case ZdValueKind::Long: node->resval.rlong = va_arg(args, std::int32_t); return true;
-    case ZdValueKind::Real: node->resval.rreal = va_arg(args, double); return true;
-    case ZdValueKind::Int64: node->resval.mnInt64 = va_arg(args, std::int64_t); return true;
+    case ZdValueKind::Short:
+      node->resval.rint = static_cast<short>(va_arg(args, int));
+      return true;
+    case ZdValueKind::Long:
+      node->resval.rlong = va_arg(args, std::int32_t);
+      return true;
+    case ZdValueKind::Real:
+      node->resval.rreal = va_arg(args, double);
+      return true;
+    case ZdValueKind::Int64:
+      node->resval.mnInt64 = va_arg(args, std::int64_t);
+      return true;
     case ZdValueKind::Point: {
       const double* point = va_arg(args, const double*);
       for (int i = 0; i < 3; ++i) node->resval.rpoint[i] = point ? point[i] : 0.0;
@@ -85,8 +93,10 @@ bool readValue(ZdValueNode* node, ZdValueKind kind, va_list& args) {
       node->resval.rbinary.clen = static_cast<short>(length);
       return true;
     }
-    case ZdValueKind::None: return true;
-    case ZdValueKind::Unknown: return false;
+    case ZdValueKind::None:
+      return true;
+    case ZdValueKind::Unknown:
+      return false;
   }
   return false;
 }
@@ -95,15 +105,35 @@ bool readValue(ZdValueNode* node, ZdValueKind kind, va_list& args) {
 
 ZdValueKind zdValueKindOf(int typeCode) noexcept {
   switch (typeCode) {
-    case RTSTR: case RTDXF0: return ZdValueKind::String;
-    case RTSHORT: return ZdValueKind::Short;
-    case RTLONG: return ZdValueKind::Long;
-    case RTREAL: case RTANG: case RTORINT: return ZdValueKind::Real;
-    case RTPOINT: case RT3DPOINT: return ZdValueKind::Point;
-    case RTENAME: case RTPICKS: return ZdValueKind::Name;
-    case RTINT64: return ZdValueKind::Int64;
-    case RTNONE_TYPE: case RTLB: case RTLE: case RTDOTE: case RTNIL: case RTT: case RTVOID: return ZdValueKind::None;
-    default: return dxfKindOf(typeCode);
+    case RTSTR:
+    case RTDXF0:
+      return ZdValueKind::String;
+    case RTSHORT:
+      return ZdValueKind::Short;
+    case RTLONG:
+      return ZdValueKind::Long;
+    case RTREAL:
+    case RTANG:
+    case RTORINT:
+      return ZdValueKind::Real;
+    case RTPOINT:
+    case RT3DPOINT:
+      return ZdValueKind::Point;
+    case RTENAME:
+    case RTPICKS:
+      return ZdValueKind::Name;
+    case RTINT64:
+      return ZdValueKind::Int64;
+    case RTNONE_TYPE:
+    case RTLB:
+    case RTLE:
+    case RTDOTE:
+    case RTNIL:
+    case RTT:
+    case RTVOID:
+      return ZdValueKind::None;
+    default:
+      return dxfKindOf(typeCode);
   }
 }
 

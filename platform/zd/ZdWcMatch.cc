@@ -19,9 +19,12 @@ inline char16_t fold(char16_t unit, bool ignoreCase) {
 
 bool unitMatches(char16_t patternUnit, char16_t textUnit, bool ignoreCase) {
   switch (patternUnit) {
-    case u'?': return true;
-    case u'#': return textUnit >= u'0' && textUnit <= u'9';
-    default: return patternUnit == textUnit || fold(patternUnit, ignoreCase) == fold(textUnit, ignoreCase);
+    case u'?':
+      return true;
+    case u'#':
+      return textUnit >= u'0' && textUnit <= u'9';
+    default:
+      return patternUnit == textUnit || fold(patternUnit, ignoreCase) == fold(textUnit, ignoreCase);
   }
 }
 

@@ -9,9 +9,9 @@
 #include "RegistryStoreFixture.h"
 #include "mfc/AfxMessageBox.h"
 #include "support/u16.h"
-#include "win/ui/MessageBox.h"
-#include "win/registry/Registry.h"
 #include "win/WinError.h"
+#include "win/registry/Registry.h"
+#include "win/ui/MessageBox.h"
 
 namespace {
 
@@ -98,7 +98,7 @@ TEST_F(CRegistryKeyTest, GetValueChecksTypeSizeAndTerminator) {
     DWORD value = 0;
     char16_t buffer[8] = {u'?', 0};
     CString text;
-    const long status = c.form == 'n' ? key.GetValue(u"v", value)
+    const long status = c.form == 'n'   ? key.GetValue(u"v", value)
                         : c.form == 'b' ? key.GetValue(u"v", buffer, 8)
                                         : key.GetValue(u"v", text);
     EXPECT_EQ(status, c.status);
@@ -126,7 +126,8 @@ TEST_F(CRegistryKeyTest, SetValueWritesTextWithItsTerminatorAndEveryOtherItemAsA
   CRegistryKey key;
   ASSERT_EQ(key.Create(u"Set"), 0);
   EXPECT_EQ(key.SetValue(u"null", static_cast<LPCWSTR>(nullptr)), ERROR_INVALID_DATA);
-  EXPECT_EQ(RegQueryValueExW(key, u"null", nullptr, nullptr, nullptr, nullptr), ERROR_FILE_NOT_FOUND) << "nothing written";
+  EXPECT_EQ(RegQueryValueExW(key, u"null", nullptr, nullptr, nullptr, nullptr), ERROR_FILE_NOT_FOUND)
+      << "nothing written";
   REGITEM text{REG_SZ, u"t", u"words", 9};
   REGITEM binary{REG_BINARY, u"b", u"ignored", 77};
   REGITEM number{REG_DWORD, u"n", u"", 3};
@@ -228,7 +229,8 @@ TEST_F(CRegistryKeyTest, DeleteAllValuesWorksThroughEverythingListedUntilAFailur
   EXPECT_EQ(key.DeleteAllValues(), ERROR_FILE_NOT_FOUND) << "a was deleted once already";
   EXPECT_EQ(Names(key.valueList), std::vector<std::u16string>{u"b"}) << "what follows the failure stays";
   DWORD count = 9;
-  RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr);
+  RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr,
+                   nullptr);
   EXPECT_EQ(count, 0u);
   EXPECT_TRUE(boxes().empty());
   key.Close();

@@ -120,8 +120,7 @@ TEST_F(OhmCfgXMLTest, EachTypeReadsItsOwnSetting) {
       "<Setting Name=\"\"><Property Name=\"p\" Value=\"unnamed\"/></Setting>"
       "</Settings>");
   const std::pair<int, const char16_t*> expected[] = {
-      {0, u"imperial"}, {1, u"metric"}, {2, u"browse"}, {3, u"sch"},
-      {4, u"term"},     {5, u"audit"},  {6, u""},       {-1, u""},
+      {0, u"imperial"}, {1, u"metric"}, {2, u"browse"}, {3, u"sch"}, {4, u"term"}, {5, u"audit"}, {6, u""}, {-1, u""},
   };
   for (const auto& [type, value] : expected) {
     SCOPED_TRACE(type);
@@ -244,8 +243,7 @@ TEST_F(OhmCfgXMLTest, WithoutAUsableDocumentEverythingRaisesInvalidPointer) {
   EXPECT_EQ(raisedBy([&] { mConfig.saveCfgXML(); }), E_POINTER);
   EXPECT_EQ(raisedBy([&] { mConfig.setDefaultSetting(CString(u"v"), nullptr, u"p"); }), E_POINTER);
   loadFile("<Settings/>");
-  EXPECT_EQ(raisedBy([&] { mConfig.setDefaultSetting(CString(u"v"), nullptr, u"p"); }), E_POINTER)
-      << "no Setting node";
+  EXPECT_EQ(raisedBy([&] { mConfig.setDefaultSetting(CString(u"v"), nullptr, u"p"); }), E_POINTER) << "no Setting node";
   ASSERT_TRUE(mConfig.saveCfgXML());
   EXPECT_EQ(raisedBy([&] { mConfig.saveCfgXML(); }), E_POINTER) << "a second save in a row";
 }
@@ -328,8 +326,9 @@ TEST_F(OhmCfgXMLTest, LoadFailsWhenTheDocumentObjectCantBeMade) {
 
 TEST_F(OhmCfgXMLTest, PathIsTakenOnceFromTheGlobalValue) {
   TempFolder elsewhere;
-  elsewhere.makeFile("App.config", "<Settings><Setting Name=\"AuditSettings\"><Property Name=\"p\" Value=\"x\"/>"
-                                "</Setting></Settings>");
+  elsewhere.makeFile("App.config",
+                     "<Settings><Setting Name=\"AuditSettings\"><Property Name=\"p\" Value=\"x\"/>"
+                     "</Setting></Settings>");
   GblPm_SetGblValue(u"GBL_wd_DocSetBase", (elsewhere.windows() + u"\\").c_str());
   loadFile("<Settings/>");
   EXPECT_EQ(get(SettingType::AuditSettings, u"p"), u"") << "still the first folder's file";

@@ -13,8 +13,8 @@
 #include "RegistryStoreFixture.h"
 #include "host/HostTestSupport.h"
 #include "support/u16.h"
-#include "win/registry/Registry.h"
 #include "win/WinError.h"
+#include "win/registry/Registry.h"
 
 namespace {
 
@@ -70,10 +70,12 @@ TEST_F(OhmRegSettingTest, ValuesThatAreNotShortTextReadAsFalse) {
   };
   ASSERT_TRUE(OhmSetRegSetting(u"Typed", u"v", u"seed"));
   HKEY key = nullptr;
-  ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, (std::u16string(kSettings) + u"\\Typed").c_str(), 0, KEY_ALL_ACCESS, &key), 0);
+  ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, (std::u16string(kSettings) + u"\\Typed").c_str(), 0, KEY_ALL_ACCESS, &key),
+            0);
   for (const UnreadableCase& c : cases) {
     SCOPED_TRACE(c.label);
-    RegSetValueExW(key, u"v", 0, c.type, reinterpret_cast<const BYTE*>(c.text.data()), static_cast<DWORD>(c.text.size() * 2));
+    RegSetValueExW(key, u"v", 0, c.type, reinterpret_cast<const BYTE*>(c.text.data()),
+                   static_cast<DWORD>(c.text.size() * 2));
     EXPECT_EQ(Get(u"Typed", u"v"), u"<false>");
   }
   RegCloseKey(key);

@@ -4,11 +4,11 @@
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "support/u16.h"
+#include "win/fs/PathMapping.h"
+#include "zd/app/ZdDocManager_testing.h"
 #include "zd/db/ZdDbDatabase_testing.h"
 #include "zd/db/ZdDbDrawingBuilder.h"
-#include "win/fs/PathMapping.h"
 #include "zd/dxf/DxfDocument.h"
-#include "zd/app/ZdDocManager_testing.h"
 
 namespace {
 
@@ -37,9 +37,14 @@ TEST_F(DrawingQueries, IsDrawingOpenComparesPathsWithoutCase) {
   struct Case {
     const char16_t* name;
     bool open;
-  } cases[] = {{u"C:\\Proj\\SHT01.dxf", true}, {u"c:\\proj\\sht01.DXF", true}, {u"C:/Proj/SHT01.dxf", true},
-               {u"C:\\Proj\\SHT02.dxf", false}, {u"C:\\Proj\\odd.dxf", false}, {u"C:/Proj/odd.dxf", false},
-               {u"", false},                     {nullptr, false}};
+  } cases[] = {{u"C:\\Proj\\SHT01.dxf", true},
+               {u"c:\\proj\\sht01.DXF", true},
+               {u"C:/Proj/SHT01.dxf", true},
+               {u"C:\\Proj\\SHT02.dxf", false},
+               {u"C:\\Proj\\odd.dxf", false},
+               {u"C:/Proj/odd.dxf", false},
+               {u"", false},
+               {nullptr, false}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name ? U8(c.name) : "null");
     ZdApDocument* document = reinterpret_cast<ZdApDocument*>(&cases);  // a marker that must stay unless found

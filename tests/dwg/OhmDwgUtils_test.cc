@@ -6,9 +6,9 @@
 
 #include "support/u16.h"
 #include "zd/ZdCodes.h"
+#include "zd/ZdValueNode_testing.h"
 #include "zd/db/ZdDbDatabase_testing.h"
 #include "zd/db/ZdDbDrawingBuilder.h"
-#include "zd/ZdValueNode_testing.h"
 
 namespace {
 
@@ -34,10 +34,14 @@ TEST_F(OhmDwgUtilsTest, XDataRecordsOfEveryShape) {
     bool found;
     std::u16string value;
   } cases[] = {
-      {"name, control, text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u"%S.%N"); }, true, u"%S.%N"},
-      {"further items", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u"v", XD_SHORT, 3, XD_CONTROL, u"}"); }, true, u"v"},
+      {"name, control, text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u"%S.%N"); }, true,
+       u"%S.%N"},
+      {"further items",
+       [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u"v", XD_SHORT, 3, XD_CONTROL, u"}"); }, true,
+       u"v"},
       {"empty text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u""); }, true, u""},
-      {"control string's content not read", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"}", XD_STRING, u"x"); }, true, u"x"},
+      {"control string's content not read", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"}", XD_STRING, u"x"); }, true,
+       u"x"},
       {"text instead of control", [](ZdDbObject& o) { SetXData(o, XD_STRING, u"{", XD_STRING, u"x"); }, false, u""},
       {"too short", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{"); }, false, u""},
       {"number for text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_SHORT, 1); }, false, u""},
@@ -69,7 +73,10 @@ TEST_F(OhmDwgUtilsTest, XDataValueAllocationFailureReadsAsAbsent) {
 TEST_F(OhmDwgUtilsTest, AttributeLookupFollowsDrawingOrder) {
   ZdDbBlockReference* coil =
       build.insertBlock(u"HCR1", {{u"DESC1", u"d"}, {u"TAG1F", u"K1"}, {u"TAG1", u"K2"}, {u"EMPTY", u""}});
-  struct Case { const char16_t* pattern; const char16_t* text; } cases[] = {
+  struct Case {
+    const char16_t* pattern;
+    const char16_t* text;
+  } cases[] = {
       {u"TAG1,TAG1F", u"K1"}, {u"tag1", u"K2"}, {u"TAG*", u"K1"}, {u"EMPTY", u""}, {u"NONE", nullptr},
   };
   for (const Case& c : cases) {
@@ -87,7 +94,8 @@ TEST_F(OhmDwgUtilsTest, AttributeLookupFollowsDrawingOrder) {
 }
 
 TEST_F(OhmDwgUtilsTest, AttributesThatCannotBeReadAreSkipped) {
-  ZdDbBlockReference* coil = build.insertBlock(u"HCR1", {{u"TAG1", u"first"}, {u"TAG1", u"second"}, {u"TAG1", u"third"}});
+  ZdDbBlockReference* coil =
+      build.insertBlock(u"HCR1", {{u"TAG1", u"first"}, {u"TAG1", u"second"}, {u"TAG1", u"third"}});
   zd_testing::failOpenOf(coil->attributeIds()[0]);
   static_cast<ZdDbAttribute*>(db.objectAt(coil->attributeIds()[1]))->setTag(std::nullopt);
   EXPECT_EQ(std::u16string(OhmDwgUtils::getAttributeValue(coil, u"TAG1")), u"third");

@@ -4,9 +4,9 @@
 
 #include "zd/ZdCodes.h"
 
+#include "zd/ZdValueNode.h"
 #include "zd/app/ZdSysVars.h"
 #include "zd/app/ZdSysVars_testing.h"
-#include "zd/ZdValueNode.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <string>
 #include <string_view>
 
+#include "zd/db/ZdDbDatabase.h"
 #include "zd/dxf/DxfDrawingReader.h"
 #include "zd/dxf/DxfDrawingWriter.h"
-#include "zd/db/ZdDbDatabase.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);

@@ -41,8 +41,8 @@ const std::string& Folder() {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  std::ofstream(Folder() + "/App.config", std::ios::binary).write(reinterpret_cast<const char*>(data),
-                                                                   static_cast<std::streamsize>(size));
+  std::ofstream(Folder() + "/App.config", std::ios::binary)
+      .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
   OhmCfgXML& config = OhmCfgXML::GetInstance();
   if (!config.loadCfgXML()) return 0;
   const auto type = static_cast<ConfigurationXML::SettingType>(size % 6);

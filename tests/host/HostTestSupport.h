@@ -30,7 +30,8 @@ inline std::u16string Windows(const fs::path& path) { return PosixPathToWindows(
 // A running child program with its standard input and output on pipes.
 class Child {
  public:
-  Child(const std::string& program, const std::vector<std::string>& args, const std::vector<std::string>& extraEnv = {}) {
+  Child(const std::string& program, const std::vector<std::string>& args,
+        const std::vector<std::string>& extraEnv = {}) {
     int toChild[2], fromChild[2];
     if (::pipe2(toChild, O_CLOEXEC) != 0 || ::pipe2(fromChild, O_CLOEXEC) != 0) return;
     posix_spawn_file_actions_t actions;
@@ -43,7 +44,8 @@ class Child {
     std::vector<std::string> envStrings = extraEnv;
     for (char** e = environ; *e; ++e)
       if (!overridden(*e, extraEnv)) envStrings.emplace_back(*e);
-    if (::posix_spawn(&mPid, program.c_str(), &actions, nullptr, pointers(argStrings).data(), pointers(envStrings).data()) != 0)
+    if (::posix_spawn(&mPid, program.c_str(), &actions, nullptr, pointers(argStrings).data(),
+                      pointers(envStrings).data()) != 0)
       mPid = -1;
     posix_spawn_file_actions_destroy(&actions);
     ::close(toChild[0]);

@@ -24,7 +24,9 @@ void Lock(CStringList& drawings, CStringList& got) {
   std::cout << "done" << std::endl;
 }
 
-void Release(CStringList& got) { std::cout << "released " << (got.IsEmpty() || LispUpdUnlockFiles(got, true)) << std::endl; }
+void Release(CStringList& got) {
+  std::cout << "released " << (got.IsEmpty() || LispUpdUnlockFiles(got, true)) << std::endl;
+}
 
 }  // namespace
 

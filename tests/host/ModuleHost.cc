@@ -9,8 +9,8 @@
 #include <cstdio>
 
 #include "win/LastError.h"
-#include "win/module/Module_testing.h"
 #include "win/fs/PathMapping.h"
+#include "win/module/Module_testing.h"
 #include "zd/app/ZdModuleLoader.h"
 
 int main(int argc, char** argv) {

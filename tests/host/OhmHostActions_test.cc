@@ -13,8 +13,8 @@
 #include "HostTestSupport.h"
 #include "support/u16.h"
 #include "win/module/Module.h"
-#include "win/module/ResourceTable.h"
 #include "win/module/Resource.h"
+#include "win/module/ResourceTable.h"
 #include "win/ui/ShellExecute.h"
 #include "win/ui/UiSink_testing.h"
 #include "zd/ui/ZdAutomation_testing.h"
@@ -80,8 +80,10 @@ class CannedDatabase : public ::testing::Test {
   }
   void TearDown() override {
     SetDllDirectoryW(nullptr);
-    if (mOldTmpdir) ::setenv("TMPDIR", mOldTmpdir->c_str(), 1);
-    else ::unsetenv("TMPDIR");
+    if (mOldTmpdir)
+      ::setenv("TMPDIR", mOldTmpdir->c_str(), 1);
+    else
+      ::unsetenv("TMPDIR");
   }
   fs::path CannedPath() const { return mTemp.posix(kCannedFile); }
   // The resource's bytes, read through the platform's resource functions.

@@ -10,16 +10,16 @@
 #include "ohmutils/host/OhmOSVersion.h"
 #include "ohmutils/host/OhmResDll.h"
 #include "support/u16.h"
-#include "win/ui/MessageBox.h"
+#include "win/WinError.h"
 #include "win/module/Module_testing.h"
 #include "win/module/NetWksta_testing.h"
 #include "win/module/Resource.h"
+#include "win/ui/MessageBox.h"
 #include "win/ui/UiSink_testing.h"
-#include "win/WinError.h"
-#include "zd/ui/CZdUiVisualStyles_testing.h"
 #include "zd/ZdCodes.h"
 #include "zd/app/ZdEnv.h"
 #include "zd/app/ZdEnv_testing.h"
+#include "zd/ui/CZdUiVisualStyles_testing.h"
 
 namespace {
 
@@ -90,8 +90,7 @@ TEST_F(BuildVersion, NoVersionLeavesTheOutputAlone) {
   const Case cases[] = {
       {"not on the search path", [](const fs::path&) {}},
       {"not a module", [](const fs::path& file) { std::ofstream(file) << "MZ not really\n"; }},
-      {"module without version block",
-       [](const fs::path& file) { fs::copy_file(OHM_TEST_PLAIN_MODULE, file); }},
+      {"module without version block", [](const fs::path& file) { fs::copy_file(OHM_TEST_PLAIN_MODULE, file); }},
   };
   SearchPath(mFolder.windows());
   for (const Case& c : cases) {

@@ -10,10 +10,10 @@
 
 #include "support/u16.h"
 #include "zd/ZdCodes.h"
+#include "zd/ZdValueNode_testing.h"
 #include "zd/app/ZdDocManager.h"
 #include "zd/lisp/ZdLisp.h"
 #include "zd/lisp/ZdLisp_testing.h"
-#include "zd/ZdValueNode_testing.h"
 
 namespace {
 
@@ -71,7 +71,8 @@ class LispBridge : public ::testing::Test {
   void SetUp() override {
     zd_testing::resetLisp();
     mDocument = zdDocManagerPtr()->addDocument(u"\\tmp\\bridge.dwg", nullptr);
-    for (const char16_t* name : {kLockCheck, kUnlock, kLookup, kVerify}) zd_testing::defineLispFunction(name, Recorder());
+    for (const char16_t* name : {kLockCheck, kUnlock, kLookup, kVerify})
+      zd_testing::defineLispFunction(name, Recorder());
   }
   void TearDown() override {
     if (mDocument) zdDocManagerPtr()->closeDocument(mDocument);
@@ -93,10 +94,14 @@ class LispBridge : public ::testing::Test {
   void AnswerWith(Shape shape) {
     const std::vector<Node> strings{S(u"c:/a/b.dwg"), S(u"C:\\c.dwg")};
     switch (shape) {
-      case Shape::StatusError: return Answer(strings, RTERROR);
-      case Shape::NoReply: return Answer({}, RTNORM);
-      case Shape::Nil: return Answer({NIL}, RTNORM);
-      case Shape::Strings: return Answer(strings, RTNORM);
+      case Shape::StatusError:
+        return Answer(strings, RTERROR);
+      case Shape::NoReply:
+        return Answer({}, RTNORM);
+      case Shape::Nil:
+        return Answer({NIL}, RTNORM);
+      case Shape::Strings:
+        return Answer(strings, RTNORM);
     }
   }
   void NoDocument() {
@@ -232,7 +237,10 @@ TEST_F(LispBridge, RepliesOfEveryShape) {
          const bool result = OhmCheckFilesAvailability(files, true, false, false);
          return Outcome{result, Items(files)};
        },
-       {false, in}, {false, in}, {false, in}, {true, backslashed}},
+       {false, in},
+       {false, in},
+       {false, in},
+       {true, backslashed}},
       {"LispCheckFileLockStatusAndLock",
        [] {
          CStringList files, reply;
@@ -241,14 +249,20 @@ TEST_F(LispBridge, RepliesOfEveryShape) {
          const bool result = LispCheckFileLockStatusAndLock(files, true, false, reply, true);
          return Outcome{result, Items(reply)};
        },
-       {false, stale}, {false, stale}, {false, {}}, {true, asWritten}},
+       {false, stale},
+       {false, stale},
+       {false, {}},
+       {true, asWritten}},
       {"OhmUnlockFiles",
        [] {
          CStringArray files = Array({u"C:\\in\\x.dwg"});
          const bool result = OhmUnlockFiles(files);
          return Outcome{result, Items(files)};
        },
-       {false, in}, {false, in}, {true, in}, {false, backslashed}},
+       {false, in},
+       {false, in},
+       {true, in},
+       {false, backslashed}},
       {"LispUpdUnlockFiles",
        [] {
          CStringList files;
@@ -256,7 +270,10 @@ TEST_F(LispBridge, RepliesOfEveryShape) {
          const bool result = LispUpdUnlockFiles(files, true);
          return Outcome{result, Items(files)};
        },
-       {false, in}, {false, in}, {true, in}, {false, in}},
+       {false, in},
+       {false, in},
+       {true, in},
+       {false, in}},
   };
   for (const ReplyCase& c : cases) {
     const std::pair<Shape, const Outcome*> shapes[] = {{Shape::StatusError, &c.statusError},

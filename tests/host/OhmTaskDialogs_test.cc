@@ -14,11 +14,11 @@
 #include "win/ui/MessageBox.h"
 #include "win/ui/UiSink_testing.h"
 #include "win/ui/Window.h"
+#include "win/ui/Window_testing.h"
 #include "zd/ui/ZdApplicationFrame.h"
 #include "zd/ui/ZdApplicationFrame_testing.h"
 #include "zd/ui/ZdTaskDialog.h"
 #include "zd/ui/ZdTaskDialog_testing.h"
-#include "win/ui/Window_testing.h"
 
 namespace {
 
@@ -40,7 +40,8 @@ const DialogCase kDialogs[] = {
     {"missing engine", [] { DisplayMissingDbEngineTaskDialog(); }, u"OhmMB.MissingDBEngine",
      u"http://knowledge.ohm-suite.example/article/Error-The-driver-OhmRedist-is-missing",
      u"http://www.ohm-suite.example/downloads/ohmredist"},
-    {"version mismatch", [] { DisplayEMXVersionErrorTaskDlg(u"ElectricalVersion", u"2.1", u"MechanicalVersion", u"3.0"); },
+    {"version mismatch",
+     [] { DisplayEMXVersionErrorTaskDlg(u"ElectricalVersion", u"2.1", u"MechanicalVersion", u"3.0"); },
      u"OhmMt.MechatronicsSyncFailedDueToVersionMismatch",
      u"http://www.ohm-suite.example/electromechanical-version-compatibility",
      u"http://www.ohm-suite.example/downloads"},
@@ -79,7 +80,7 @@ TEST_F(TaskDialogs, EachShowsItsDefinitionWithTheDetailsButtonAndLiveLinks) {
     ASSERT_EQ(shown.buttons.size(), 2u);
     EXPECT_EQ(shown.buttons[0].id, kDetails);
     EXPECT_EQ(shown.buttons[0].caption, u"Show Details");  // string 139, its blanks trimmed
-    ASSERT_EQ(shown.links.size(), 1u);                      // hyperlinks are enabled
+    ASSERT_EQ(shown.links.size(), 1u);                     // hyperlinks are enabled
     EXPECT_EQ(shown.links[0].target, dialog.linkTarget);
     EXPECT_EQ(shown.content.find(u"<a "), std::u16string::npos);
   }

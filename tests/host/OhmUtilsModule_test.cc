@@ -10,15 +10,15 @@
 #include "mfc/AfxExtensionModule_testing.h"
 #include "support/u16.h"
 #include "win/LastError.h"
+#include "win/WinError.h"
 #include "win/module/Module.h"
 #include "win/module/Module_testing.h"
-#include "win/WinError.h"
 #include "zd/ZdCodes.h"
 #include "zd/app/ZdDocManager.h"
+#include "zd/app/ZdModuleLoader.h"
 #include "zd/lisp/ZdLisp.h"
 #include "zd/lisp/ZdLispEval.h"
 #include "zd/lisp/ZdLisp_testing.h"
-#include "zd/app/ZdModuleLoader.h"
 
 namespace {
 
@@ -70,7 +70,8 @@ TEST_F(ModuleLoad, TheHostsLispLearnsTheNames) {
   const HMODULE module = Load();
   ASSERT_NE(module, nullptr);
   const std::vector<std::u16string> names = zdLispDefunNames();
-  for (const char16_t* name : {u"wdupda_chkdwglockstatus_internal", u"c:ohm_upd_unlock_dwgs", u"wd_mdb2_WFRM2ALL_verify"}) {
+  for (const char16_t* name :
+       {u"wdupda_chkdwglockstatus_internal", u"c:ohm_upd_unlock_dwgs", u"wd_mdb2_WFRM2ALL_verify"}) {
     SCOPED_TRACE(U8(name));
     EXPECT_NE(std::find(names.begin(), names.end(), name), names.end());
   }

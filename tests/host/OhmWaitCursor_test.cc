@@ -9,8 +9,8 @@
 #include "win/ui/Cursor.h"
 #include "win/ui/Cursor_testing.h"
 #include "win/ui/Messages.h"
-#include "zd/ui/ZdApplicationFrame.h"
 #include "zd/app/ZdDocManager.h"
+#include "zd/ui/ZdApplicationFrame.h"
 #include "zd/ui/ZdWinMsgFilter.h"
 #include "zd/ui/ZdWinMsgFilter_testing.h"
 

@@ -11,7 +11,7 @@
 struct SnippetInsert {
   std::string handle;  // hexadecimal
   std::string block;
-  double y = 0;        // the insertion point's y
+  double y = 0;                                                 // the insertion point's y
   std::vector<std::pair<std::string, std::string>> attributes;  // tag, value (bytes as the file holds them)
 };
 

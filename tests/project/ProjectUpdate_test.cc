@@ -25,7 +25,9 @@ std::vector<std::string> TwoSheets() {
                   {"A2", "HNO1", -9.0, {{"TAG2", "K1"}, {"REF", "104"}, {"TERM01", "13"}, {"TERM02", "14"}}}}),
       DxfSnippet("AC1009", "ANSI_1252",
                  {{"B1", "HNC1", -7.2, {{"TAG2", "K1"}, {"TERM01", "21"}, {"TERM02", "22"}}},
-                  {"B2", "VNONC1", -0.5,
+                  {"B2",
+                   "VNONC1",
+                   -0.5,
                    {{"TAG2", "K1"}, {"TERM01", "11"}, {"TERM02", "14"}, {"TERM03", "12"}, {"XREF", ""}}}}),
   };
 }
@@ -68,8 +70,8 @@ TEST(ProjectUpdate, ProblemsAreReportedWithTheirPlaceAndTheRestIsWorkedOut) {
   drawings.push_back("0\nSECTION\n2\nENTITIES\n0\nINSERT\n");
   const ProjectUpdateResult result = Plan(folder, drawings);
   const std::vector<std::pair<std::uint64_t, std::string>> expected = {
-      {0xC1, "already in"},     // a second coil K1
-      {0, ""},                  // S4.dxf can't be read: named by its line
+      {0xC1, "already in"},  // a second coil K1
+      {0, ""},               // S4.dxf can't be read: named by its line
       {0xC2, "which is nowhere"},
       {0xC3, "unknown kind"},
       {0xC4, "without pins"},
@@ -116,24 +118,34 @@ TEST(ProjectUpdate, EachConventionTakesItsPartOfTheContactRecord) {
   const ConventionCase cases[] = {
       {"line 9 of the default grid", Defaults, pins, " 1.109", 0},
       {"a grid from 10 by 5, first line 1",
-       [](ProjectConventions& c) { c.grid = {10.0, 5.0, 1}; }, pins, " 1.104", 0},
-      {"a reference attribute", [](ProjectConventions& c) { c.referenceAttribute = u"LOC"; },
-       {{"LOC", "777"}, {"REF", "555"}, {"TERM01", "1"}}, " 1.777", 0},
+       [](ProjectConventions& c) {
+         c.grid = {10.0, 5.0, 1};
+       },
+       pins, " 1.104", 0},
+      {"a reference attribute",
+       [](ProjectConventions& c) { c.referenceAttribute = u"LOC"; },
+       {{"LOC", "777"}, {"REF", "555"}, {"TERM01", "1"}},
+       " 1.777",
+       0},
       {"the kind attribute over the block name", Defaults, {{"CONTACT", "nc"}, {"TERM01", "1"}}, "%%u 1.109%%u", 0},
-      {"another kind attribute", [](ProjectConventions& c) { c.kindAttribute = u"KIND"; },
-       {{"KIND", "NC"}, {"CONTACT", "NO"}, {"TERM01", "1"}}, "%%u 1.109%%u", 0},
+      {"another kind attribute",
+       [](ProjectConventions& c) { c.kindAttribute = u"KIND"; },
+       {{"KIND", "NC"}, {"CONTACT", "NO"}, {"TERM01", "1"}},
+       "%%u 1.109%%u",
+       0},
       {"another pin prefix", [](ProjectConventions& c) { c.pinPrefix = u"PIN"; }, {{"PIN1", "13"}}, " 1.109", 0},
       {"pins not by the prefix", Defaults, {{"PIN1", "13"}, {"TERM", "13"}, {"TERMX", "14"}}, "(unchanged)", 1},
-      {"a class that a plain XREF refuses", [](ProjectConventions& c) { c.occurrenceType = 12; }, pins,
-       "(unchanged)", 0},
+      {"a class that a plain XREF refuses", [](ProjectConventions& c) { c.occurrenceType = 12; }, pins, "(unchanged)",
+       0},
   };
   for (const ConventionCase& c : cases) {
     SCOPED_TRACE(c.name);
     TempFolder folder;
     std::vector<std::pair<std::string, std::string>> contact = {{"TAG2", "K1"}};
     contact.insert(contact.end(), c.contact.begin(), c.contact.end());
-    folder.makeFile("S1.dxf", DxfSnippet("AC1009", "", {{"A1", "HCR1", -2.5, {{"TAG1", "K1"}, {"XREF", ""}}},
-                                                        {"A2", "HNO1", -9.0, contact}}));
+    folder.makeFile("S1.dxf",
+                    DxfSnippet("AC1009", "",
+                               {{"A1", "HCR1", -2.5, {{"TAG1", "K1"}, {"XREF", ""}}}, {"A2", "HNO1", -9.0, contact}}));
     ProjectDescription project = DescribeFolder(folder.posix());
     c.change(project.conventions);
     const ProjectUpdateResult result = UpdateProject(project, {});
@@ -145,10 +157,11 @@ TEST(ProjectUpdate, EachConventionTakesItsPartOfTheContactRecord) {
 TEST(UpdateReport, NamesAreEscapedAndEveryContactHasItsRow) {
   TempFolder folder;
   const ProjectUpdateResult result =
-      Plan(folder, {DxfSnippet("AC1009", "", {{"A1", "HCR1", -1, {{"TAG1", "K<1>&"}, {"XREF", ""}}},
-                                              {"A2", "HNC1", -3, {{"TAG2", "K<1>&"}, {"TERM01", "1"}}},
-                                              {"A3", "HNO1", -4, {{"TAG2", "K<1>&"}, {"TERM01", "1"}}},
-                                              {"A4", "HNO1", -5, {{"TAG2", "nowhere"}, {"TERM01", "1"}}}})});
+      Plan(folder, {DxfSnippet("AC1009", "",
+                               {{"A1", "HCR1", -1, {{"TAG1", "K<1>&"}, {"XREF", ""}}},
+                                {"A2", "HNC1", -3, {{"TAG2", "K<1>&"}, {"TERM01", "1"}}},
+                                {"A3", "HNO1", -4, {{"TAG2", "K<1>&"}, {"TERM01", "1"}}},
+                                {"A4", "HNO1", -5, {{"TAG2", "nowhere"}, {"TERM01", "1"}}}})});
   const std::string html = HtmlReport(result);
   const char* wanted[] = {"<h2>K&lt;1&gt;&amp;</h2>", "<td>103</td><td>NC</td>", "<td>104</td><td>NO</td>",
                           "<td>handle A4</td><td>contact of coil nowhere, which is nowhere</td>"};
@@ -166,8 +179,14 @@ struct EditCase {
 // Only the value's bytes change, in the file's code page and with its line ends.
 TEST(AttributeTextEdit, ReplacesTheValueBytesAndNothingElse) {
   const EditCase cases[] = {
-      {"R12, code page, CRLF", "AC1009", "ANSI_1252", "\r\n", "", "\xC4" "1", u"", u"\u00C41"},
-      {"2007, UTF-8", "AC1021", "", "\n", "x", "\xC3\x84" "1", u"x", u"\u00C41"},
+      {"R12, code page, CRLF", "AC1009", "ANSI_1252", "\r\n", "",
+       "\xC4"
+       "1",
+       u"", u"\u00C41"},
+      {"2007, UTF-8", "AC1021", "", "\n", "x",
+       "\xC3\x84"
+       "1",
+       u"x", u"\u00C41"},
       {"escape for what the page can't hold", "AC1015", "ANSI_1252", "\n", "", "\\U+4E2D", u"", u"\u4E2D"},
   };
   for (const EditCase& c : cases) {

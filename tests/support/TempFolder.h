@@ -38,8 +38,9 @@ class TempFolder {
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path) << content;
     if (readOnly)
-      std::filesystem::permissions(path, std::filesystem::perms::owner_write | std::filesystem::perms::group_write |
-                                             std::filesystem::perms::others_write,
+      std::filesystem::permissions(path,
+                                   std::filesystem::perms::owner_write | std::filesystem::perms::group_write |
+                                       std::filesystem::perms::others_write,
                                    std::filesystem::perm_options::remove);
   }
   void makeFolder(const std::string& relative) const { std::filesystem::create_directories(posix(relative)); }

@@ -13,10 +13,10 @@
 #include "win/module/Module_testing.h"
 #include "win/module/NetWksta_testing.h"
 #include "win/registry/Registry_testing.h"
-#include "zd/db/ZdDbDatabase_testing.h"
-#include "zd/app/ZdDocManager_testing.h"
-#include "zd/ui/ZdAutomation_testing.h"
 #include "zd/ZdValueNode_testing.h"
+#include "zd/app/ZdDocManager_testing.h"
+#include "zd/db/ZdDbDatabase_testing.h"
+#include "zd/ui/ZdAutomation_testing.h"
 
 namespace {
 

@@ -40,12 +40,9 @@ using Texts = std::vector<std::u16string>;
 using Map = OhmNoRxUtilsSettingOverride::SettingMap;
 
 Map XrefSettings() {
-  return {{OhmCfgSetting::WD_XREF_FORMAT, u"%S.%N"},
-          {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D:%S.%N"},
-          {OhmCfgSetting::WD_XREF_GRAPHIC, u"0"},
-          {OhmCfgSetting::WD_XREF_GRAPHICSTYLE, u"0"},
-          {OhmCfgSetting::WD_XREF_CONTACTMAP, u"A,B,C"},
-          {OhmCfgSetting::WD_XREF_TBLINDEX, u"0,1,2,3,4,5,6,7,8,9"}};
+  return {{OhmCfgSetting::WD_XREF_FORMAT, u"%S.%N"},     {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D:%S.%N"},
+          {OhmCfgSetting::WD_XREF_GRAPHIC, u"0"},        {OhmCfgSetting::WD_XREF_GRAPHICSTYLE, u"0"},
+          {OhmCfgSetting::WD_XREF_CONTACTMAP, u"A,B,C"}, {OhmCfgSetting::WD_XREF_TBLINDEX, u"0,1,2,3,4,5,6,7,8,9"}};
 }
 
 TEST(ConcurrentOperations, TextFormat) {

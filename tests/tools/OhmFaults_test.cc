@@ -3,9 +3,9 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <gtest/gtest.h>
 #include <chrono>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <string>
 #include <thread>
 
@@ -35,7 +35,8 @@ TEST(OhmFaults, AKilledLockHolderKeepsTheLockUntilItsCommandEnds) {
     Wait(ohm);
     EXPECT_EQ(Wait(Spawn(checker, {"lock", "--check", drawing})), 1);  // the command still holds it
     EXPECT_NE(ReadFile(checker.posix("out")).find("not available"), std::string::npos);
-    for (int i = 0; i < 500 && !std::filesystem::exists(done); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    for (int i = 0; i < 500 && !std::filesystem::exists(done); ++i)
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     EXPECT_EQ(Wait(Spawn(checker, {"lock", "--check", drawing})), 0);  // and gives it back when it ends
   }

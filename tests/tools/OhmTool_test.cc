@@ -6,8 +6,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <gtest/gtest.h>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
@@ -143,16 +143,26 @@ TEST(OhmTool, ExitStatusesAndMessages) {
       {"missing drawing", {"layouts", folder.posix("none.dxf")}, 2, "", "none.dxf: no such file"},
       {"not a drawing", {"classify", folder.posix("not.dxf")}, 2, "", "not.dxf:1: group code expected"},
       {"a folder", {"layouts", folder.posix("")}, 2, "", ": is a folder, not a drawing"},
-      {"damaged drawing", {"classify", folder.posix("cut.dxf")}, 2, "", "cut.dxf:9: ENDSEC of section ENTITIES expected"},
+      {"damaged drawing",
+       {"classify", folder.posix("cut.dxf")},
+       2,
+       "",
+       "cut.dxf:9: ENDSEC of section ENTITIES expected"},
       {"bad value", {"xdata", folder.posix("bad.dxf"), "1"}, 2, "", "bad.dxf:9: value of group 70 is not an integer"},
-      {"damaged drawing recovered", {"classify", folder.posix("cut.dxf"), "--recover"}, 0, "NOWHERE",
+      {"damaged drawing recovered",
+       {"classify", folder.posix("cut.dxf"), "--recover"},
+       0,
+       "NOWHERE",
        "cut.dxf:9: EOF added (repaired)"},
       {"plain INSERT", {"classify", folder.posix("minsert.dxf")}, 0, "A1\tmodel\tK\tFP\n", ""},
       {"MINSERT of a derived class", {"classify", folder.posix("minsert.dxf")}, 0, "A2\tmodel\tK\tUnknown\n", ""},
       {"MINSERT found by the block query", {"classify", folder.posix("minsert.dxf"), "--kind", "0"}, 0, "A2\t", ""},
       {"xdata of a name alone", {"classify", folder.posix("minsert.dxf")}, 0, "A3\tmodel\tK\tFP\n", ""},
       {"xdata of a name alone kept", {"xdata", folder.posix("minsert.dxf"), "A3"}, 0, "1001\tKVA_WD_FP\n", ""},
-      {"undefined block", {"classify", folder.posix("cut.dxf"), "--recover"}, 0, "",
+      {"undefined block",
+       {"classify", folder.posix("cut.dxf"), "--recover"},
+       0,
+       "",
        "warning: block \"NOWHERE\" is referred to but never defined"},
       {"bad kind", {"classify", ctrl01, "--kind", "Coil"}, 2, "", "\"Coil\" is no kind"},
       {"kind by number", {"classify", ctrl01, "--kind", "99"}, 2, "", "is no kind"},
@@ -203,8 +213,8 @@ TEST(OhmTool, BadProjectFilesNameLineColumnAndWhatWasExpected) {
        "expected an array of pin objects, found object"},
       {R"({"hostDrawing": "x", "coils": {"K1": [{"drawing": "d", "type": "8"}]}, "entities": []})", "\"8\"",
        "expected an integer, found string"},
-      {R"({"hostDrawing": "x", "coils": {"K1": [{"drawing": "d", "type": 4294967304}]}, "entities": []})",
-       "4294967304", "expected an integer from -2147483648 to 2147483647, found 4294967304"},
+      {R"({"hostDrawing": "x", "coils": {"K1": [{"drawing": "d", "type": 4294967304}]}, "entities": []})", "4294967304",
+       "expected an integer from -2147483648 to 2147483647, found 4294967304"},
       {R"({"hostDrawing": "x", "coils": {"K1": [{"drawing": "d", "type": 1e400}]}, "entities": []})", "1e400",
        "number 1e400 is too large"},
       {R"({"hostDrawing": "x", "coils": {}, "entities": [], "coils": {}})", "\"coils\"",

@@ -3,9 +3,9 @@
 // itself killed midway.
 #include <signal.h>
 
+#include <gtest/gtest.h>
 #include <chrono>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <random>
 #include <sstream>
 #include <string>
@@ -28,11 +28,33 @@ std::vector<std::string> Lines(const std::string& text) {
 // Two sheets in two encodings and line ends, and a third drawing that is cut short.
 void MakeProject(const TempFolder& folder) {
   folder.makeFile("p/A.dxf", DxfSnippet("AC1009", "ANSI_1252",
-                                        {{"A1", "HCR1", -1, {{"TAG1", "K\xC4" "1"}, {"XREF", ""}, {"XREFNC", "stale"}}},
-                                         {"A2", "HNO1", -3, {{"TAG2", "K\xC4" "1"}, {"TERM01", "13"}, {"TERM02", "14"}}}},
+                                        {{"A1",
+                                          "HCR1",
+                                          -1,
+                                          {{"TAG1",
+                                            "K\xC4"
+                                            "1"},
+                                           {"XREF", ""},
+                                           {"XREFNC", "stale"}}},
+                                         {"A2",
+                                          "HNO1",
+                                          -3,
+                                          {{"TAG2",
+                                            "K\xC4"
+                                            "1"},
+                                           {"TERM01", "13"},
+                                           {"TERM02", "14"}}}},
                                         "\r\n"));
   folder.makeFile("p/B.dxf", DxfSnippet("AC1021", "",
-                                        {{"B1", "HNC1", -4, {{"TAG2", "K\xC3\x84" "1"}, {"TERM01", "21"}, {"TERM02", "22"}, {"XREF", ""}}}}));
+                                        {{"B1",
+                                          "HNC1",
+                                          -4,
+                                          {{"TAG2",
+                                            "K\xC3\x84"
+                                            "1"},
+                                           {"TERM01", "21"},
+                                           {"TERM02", "22"},
+                                           {"XREF", ""}}}}));
   folder.makeFile("p/C.dxf", "0\nSECTION\n2\nENTITIES\n0\nINSERT\n");
 }
 
@@ -42,10 +64,13 @@ TEST(OhmUpdate, WritesOnlyTheValuesReportsTheBadDrawingAndASecondRunChangesNothi
   const std::string a = ReadFile(folder.posix("p/A.dxf")), b = ReadFile(folder.posix("p/B.dxf"));
   EXPECT_EQ(Wait(Spawn(folder, {"update", folder.posix("p"), "--report", folder.posix("r.html")})), 1);
   EXPECT_NE(ReadFile(folder.posix("err")).find("C.dxf:"), std::string::npos);
-  EXPECT_NE(ReadFile(folder.posix("r.html")).find("K\xC3\x84" "1"), std::string::npos);
+  EXPECT_NE(ReadFile(folder.posix("r.html"))
+                .find("K\xC3\x84"
+                      "1"),
+            std::string::npos);
   // Line by line: the three values are new, every other line is the file's own, CRs included.
-  const std::vector<std::string> before = Lines(a + b), after = Lines(ReadFile(folder.posix("p/A.dxf")) +
-                                                                      ReadFile(folder.posix("p/B.dxf")));
+  const std::vector<std::string> before = Lines(a + b),
+                                 after = Lines(ReadFile(folder.posix("p/A.dxf")) + ReadFile(folder.posix("p/B.dxf")));
   ASSERT_EQ(before.size(), after.size());
   std::vector<std::string> changed;
   for (std::size_t i = 0; i < before.size(); ++i) {

@@ -9,7 +9,9 @@
 namespace {
 
 // A surrogate pair (U+1F600) between "a" and "b": 3 characters in 4 units.
-constexpr char16_t kPair[] = u"a\xD83D\xDE00" u"b";
+constexpr char16_t kPair[] =
+    u"a\xD83D\xDE00"
+    u"b";
 
 TEST(GetCharCount, CountsSurrogatePairsOnce) {
   EXPECT_EQ(GetCharCount(nullptr), 0u);
@@ -19,9 +21,13 @@ TEST(GetCharCount, CountsSurrogatePairsOnce) {
 }
 
 TEST(GetByteCount, GivesUnitsSpannedByCharacters) {
-  struct Case { const char16_t* text; int chars; int units; } cases[] = {
-      {nullptr, 2, 0}, {u"abc", -1, 3}, {u"abc", 2, 2}, {u"abc", 3, 3}, {u"abc", 4, 3},
-      {u"abc", 0, 0},  {u"abc", -7, 0},  {kPair, 1, 1},   {kPair, 2, 3},  {kPair, 3, 4},  {u"", 1, 0},
+  struct Case {
+    const char16_t* text;
+    int chars;
+    int units;
+  } cases[] = {
+      {nullptr, 2, 0}, {u"abc", -1, 3}, {u"abc", 2, 2}, {u"abc", 3, 3}, {u"abc", 4, 3}, {u"abc", 0, 0},
+      {u"abc", -7, 0}, {kPair, 1, 1},   {kPair, 2, 3},  {kPair, 3, 4},  {u"", 1, 0},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << (c.text ? U8(c.text) : "null") << " chars " << c.chars);
@@ -30,13 +36,25 @@ TEST(GetByteCount, GivesUnitsSpannedByCharacters) {
 }
 
 TEST(GetCharIndexOfSubInString, FindsFromTheStartCharacterAndCountsFromTheStringStart) {
-  struct Case { const char16_t* text; const char16_t* sub; bool ignoreCase; int start; int index; } cases[] = {
-      {nullptr, u"a", false, 0, -1},       {u"abc", nullptr, false, 0, -1},
-      {u"abcabc", u"BC", true, 2, 4},      {u"abcabc", u"BC", true, 0, 1},
-      {u"abc", u"BC", false, 0, -1},       {u"abcabc", u"bc", false, 5, -1},
-      {u"abc", u"", false, 2, 2},          {u"abc", u"", false, 9, 3},
-      {u"abc", u"", false, -1, 3},         {u"abc", u"c", false, -1, -1},
-      {u"abc", u"a", false, -4, 0},        {kPair, u"b", false, 0, 2},
+  struct Case {
+    const char16_t* text;
+    const char16_t* sub;
+    bool ignoreCase;
+    int start;
+    int index;
+  } cases[] = {
+      {nullptr, u"a", false, 0, -1},
+      {u"abc", nullptr, false, 0, -1},
+      {u"abcabc", u"BC", true, 2, 4},
+      {u"abcabc", u"BC", true, 0, 1},
+      {u"abc", u"BC", false, 0, -1},
+      {u"abcabc", u"bc", false, 5, -1},
+      {u"abc", u"", false, 2, 2},
+      {u"abc", u"", false, 9, 3},
+      {u"abc", u"", false, -1, 3},
+      {u"abc", u"c", false, -1, -1},
+      {u"abc", u"a", false, -4, 0},
+      {kPair, u"b", false, 0, 2},
       {u"\xD83D\xDE00xa\xD83D\xDE00xa", u"XA", true, 2, 4},
   };
   for (const Case& c : cases) {
@@ -48,7 +66,10 @@ TEST(GetCharIndexOfSubInString, FindsFromTheStartCharacterAndCountsFromTheString
 
 TEST(GetStringAtCharIndex, PointsIntoTheCallersString) {
   const char16_t* text = u"abc";
-  struct Case { int index; const char16_t* expected; } cases[] = {
+  struct Case {
+    int index;
+    const char16_t* expected;
+  } cases[] = {
       {-5, text}, {0, text}, {1, text + 1}, {3, text + 3}, {9, text + 3},
   };
   for (const Case& c : cases) {
@@ -69,7 +90,10 @@ TEST(GetStringAtCharCount, IsTheIndexLessOne) {
 
 TEST(RevGetStringAtCharIndex, CountsBackFromTheLastCharacter) {
   const char16_t* text = u"abc";
-  struct Case { int index; const char16_t* expected; } cases[] = {
+  struct Case {
+    int index;
+    const char16_t* expected;
+  } cases[] = {
       {-2, text + 2}, {0, text + 2}, {1, text + 1}, {2, text}, {7, text},
   };
   for (const Case& c : cases) {
@@ -85,10 +109,14 @@ TEST(RevGetStringAtCharIndex, CountsBackFromTheLastCharacter) {
 }
 
 TEST(SetStringWithLength, CutsToTheLimitInUnits) {
-  struct Case { const char16_t* source; int limit; bool result; std::u16string output; } cases[] = {
-      {u"abcd", 2, true, u"ab"}, {u"abcd", 4, true, u"abcd"}, {u"abcd", 9, true, u"abcd"},
-      {u"abcd", 0, false, u""},  {u"", 5, true, u""},
-      {nullptr, 5, false, u""},  {kPair, 2, true, u"a\xD83D"},
+  struct Case {
+    const char16_t* source;
+    int limit;
+    bool result;
+    std::u16string output;
+  } cases[] = {
+      {u"abcd", 2, true, u"ab"}, {u"abcd", 4, true, u"abcd"}, {u"abcd", 9, true, u"abcd"},  {u"abcd", 0, false, u""},
+      {u"", 5, true, u""},       {nullptr, 5, false, u""},    {kPair, 2, true, u"a\xD83D"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << (c.source ? U8(c.source) : "null") << " limit " << c.limit);
@@ -99,8 +127,15 @@ TEST(SetStringWithLength, CutsToTheLimitInUnits) {
 }
 
 TEST(AppendLimitMax, AppendsUpToTheLimitInUnits) {
-  struct Case { const char16_t* source; unsigned limit; bool result; std::u16string output; } cases[] = {
-      {u"abcd", 2, true, u"xab"}, {u"abcd", 9, true, u"xabcd"}, {u"abcd", 0, true, u"x"},
+  struct Case {
+    const char16_t* source;
+    unsigned limit;
+    bool result;
+    std::u16string output;
+  } cases[] = {
+      {u"abcd", 2, true, u"xab"},
+      {u"abcd", 9, true, u"xabcd"},
+      {u"abcd", 0, true, u"x"},
       {nullptr, 9, false, u"x"},
   };
   for (const Case& c : cases) {
@@ -113,7 +148,11 @@ TEST(AppendLimitMax, AppendsUpToTheLimitInUnits) {
 
 TEST(TrimStringMiddle, CompactsFromTheLimitOnward) {
   const CString path(u"C:\\path1\\path2\\sample.txt");  // 25 characters
-  struct Case { unsigned limit; bool result; std::u16string output; } cases[] = {
+  struct Case {
+    unsigned limit;
+    bool result;
+    std::u16string output;
+  } cases[] = {
       {26, false, u"C:\\path1\\path2\\sample.txt"},
       {25, true, u"C:\\path1\\...\\sample.txt"},  // exactly the limit: compacted to 24 units at most
       {16, true, u"...\\sample.txt"},
@@ -138,8 +177,14 @@ TEST(TrimStringMiddle, OutputMayBeTheSource) {
 }
 
 TEST(TrimEndingBackslashes, RemovesEveryTrailingBackslash) {
-  struct Case { const char16_t* text; const char16_t* expected; } cases[] = {
-      {u"C:\\a\\\\\\", u"C:\\a"}, {u"a\\b", u"a\\b"}, {u"\\\\", u""}, {u"a/", u"a/"},
+  struct Case {
+    const char16_t* text;
+    const char16_t* expected;
+  } cases[] = {
+      {u"C:\\a\\\\\\", u"C:\\a"},
+      {u"a\\b", u"a\\b"},
+      {u"\\\\", u""},
+      {u"a/", u"a/"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(U8(c.text));

@@ -11,8 +11,8 @@
 #include "support/ScopedLocale.h"
 #include "support/TempFolder.h"
 #include "support/u16.h"
-#include "win/locale/LocaleFunctions_testing.h"
 #include "win/WinError.h"
+#include "win/locale/LocaleFunctions_testing.h"
 
 namespace {
 
@@ -82,9 +82,14 @@ class FileTimeTest : public ::testing::Test {
 };
 
 TEST_F(FileTimeTest, ModeChoosesDateTimeOrBoth) {
-  struct Case { int mode; const char16_t* expected; } cases[] = {
-      {1, u"3/5/2017 2:07:09 PM"}, {7, u"3/5/2017 2:07:09 PM"},
-      {2, u"3/5/2017"},            {3, u"2:07:09 PM"},
+  struct Case {
+    int mode;
+    const char16_t* expected;
+  } cases[] = {
+      {1, u"3/5/2017 2:07:09 PM"},
+      {7, u"3/5/2017 2:07:09 PM"},
+      {2, u"3/5/2017"},
+      {3, u"2:07:09 PM"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.mode);
@@ -117,9 +122,15 @@ TEST_F(FileTimeTest, NothingChangesWithoutAFileOrALocalTime) {
   mTemp.makeFile("old.dwg");
   setWriteTime("old.dwg", -86400 * 400);  // 1968
   const std::u16string missing = path("missing.dwg"), old = path("old.dwg");
-  struct Case { const char* what; const char16_t* path; } cases[] = {
-      {"null path", nullptr}, {"empty path", u""}, {"missing file", missing.c_str()},
-      {"unmapped drive", u"Q:\\sheet.dwg"}, {"written before 1970", old.c_str()},
+  struct Case {
+    const char* what;
+    const char16_t* path;
+  } cases[] = {
+      {"null path", nullptr},
+      {"empty path", u""},
+      {"missing file", missing.c_str()},
+      {"unmapped drive", u"Q:\\sheet.dwg"},
+      {"written before 1970", old.c_str()},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
@@ -131,8 +142,13 @@ TEST_F(FileTimeTest, NothingChangesWithoutAFileOrALocalTime) {
 }
 
 TEST(LocaleSeparators, FollowTheLocaleAndFallBackWhenTheQueryFails) {
-  struct Case { const char* locale; const char16_t* decimal; const char16_t* list; } cases[] = {
-      {"en_US.UTF-8", u".", u","}, {"de_DE.UTF-8", u",", u";"},
+  struct Case {
+    const char* locale;
+    const char16_t* decimal;
+    const char16_t* list;
+  } cases[] = {
+      {"en_US.UTF-8", u".", u","},
+      {"de_DE.UTF-8", u",", u";"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.locale);

@@ -4,9 +4,9 @@
 
 #include "support/TempFolder.h"
 #include "support/u16.h"
+#include "win/WinError.h"
 #include "win/fs/FileFunctions_testing.h"
 #include "win/fs/ShellFileOperation_testing.h"
-#include "win/WinError.h"
 
 namespace {
 
@@ -36,7 +36,10 @@ TEST_F(FoldersTest, DeleteFolderWithASubfolderRemovesOnlyTheFiles) {
 TEST_F(FoldersTest, DeleteFolderRefusesWhatItCannotList) {
   mTemp.makeFile("t/a.txt");
   const std::u16string withoutBackslash = mTemp.windows("t");  // the pattern becomes "...t*"
-  struct Case { const char* what; ZdString folder; } cases[] = {
+  struct Case {
+    const char* what;
+    ZdString folder;
+  } cases[] = {
       {"empty text", ZdString(u"")},
       {"259 units", ZdString(u"\\" + std::u16string(257, u'x') + u"\\")},
       {"missing folder", folder("gone")},
@@ -76,7 +79,10 @@ TEST_F(FoldersTest, CreateDirectoryRecursivelyStopsAtTheFirstFailureAndKeepsWhat
 }
 
 TEST_F(FoldersTest, CreateDirectoryRecursivelyGivesUpWhenNoAncestorExists) {
-  struct Case { const char* what; CString path; } cases[] = {
+  struct Case {
+    const char* what;
+    CString path;
+  } cases[] = {
       {"unmapped drive", CString(u"Q:\\x\\y")},
       {"relative without parent", CString(u"ohm-no-such-folder\\y")},
       {"empty", CString(u"")},

@@ -4,15 +4,15 @@
 #include <stdlib.h>
 
 #include "support/u16.h"
-#include "zd/app/GblPm.h"
 #include "zd/ZdCodes.h"
+#include "zd/ZdValueNode_testing.h"
+#include "zd/app/GblPm.h"
 #include "zd/app/ZdDocManager.h"
 #include "zd/app/ZdEnv.h"
 #include "zd/app/ZdEnv_testing.h"
 #include "zd/app/ZdHostApplicationServices_testing.h"
-#include "zd/lisp/ZdLisp_testing.h"
 #include "zd/app/ZdSysVars_testing.h"
-#include "zd/ZdValueNode_testing.h"
+#include "zd/lisp/ZdLisp_testing.h"
 
 namespace {
 
@@ -32,7 +32,10 @@ class HostFoldersTest : public ::testing::Test {
 };
 
 TEST_F(HostFoldersTest, GetZedaPathAppendsTheNonEmptyPieces) {
-  struct Case { const char16_t* value; std::vector<std::u16string> expected; } cases[] = {
+  struct Case {
+    const char16_t* value;
+    std::vector<std::u16string> expected;
+  } cases[] = {
       {u"a;;b;", {u"old", u"a", u"b"}},
       {u";;", {u"old"}},
   };
@@ -67,7 +70,7 @@ TEST_F(HostFoldersTest, TemplateFolderFailsOnlyOnAnError) {
   EXPECT_FALSE(OhmGetZedaTemplateFolder(folder));
   ASSERT_EQ(zdedSetEnv(u"TemplatePath", std::u16string(1024, u't').c_str()), RTNORM);
   EXPECT_TRUE(OhmGetZedaTemplateFolder(folder));  // too long to hand over: not an error
-  EXPECT_EQ(folder, u"Z:\\templates");             // nothing written, the text stays
+  EXPECT_EQ(folder, u"Z:\\templates");            // nothing written, the text stays
 }
 
 TEST_F(HostFoldersTest, RoamableRootFolderIsCopiedWhenItFits) {

@@ -11,7 +11,10 @@ namespace {
 using Items = std::vector<std::u16string>;
 
 TEST(OhmUtilsSplitString, NSeparatorsGiveNPlusOneItems) {
-  struct Case { std::u16string source; Items expected; } cases[] = {
+  struct Case {
+    std::u16string source;
+    Items expected;
+  } cases[] = {
       {u"", {u""}},
       {u"a,,b,", {u"a", u"", u"b", u""}},
       {u",", {u"", u""}},
@@ -40,8 +43,11 @@ TEST(OhmUtilsCvtStringToIntArray, ReadsAsTheStandardConversion) {
 }
 
 TEST(OhmUtilsCvtStringToIntArray, FailuresKeepWhatWasConverted) {
-  struct Case { std::u16string bad; bool outOfRange; } cases[] = {
-      {u"", false}, {u"x1", false}, {u"-", false},
+  struct Case {
+    std::u16string bad;
+    bool outOfRange;
+  } cases[] = {
+      {u"", false},          {u"x1", false},         {u"-", false},
       {u"2147483648", true}, {u"-2147483649", true}, {u"99999999999999999999999", true},
   };
   for (const Case& c : cases) {
@@ -66,22 +72,18 @@ struct TokenCase {
   const char16_t* delimiters;
   bool whole;
   bool result;
-  const char16_t* token;      // expected token ("prior" if untouched)
-  const char16_t* rest;       // expected source afterwards
-  const char16_t* found;      // expected delimiter found ("prior" if untouched)
+  const char16_t* token;  // expected token ("prior" if untouched)
+  const char16_t* rest;   // expected source afterwards
+  const char16_t* found;  // expected delimiter found ("prior" if untouched)
 };
 
 TEST(GetToken, CutsTheFirstToken) {
   const TokenCase cases[] = {
-      {u"a,b", u",", false, true, u"a", u"b", u","},
-      {u"b", u",", false, false, u"prior", u"b", u"prior"},
-      {u",,a,b", u",", false, true, u"a", u"b", u","},
-      {u",,", u",", false, false, u"prior", u"", u"prior"},
-      {u"a;b,c", u",;", false, true, u"a", u"b,c", u";"},
-      {u"a::b", u"::", true, true, u"a", u"b", u":"},
+      {u"a,b", u",", false, true, u"a", u"b", u","},           {u"b", u",", false, false, u"prior", u"b", u"prior"},
+      {u",,a,b", u",", false, true, u"a", u"b", u","},         {u",,", u",", false, false, u"prior", u"", u"prior"},
+      {u"a;b,c", u",;", false, true, u"a", u"b,c", u";"},      {u"a::b", u"::", true, true, u"a", u"b", u":"},
       {u"::a::b", u"::", true, true, u":a", u"b", u":"},  // a leading whole delimiter goes one unit at a time
-      {u"abc", u"", false, false, u"prior", u"abc", u"prior"},
-      {u"abc", u"", true, false, u"prior", u"abc", u"prior"},
+      {u"abc", u"", false, false, u"prior", u"abc", u"prior"}, {u"abc", u"", true, false, u"prior", u"abc", u"prior"},
       {u"", u"", true, false, u"prior", u"", u"prior"},
   };
   for (const TokenCase& c : cases) {
@@ -103,7 +105,11 @@ TEST(GetToken, NullArgumentsAreSafe) {
 }
 
 TEST(OhmUtilsReplaceSpecialXMLCharsInString, ReplacesTheNineCharacters) {
-  struct Case { const char16_t* text; char16_t with; const char16_t* expected; } cases[] = {
+  struct Case {
+    const char16_t* text;
+    char16_t with;
+    const char16_t* expected;
+  } cases[] = {
       {u"a&b'c", u'_', u"a&b'c"},
       {u"<>/\\\":?*|", u'-', u"---------"},
       {u"a<b", u'|', u"a|b"},  // the replacement may itself be special

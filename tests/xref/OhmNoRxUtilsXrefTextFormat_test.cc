@@ -92,7 +92,7 @@ TEST(OhmNoRxUtilsXrefTextFormat, PathsCompareIgnoringOnlyAsciiCase) {
   data.mDwgPath = u"c:\\Ä\\x.dwg";
   EXPECT_EQ(Text(option, u"C:\\ä\\X.DWG", data), u"other");  // Ä/ä lie outside a-z
   EXPECT_EQ(Text(option, u"C:\\Ä\\X.DWG", data), u"same");
-  EXPECT_EQ(Text(option, u"", Format::RefData{}), u"same");   // two empty paths are equal
+  EXPECT_EQ(Text(option, u"", Format::RefData{}), u"same");  // two empty paths are equal
   EXPECT_EQ(Text(option, u"C:\\X.DWG", Format::RefData{}), u"other");
 }
 
@@ -146,8 +146,8 @@ TEST(OhmNoRxUtilsXrefTextFormat, AgreesWithTheOrderedReplacementsOnRandomInput) 
   };
   for (int round = 0; round < 20000; ++round) {
     Format::RefData data;
-    for (std::u16string* field : {&data.mSheet, &data.mRef, &data.mValueA, &data.mValueB, &data.mIecInst,
-                                  &data.mIecLoc, &data.mIecProject, &data.mSheetDwgName})
+    for (std::u16string* field : {&data.mSheet, &data.mRef, &data.mValueA, &data.mValueB, &data.mIecInst, &data.mIecLoc,
+                                  &data.mIecProject, &data.mSheetDwgName})
       *field = randomText(4);
     const std::u16string format = randomText(10);
     const bool underline = rng() % 2;

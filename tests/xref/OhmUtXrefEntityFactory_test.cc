@@ -58,10 +58,11 @@ TEST_F(OhmUtXrefEntityFactoryTest, StyleFromXDataThenOption60) {
     ASSERT_EQ(made != nullptr, c.made.has_value());
     if (!made) continue;
     EXPECT_EQ(made->getStyle(), *c.made);
-    const bool rightClass = (*c.made == OhmUtXrefEntity::StyleText && dynamic_cast<OhmUtXrefTextEntity*>(made.get())) ||
-                            (*c.made == OhmUtXrefEntity::StyleTable && dynamic_cast<OhmUtXrefTableEntity*>(made.get())) ||
-                            (*c.made == OhmUtXrefEntity::StyleGraphic && dynamic_cast<OhmUtXrefGraphicEntity*>(made.get()) &&
-                             !dynamic_cast<OhmUtXrefTableEntity*>(made.get()));
+    const bool rightClass =
+        (*c.made == OhmUtXrefEntity::StyleText && dynamic_cast<OhmUtXrefTextEntity*>(made.get())) ||
+        (*c.made == OhmUtXrefEntity::StyleTable && dynamic_cast<OhmUtXrefTableEntity*>(made.get())) ||
+        (*c.made == OhmUtXrefEntity::StyleGraphic && dynamic_cast<OhmUtXrefGraphicEntity*>(made.get()) &&
+         !dynamic_cast<OhmUtXrefTableEntity*>(made.get()));
     EXPECT_TRUE(rightClass);
   }
 }

@@ -12,9 +12,12 @@ using Map = OhmNoRxUtilsSettingOverride::SettingMap;
 using Entity = OhmUtXrefEntity;
 
 TEST(OhmUtXrefEntity, StyleFromOptionText) {
-  struct Case { std::u16string text; Entity::Style style; } cases[] = {
+  struct Case {
+    std::u16string text;
+    Entity::Style style;
+  } cases[] = {
       {u"0", Entity::StyleText}, {u"1", Entity::StyleGraphic}, {u"2", Entity::StyleTable}, {u"", Entity::StyleNone},
-      {u"3", Entity::StyleNone}, {u" 0", Entity::StyleNone}, {u"00", Entity::StyleNone},
+      {u"3", Entity::StyleNone}, {u" 0", Entity::StyleNone},   {u"00", Entity::StyleNone},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(U8(c.text));
@@ -23,10 +26,13 @@ TEST(OhmUtXrefEntity, StyleFromOptionText) {
 }
 
 TEST(OhmUtXrefEntity, ContactKinds) {
-  struct Case { std::u16string contact; bool no, nc, formC; } cases[] = {
-      {u"no", true, false, false},   {u"NO", true, false, false},
-      {u"NO ", false, false, false}, {u"NONC", false, false, true}, {u"ncno", false, false, true},
-      {u"NC", false, true, false},   {u"NC/NO", false, false, false}, {u"", false, false, false},
+  struct Case {
+    std::u16string contact;
+    bool no, nc, formC;
+  } cases[] = {
+      {u"no", true, false, false},     {u"NO", true, false, false},   {u"NO ", false, false, false},
+      {u"NONC", false, false, true},   {u"ncno", false, false, true}, {u"NC", false, true, false},
+      {u"NC/NO", false, false, false}, {u"", false, false, false},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(U8(c.contact));
@@ -67,7 +73,8 @@ TEST(OhmUtXrefEntity, EntityOverridesLayOverTheSettings) {
 }
 
 TEST(OhmUtXrefEntity, CopyKeepsHostPathAndSharesTheOptionSet) {
-  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_FORMAT, u"same"}, {OhmCfgSetting::WD_XREF_ALTFORMAT, u"other"}});
+  OhmNoRxUtilsSettingOverride settings(
+      Map{{OhmCfgSetting::WD_XREF_FORMAT, u"same"}, {OhmCfgSetting::WD_XREF_ALTFORMAT, u"other"}});
   OhmUtXrefTextEntity original(settings);
   original.setHostDwgPath(u"C:\\A.DWG");
   original.setXrefAttPrompt(u"Ref");

@@ -13,8 +13,8 @@ namespace {
 
 using Map = OhmNoRxUtilsSettingOverride::SettingMap;
 using xref_test::Contact;
-using xref_test::kFormC;
 using xref_test::k13_14;
+using xref_test::kFormC;
 using xref_test::Pins;
 
 // The reference of every contact is [3-12].
@@ -47,9 +47,17 @@ TEST_P(GraphicText, JoinsTerminalsSymbolAndReference) {
   std::u16string text = u"old", ncText = u"old";
   bool result = false;
   switch (c.op) {
-    case Op::Plain: result = entity.getUnformattedXrefText(occ, text); ncText.clear(); break;
-    case Op::Full: result = entity.getUnformattedXrefTextForFullFormCContact(occ, text, ncText); break;
-    case Op::Partial: result = entity.getUnformattedXrefTextForPartialFormCContact(occ, text); ncText.clear(); break;
+    case Op::Plain:
+      result = entity.getUnformattedXrefText(occ, text);
+      ncText.clear();
+      break;
+    case Op::Full:
+      result = entity.getUnformattedXrefTextForFullFormCContact(occ, text, ncText);
+      break;
+    case Op::Partial:
+      result = entity.getUnformattedXrefTextForPartialFormCContact(occ, text);
+      ncText.clear();
+      break;
   }
   EXPECT_EQ(result, c.result);
   EXPECT_EQ(text, c.text);
@@ -69,10 +77,14 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{u"NCNO", kFormC, u"3,1,2,3", u"0", u"1", Op::Full, true, u"14-N-11[3-12]", u"12-W-[3-12]"},
         TextCase{u"NONC", kFormC, u"", u"1", u"", Op::Full, true, u"14C11[3-12]", u"12C[3-12]"},
         TextCase{u"NONC", kFormC, u"", u"2", u"", Op::Full, true, u"1411[3-12]", u"12[3-12]"},
-        TextCase{u"NO", {{u"1", u"11"}, {u"2", u"14"}}, u"3,11,14,12", u"0", u"0", Op::Partial, true, u"14-n-11[3-12]", u""},
-        TextCase{u"NO", {{u"1", u"14"}, {u"2", u"11"}}, u"3,11,14,12", u"0", u"0", Op::Partial, true, u"14-n-11[3-12]", u""},
-        TextCase{u"NC", {{u"1", u"11"}, {u"2", u"12"}}, u"3,11,14,12", u"0", u"0", Op::Partial, true, u"12-w-[3-12]", u""},
-        TextCase{u"NC", {{u"1", u"11"}, {u"2", u"12"}}, u"3,11,14,12", u"1", u"", Op::Partial, true, u"12B[3-12]", u""}));
+        TextCase{
+            u"NO", {{u"1", u"11"}, {u"2", u"14"}}, u"3,11,14,12", u"0", u"0", Op::Partial, true, u"14-n-11[3-12]", u""},
+        TextCase{
+            u"NO", {{u"1", u"14"}, {u"2", u"11"}}, u"3,11,14,12", u"0", u"0", Op::Partial, true, u"14-n-11[3-12]", u""},
+        TextCase{
+            u"NC", {{u"1", u"11"}, {u"2", u"12"}}, u"3,11,14,12", u"0", u"0", Op::Partial, true, u"12-w-[3-12]", u""},
+        TextCase{
+            u"NC", {{u"1", u"11"}, {u"2", u"12"}}, u"3,11,14,12", u"1", u"", Op::Partial, true, u"12B[3-12]", u""}));
 
 INSTANTIATE_TEST_SUITE_P(
     EdgeCases, GraphicText,
@@ -86,10 +98,19 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{u"MAKE", k13_14, u"", u"2", u"", Op::Plain, true, u"1314[3-12]", u""},
         TextCase{u"MAKE", k13_14, u"", u"0", u"0", Op::Plain, false, u"", u""},
         // A blank before 11 keeps the classification from matching; the text trims it.
-        TextCase{u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3,11,14,12", u"0", u"0", Op::Plain, true, u"11-o-14[3-12]", u""},
+        TextCase{
+            u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3,11,14,12", u"0", u"0", Op::Plain, true, u"11-o-14[3-12]", u""},
         TextCase{u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3,11,14,12", u"0", u"0", Op::Partial, false, u"", u""},
         // The last triple with the common terminal decides, even without a side.
-        TextCase{u"NO", {{u"1", u"11"}, {u"2", u"14"}}, u"3,11,14,12;3,11,24,22", u"0", u"0", Op::Partial, true, u"-n-11[3-12]", u""},
+        TextCase{u"NO",
+                 {{u"1", u"11"}, {u"2", u"14"}},
+                 u"3,11,14,12;3,11,24,22",
+                 u"0",
+                 u"0",
+                 Op::Partial,
+                 true,
+                 u"-n-11[3-12]",
+                 u""},
         // Classes refuse each other's operations.
         TextCase{u"NONC", kFormC, u"", u"0", u"0", Op::Plain, false, u"", u""},
         TextCase{u"NO", k13_14, u"", u"0", u"0", Op::Full, false, u"", u""},
@@ -100,14 +121,15 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(OhmUtXrefGraphicEntity, TermMapRules) {
   struct Probe : OhmUtXrefGraphicEntity {
-    using OhmUtXrefGraphicEntity::OhmUtXrefGraphicEntity;
     using OhmUtXrefGraphicEntity::getCompOccTermMap;
+    using OhmUtXrefGraphicEntity::OhmUtXrefGraphicEntity;
   };
   OhmNoRxUtilsSettingOverride settings;
   Probe entity(settings, u"");
   OhmUtXrefGraphicEntity::TermMap map;
-  entity.getCompOccTermMap(Contact(u"", {{u"0", u"a"}, {u"-1", u"b"}, {u"2A", u" x "}, {u" 3", u"c"}, {u"2", u"y"}, {u"4", u""}}),
-                           map, false);
+  entity.getCompOccTermMap(
+      Contact(u"", {{u"0", u"a"}, {u"-1", u"b"}, {u"2A", u" x "}, {u" 3", u"c"}, {u"2", u"y"}, {u"4", u""}}), map,
+      false);
   EXPECT_EQ(map, (OhmUtXrefGraphicEntity::TermMap{{2, u"y"}, {3, u"c"}, {4, u""}}));
   entity.getCompOccTermMap(Contact(u"", {{u"2", u" 13 "}}), map, true);
   EXPECT_EQ(map, (OhmUtXrefGraphicEntity::TermMap{{2, u"13"}}));
@@ -134,8 +156,13 @@ TEST(OhmUtXrefGraphicEntity, BadTerminalNumbersThrowThroughEveryOperation) {
 
 TEST(OhmUtXrefGraphicEntity, ClassificationAndPinList) {
   OhmNoRxUtilsSettingOverride settings(Settings(u"0", u"0"));
-  OhmUtXrefGraphicEntity entity(settings, u"3,11,14,12;;2,13,14;3,11,14;3,11,14,12,99;4,21,24,22; 3,31,34,32;3,41,,42;");
-  struct Case { std::u16string contact; Pins pins; bool full, partial; } cases[] = {
+  OhmUtXrefGraphicEntity entity(settings,
+                                u"3,11,14,12;;2,13,14;3,11,14;3,11,14,12,99;4,21,24,22; 3,31,34,32;3,41,,42;");
+  struct Case {
+    std::u16string contact;
+    Pins pins;
+    bool full, partial;
+  } cases[] = {
       {u"nonc", {{u"1", u"a"}, {u"2", u"b"}, {u"3", u"c"}}, true, false},
       {u"NONC", {{u"1", u"a"}, {u"2", u"b"}, {u"4", u"c"}}, false, false},
       {u"NONC", {{u"1", u"a"}, {u"2", u"b"}, {u"3", u"c"}, {u"4", u"d"}}, false, false},
@@ -143,9 +170,9 @@ TEST(OhmUtXrefGraphicEntity, ClassificationAndPinList) {
       {u"NO", {{u"1", u"14"}, {u"2", u"11"}}, false, true},
       {u"NC", {{u"1", u"11"}, {u"2", u"12"}}, false, true},
       {u"NC", {{u"1", u"11"}, {u"2", u"14"}}, false, false},
-      {u"NO", {{u"1", u"21"}, {u"2", u"24"}}, false, false},   // entry with first field 4
-      {u"NO", {{u"1", u"31"}, {u"2", u"34"}}, false, false},   // " 3" is not "3"
-      {u"NC", {{u"1", u"41"}, {u"2", u"42"}}, false, true},    // empty NO field still counts
+      {u"NO", {{u"1", u"21"}, {u"2", u"24"}}, false, false},  // entry with first field 4
+      {u"NO", {{u"1", u"31"}, {u"2", u"34"}}, false, false},  // " 3" is not "3"
+      {u"NC", {{u"1", u"41"}, {u"2", u"42"}}, false, true},   // empty NO field still counts
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(U8(c.contact));

@@ -37,8 +37,8 @@ using Access = OhmUtXrefTableEntityTestAccess;
 using Map = OhmNoRxUtilsSettingOverride::SettingMap;
 using Table = OhmUtXrefTableEntity;
 using xref_test::Contact;
-using xref_test::kFormC;
 using xref_test::k13_14;
+using xref_test::kFormC;
 using xref_test::Pins;
 
 // The reference of every contact is 3-12; option 71 absent when nullopt.
@@ -52,21 +52,23 @@ Map Settings(std::optional<std::u16string> columns, const std::u16string& graphi
   return map;
 }
 
-constexpr Table::ColumnId kAllColumns[] = {Table::ColumnNone,      Table::ColumnTerm1,        Table::ColumnTerm2,
-                                           Table::ColumnReference, Table::ColumnSymbol,       Table::ColumnSheet,
-                                           Table::ColumnSheetDwgName, Table::ColumnDwgName,   Table::ColumnDwgPath,
-                                           Table::ColumnAux1,      Table::ColumnAux2};
+constexpr Table::ColumnId kAllColumns[] = {Table::ColumnNone,         Table::ColumnTerm1,   Table::ColumnTerm2,
+                                           Table::ColumnReference,    Table::ColumnSymbol,  Table::ColumnSheet,
+                                           Table::ColumnSheetDwgName, Table::ColumnDwgName, Table::ColumnDwgPath,
+                                           Table::ColumnAux1,         Table::ColumnAux2};
 
 TEST(OhmUtXrefTableEntity, VisibleColumnsFollowOption71) {
   struct Case {
     std::optional<std::u16string> option;
     std::map<Table::ColumnId, std::int32_t> visible;
   } cases[] = {
-      {u"1,2,3,5", {{Table::ColumnTerm1, 0}, {Table::ColumnSymbol, 1}, {Table::ColumnTerm2, 2}, {Table::ColumnReference, 3}}},
+      {u"1,2,3,5",
+       {{Table::ColumnTerm1, 0}, {Table::ColumnSymbol, 1}, {Table::ColumnTerm2, 2}, {Table::ColumnReference, 3}}},
       {u"1,12,3", {{Table::ColumnTerm1, 0}, {Table::ColumnTerm2, 2}}},
       {u"1,1", {{Table::ColumnTerm1, 1}}},
       {u"0,4", {{Table::ColumnAux1, 0}, {Table::ColumnAux2, 1}}},
-      {u"-1,10,9,8,7,6", {{Table::ColumnDwgPath, 2}, {Table::ColumnDwgName, 3}, {Table::ColumnSheetDwgName, 4}, {Table::ColumnSheet, 5}}},
+      {u"-1,10,9,8,7,6",
+       {{Table::ColumnDwgPath, 2}, {Table::ColumnDwgName, 3}, {Table::ColumnSheetDwgName, 4}, {Table::ColumnSheet, 5}}},
       {u" 5", {{Table::ColumnReference, 0}}},
       {u"", {}},
       {std::nullopt, {}},
@@ -154,9 +156,17 @@ TEST_P(TableCell, ValueOfEachColumn) {
   std::u16string value = u"old", ncValue = u"old";
   bool result = false;
   switch (c.op) {
-    case Op::Plain: result = Access::cell(entity, occ, c.column, value); ncValue.clear(); break;
-    case Op::Full: result = Access::full(entity, occ, c.column, value, ncValue); break;
-    case Op::Partial: result = Access::partial(entity, occ, c.column, value); ncValue.clear(); break;
+    case Op::Plain:
+      result = Access::cell(entity, occ, c.column, value);
+      ncValue.clear();
+      break;
+    case Op::Full:
+      result = Access::full(entity, occ, c.column, value, ncValue);
+      break;
+    case Op::Partial:
+      result = Access::partial(entity, occ, c.column, value);
+      ncValue.clear();
+      break;
   }
   EXPECT_EQ(result, c.result);
   EXPECT_EQ(value, c.value);
@@ -193,23 +203,30 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     ColumnsOfFormCContacts, TableCell,
-    ::testing::Values(
-        CellCase{u"NONC", kFormC, u"", u"0", Table::ColumnTerm1, Op::Full, true, u"14", u"12"},
-        CellCase{u"NONC", kFormC, u"", u"0", Table::ColumnSymbol, Op::Full, true, u"-n-", u"-w-"},
-        CellCase{u"NONC", kFormC, u"", u"0", Table::ColumnTerm2, Op::Full, true, u"11", u"11"},
-        CellCase{u"NONC", kFormC, u"", u"2", Table::ColumnSymbol, Op::Full, true, u"", u""},
-        CellCase{u"NONC", kFormC, u"", u"0", Table::ColumnReference, Op::Full, false, u"", u""},
-        CellCase{u"NO", k13_14, u"", u"0", Table::ColumnTerm1, Op::Full, false, u"", u""},
-        CellCase{u"NO", kPartialNo, kTriple, u"0", Table::ColumnTerm1, Op::Partial, true, u"14", u""},
-        CellCase{u"NO", kPartialNo, kTriple, u"0", Table::ColumnTerm2, Op::Partial, true, u"11", u""},
-        CellCase{u"NO", kPartialNo, kTriple, u"0", Table::ColumnSymbol, Op::Partial, true, u"-n-", u""},
-        CellCase{u"NC", kPartialNc, kTriple, u"0", Table::ColumnTerm1, Op::Partial, true, u"12", u""},
-        CellCase{u"NC", kPartialNc, kTriple, u"2", Table::ColumnSymbol, Op::Partial, true, u"", u""},
-        CellCase{u"NC", kPartialNc, kTriple, u"0", Table::ColumnSheet, Op::Partial, false, u"", u""},
-        // Pins with blanks classify only against a pin list with the same
-        // blanks; the trimmed pins then match no triple.
-        CellCase{u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3, 11,14,12", u"0", Table::ColumnTerm1, Op::Partial, true, u"", u""},
-        CellCase{u"NO", k13_14, kTriple, u"0", Table::ColumnTerm1, Op::Partial, false, u"", u""}));
+    ::testing::Values(CellCase{u"NONC", kFormC, u"", u"0", Table::ColumnTerm1, Op::Full, true, u"14", u"12"},
+                      CellCase{u"NONC", kFormC, u"", u"0", Table::ColumnSymbol, Op::Full, true, u"-n-", u"-w-"},
+                      CellCase{u"NONC", kFormC, u"", u"0", Table::ColumnTerm2, Op::Full, true, u"11", u"11"},
+                      CellCase{u"NONC", kFormC, u"", u"2", Table::ColumnSymbol, Op::Full, true, u"", u""},
+                      CellCase{u"NONC", kFormC, u"", u"0", Table::ColumnReference, Op::Full, false, u"", u""},
+                      CellCase{u"NO", k13_14, u"", u"0", Table::ColumnTerm1, Op::Full, false, u"", u""},
+                      CellCase{u"NO", kPartialNo, kTriple, u"0", Table::ColumnTerm1, Op::Partial, true, u"14", u""},
+                      CellCase{u"NO", kPartialNo, kTriple, u"0", Table::ColumnTerm2, Op::Partial, true, u"11", u""},
+                      CellCase{u"NO", kPartialNo, kTriple, u"0", Table::ColumnSymbol, Op::Partial, true, u"-n-", u""},
+                      CellCase{u"NC", kPartialNc, kTriple, u"0", Table::ColumnTerm1, Op::Partial, true, u"12", u""},
+                      CellCase{u"NC", kPartialNc, kTriple, u"2", Table::ColumnSymbol, Op::Partial, true, u"", u""},
+                      CellCase{u"NC", kPartialNc, kTriple, u"0", Table::ColumnSheet, Op::Partial, false, u"", u""},
+                      // Pins with blanks classify only against a pin list with the same
+                      // blanks; the trimmed pins then match no triple.
+                      CellCase{u"NO",
+                               {{u"1", u" 11"}, {u"2", u"14"}},
+                               u"3, 11,14,12",
+                               u"0",
+                               Table::ColumnTerm1,
+                               Op::Partial,
+                               true,
+                               u"",
+                               u""},
+                      CellCase{u"NO", k13_14, kTriple, u"0", Table::ColumnTerm1, Op::Partial, false, u"", u""}));
 
 TEST(OhmUtXrefTableEntity, BadTerminalNumberThrowsForEveryColumn) {
   OhmNoRxUtilsSettingOverride settings(Settings(u"6"));
@@ -244,35 +261,31 @@ TEST_P(TableRow, MatchesCellByCell) {
 
 INSTANTIATE_TEST_SUITE_P(
     WorkedExamples, TableRow,
-    ::testing::Values(
-        RowCase{u"1,2,3,5", u"0", u"NO", k13_14, u"", {u"13", u"-o-", u"14", u"3-12"}, true},
-        RowCase{u"1,2,3,5", u"0", u"NO", k13_14, u"", {u"13", u"-o-", u"14"}, false},
-        RowCase{u"1,2,3,5", u"0", u"NO", k13_14, u"", {u"14", u"-o-", u"13", u"3-12"}, false},
-        RowCase{u"1,2,3,5", u"0", u"NO", k13_14, u"", {u"13", u"-o-", u"14", u"3-12 "}, false},
-        RowCase{u"1,2,3,5", u"0", u"NONC", kFormC, u"", {u"14", u"-n-", u"11", u"3-12"}, true},
-        RowCase{u"1,2,3,5", u"0", u"NONC", kFormC, u"", {u"12", u"-w-", u"11", u"3-12"}, true},
-        RowCase{u"1,2,3,5", u"0", u"NONC", kFormC, u"", {u"14", u"-w-", u"11", u"3-12"}, true},
-        RowCase{u"1,2,3,5", u"0", u"NONC", kFormC, u"", {u"11", u"-n-", u"14", u"3-12"}, false},
-        RowCase{u"1,2,3,5", u"2", u"NO", k13_14, u"", {u"13", u"anything", u"14", u"3-12"}, true},
-        RowCase{u"1,2,3,5", u"2", u"NO", k13_14, u"", {u"13", u"14", u"3-12"}, false}));
+    ::testing::Values(RowCase{u"1,2,3,5", u"0", u"NO", k13_14, u"", {u"13", u"-o-", u"14", u"3-12"}, true},
+                      RowCase{u"1,2,3,5", u"0", u"NO", k13_14, u"", {u"13", u"-o-", u"14"}, false},
+                      RowCase{u"1,2,3,5", u"0", u"NO", k13_14, u"", {u"14", u"-o-", u"13", u"3-12"}, false},
+                      RowCase{u"1,2,3,5", u"0", u"NO", k13_14, u"", {u"13", u"-o-", u"14", u"3-12 "}, false},
+                      RowCase{u"1,2,3,5", u"0", u"NONC", kFormC, u"", {u"14", u"-n-", u"11", u"3-12"}, true},
+                      RowCase{u"1,2,3,5", u"0", u"NONC", kFormC, u"", {u"12", u"-w-", u"11", u"3-12"}, true},
+                      RowCase{u"1,2,3,5", u"0", u"NONC", kFormC, u"", {u"14", u"-w-", u"11", u"3-12"}, true},
+                      RowCase{u"1,2,3,5", u"0", u"NONC", kFormC, u"", {u"11", u"-n-", u"14", u"3-12"}, false},
+                      RowCase{u"1,2,3,5", u"2", u"NO", k13_14, u"", {u"13", u"anything", u"14", u"3-12"}, true},
+                      RowCase{u"1,2,3,5", u"2", u"NO", k13_14, u"", {u"13", u"14", u"3-12"}, false}));
 
 INSTANTIATE_TEST_SUITE_P(
     EdgeCases, TableRow,
     ::testing::Values(
-        RowCase{u"", u"0", u"NO", {}, u"", {}, true},
-        RowCase{u"", u"0", u"NO", k13_14, u"", {u""}, false},
+        RowCase{u"", u"0", u"NO", {}, u"", {}, true}, RowCase{u"", u"0", u"NO", k13_14, u"", {u""}, false},
         RowCase{u"0,4", u"0", u"NO", k13_14, u"", {u"x", u"y"}, true},
         RowCase{u"1", u"0", u"NO", {{u"1", u""}, {u"2", u"14"}}, u"", {u""}, true},
         RowCase{u"1", u"0", u"NO", {{u"2", u"14"}}, u"", {u""}, false},
-        RowCase{u"2", u"1", u"", k13_14, u"", {u" "}, true},
-        RowCase{u"2", u"1", u"", k13_14, u"", {u""}, false},
+        RowCase{u"2", u"1", u"", k13_14, u"", {u" "}, true}, RowCase{u"2", u"1", u"", k13_14, u"", {u""}, false},
         RowCase{u"2", u"1", u"NO", {{u"1", u"11"}, {u"2", u"14"}}, u"3,11,14,12;3,99,A,B", {u"A"}, true},
         RowCase{u"2", u"1", u"NC", {{u"1", u"11"}, {u"2", u"12"}}, u"3,11,14,12", {u"B"}, true},
         RowCase{u"3", u"0", u"NC", {{u"1", u"11"}, {u"2", u"12"}}, u"3,11,14,12", {u"11"}, true},
         RowCase{u"1,3", u"0", u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3, 11,14,12", {u"", u""}, true},
         RowCase{u"1,3", u"0", u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3,11,14,12", {u" 11", u"14"}, true},
-        RowCase{u"2", u"0", u"", k13_14, u"", {u"-.-"}, true},
-        RowCase{u"2", u"0", u"MAKE", k13_14, u"", {u""}, false},
+        RowCase{u"2", u"0", u"", k13_14, u"", {u"-.-"}, true}, RowCase{u"2", u"0", u"MAKE", k13_14, u"", {u""}, false},
         RowCase{u"12,1", u"0", u"NO", k13_14, u"", {u"13"}, false},
         RowCase{u"12,1", u"0", u"NO", k13_14, u"", {u"x", u"13"}, false},
         RowCase{u"6,7,8,9", u"0", u"NO", k13_14, u"", {u"3", u"", u"b", u"Z:\\p\\b.dxf"}, true},

@@ -47,11 +47,11 @@ TEST_F(OhmUtXrefTextEntityTest, Outcomes) {
       {u"XREFNO", 8, u"NCNO", true, plain},
       {u"XREFNC", 8, u"NCNO", true, underlined},
       // the rest of the table
-      {u"xref", 64, u"nonc", true, plain},      // Form C under XREF: not underlined
-      {u"XREF", 12, u"NO", false, u""},         // types are values, not bits
+      {u"xref", 64, u"nonc", true, plain},  // Form C under XREF: not underlined
+      {u"XREF", 12, u"NO", false, u""},     // types are values, not bits
       {u"XREF", 0, u"", false, u""},
-      {u"XREF", 4, u"", true, plain},           // no CONTACT needed for XREF
-      {u"XREFNO", 0, u"no", true, plain},       // type not looked at
+      {u"XREF", 4, u"", true, plain},      // no CONTACT needed for XREF
+      {u"XREFNO", 0, u"no", true, plain},  // type not looked at
       {u"XREFNO", 4, u"", false, u""},
       {u"XREFNC", 4, u"", false, u""},
       {u"XrefNc", 99, u"nc", true, underlined},
@@ -87,10 +87,17 @@ TEST_F(OhmUtXrefTextEntityTest, TagTests) {
 
 TEST_F(OhmUtXrefTextEntityTest, LabelPrefix) {
   entity.setXrefAttPrompt(u"Ref");
-  struct Case { std::u16string tag, value; std::uint64_t removed; std::u16string after; } cases[] = {
-      {u"XREF", u"Ref 3.105", 4, u"3.105"}, {u"XREF", u"REF 3.105", 0, u"REF 3.105"},
-      {u"XREF", u"Ref3.105", 0, u"Ref3.105"}, {u"XREF", u" Ref 3.105", 0, u" Ref 3.105"},
-      {u"XREF", u"Ref ", 4, u""},           {u"XREF", u"Ref", 0, u"Ref"},
+  struct Case {
+    std::u16string tag, value;
+    std::uint64_t removed;
+    std::u16string after;
+  } cases[] = {
+      {u"XREF", u"Ref 3.105", 4, u"3.105"},
+      {u"XREF", u"REF 3.105", 0, u"REF 3.105"},
+      {u"XREF", u"Ref3.105", 0, u"Ref3.105"},
+      {u"XREF", u" Ref 3.105", 0, u" Ref 3.105"},
+      {u"XREF", u"Ref ", 4, u""},
+      {u"XREF", u"Ref", 0, u"Ref"},
       {u"XREFNO", u"Ref 3.105", 0, u"Ref 3.105"},
   };
   for (const Case& c : cases) {

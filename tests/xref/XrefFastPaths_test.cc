@@ -97,15 +97,17 @@ struct PlainCoil {
   std::map<int, std::u16string> terms;  // untrimmed; the later pin wins, numbers below 1 skipped
   std::u16string kind;                  // NO, NC, FORMC, EMPTY or OTHER
   bool full = false, partial = false;
-  std::u16string common, no, nc;        // of a partial Form C contact
+  std::u16string common, no, nc;  // of a partial Form C contact
   const std::u16string reference = u"[3-12]";
 
   explicit PlainCoil(const RandomCoil& c) {
     for (const auto& [code, term] : c.pins)
       if (std::stoi(U8(code)) >= 1) terms[std::stoi(U8(code))] = term;
     const std::u16string upper = Upper(c.contact);
-    kind = upper.empty() ? u"EMPTY" : upper == u"NO" || upper == u"NC" ? upper
-         : upper == u"NONC" || upper == u"NCNO" ? u"FORMC" : u"OTHER";
+    kind = upper.empty()                          ? u"EMPTY"
+           : upper == u"NO" || upper == u"NC"     ? upper
+           : upper == u"NONC" || upper == u"NCNO" ? u"FORMC"
+                                                  : u"OTHER";
     full = kind == u"FORMC" && terms.size() == 3 && terms.count(1) && terms.count(2) && terms.count(3);
     std::vector<std::vector<std::u16string>> triples;
     std::u16string list = c.pinList + u";";
@@ -156,12 +158,9 @@ struct PlainCoil {
 };
 
 OhmNoRxUtilsSettingOverride::SettingMap CoilSettings(const RandomCoil& c) {
-  return {{OhmCfgSetting::WD_XREF_FORMAT, u"[%S-%N]"},
-          {OhmCfgSetting::WD_XREF_ALTFORMAT, u"[%S-%N]"},
-          {OhmCfgSetting::WD_XREF_GRAPHIC, c.graphic},
-          {OhmCfgSetting::WD_XREF_GRAPHICSTYLE, c.family},
-          {OhmCfgSetting::WD_XREF_CONTACTMAP, u"A,B,C"},
-          {OhmCfgSetting::WD_XREF_TBLINDEX, u"0,1,2,3,5,6"}};
+  return {{OhmCfgSetting::WD_XREF_FORMAT, u"[%S-%N]"},   {OhmCfgSetting::WD_XREF_ALTFORMAT, u"[%S-%N]"},
+          {OhmCfgSetting::WD_XREF_GRAPHIC, c.graphic},   {OhmCfgSetting::WD_XREF_GRAPHICSTYLE, c.family},
+          {OhmCfgSetting::WD_XREF_CONTACTMAP, u"A,B,C"}, {OhmCfgSetting::WD_XREF_TBLINDEX, u"0,1,2,3,5,6"}};
 }
 
 TEST(XrefGraphicFastPath, GivesTheTextsOfThePlainRules) {
@@ -223,13 +222,13 @@ TEST(XrefTableFastPath, MatchesRowsAsThePlainRules) {
       if (plain.terms.count(2)) term2 = plain.Term(2);
       if (symbol && symbol->empty() && contactMap) symbol = u" ";
     }
-    std::vector<std::u16string> row{u"aux", term1.value_or(u"?"), symbol.value_or(u"?"), term2.value_or(u"?"),
-                                    plain.reference, u"3"};
+    std::vector<std::u16string> row{
+        u"aux", term1.value_or(u"?"), symbol.value_or(u"?"), term2.value_or(u"?"), plain.reference, u"3"};
     if (rng() % 2) row[rng() % row.size()] = others[rng() % std::size(others)];
     // Each cell on its own; a full Form C cell may hold either side's value.
     const bool cell1 = term1 && (row[1] == *term1 || (plain.full && row[1] == plain.Term(ncSide ? 2 : 3)));
-    const bool cell2 = c.graphic == u"2" ||
-                       (symbol && (row[2] == *symbol || (plain.full && row[2] == *plain.Symbol(c, !ncSide))));
+    const bool cell2 =
+        c.graphic == u"2" || (symbol && (row[2] == *symbol || (plain.full && row[2] == *plain.Symbol(c, !ncSide))));
     const bool cell3 = term2 && row[3] == *term2;
     const bool expected = cell1 && cell2 && cell3 && row[4] == plain.reference && row[5] == u"3";
     SCOPED_TRACE("contact " + U8(c.contact) + ", list " + U8(c.pinList) + ", style " + U8(c.graphic + c.family));

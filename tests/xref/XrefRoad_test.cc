@@ -103,8 +103,7 @@ TEST_F(XrefRoad, TextPresentationFillsTheCoilsAttributes) {
   }
   EXPECT_EQ(attributes[u"XREFNO"], u" 2.104; SHT03:4.201; SHT05:5.302");
   EXPECT_EQ(attributes[u"XREFNC"], u"%%u SHT03:3.105%%u;%%u SHT03:4.201%%u;%%u SHT05:5.303%%u");
-  EXPECT_EQ(attributes[u"XREF"],
-            u" 2.104;%%u SHT03:3.105%%u; SHT03:4.201; SHT05:5.302;%%u SHT05:5.303%%u");
+  EXPECT_EQ(attributes[u"XREF"], u" 2.104;%%u SHT03:3.105%%u; SHT03:4.201; SHT05:5.302;%%u SHT05:5.303%%u");
 }
 
 TEST_F(XrefRoad, GraphicPresentationGivesALinePerContactSide) {

@@ -4,8 +4,8 @@
 #include <iostream>
 
 #include "CommandError.h"
-#include "win/fs/PathMapping.h"
 #include "win/Utf8.h"
+#include "win/fs/PathMapping.h"
 #include "zd/ZdString.h"
 #include "zd/dxf/DxfDrawingReader.h"
 
@@ -14,12 +14,17 @@ namespace {
 bool gRecover = false;
 
 std::string Describe(Zeda::ErrorStatus status, const DxfReadReport& report) {
-  if (!report.problem.empty()) return report.line > 0 ? std::to_string(report.line) + ": " + report.problem : report.problem;
+  if (!report.problem.empty())
+    return report.line > 0 ? std::to_string(report.line) + ": " + report.problem : report.problem;
   switch (status) {
-    case Zeda::eFileNotFound: return "no such file";
-    case Zeda::eFileAccessErr: return "can't read the file";
-    case Zeda::eBadDxfFile: return "not a readable DXF file";
-    default: return "can't read the drawing (status " + std::to_string(static_cast<int>(status)) + ")";
+    case Zeda::eFileNotFound:
+      return "no such file";
+    case Zeda::eFileAccessErr:
+      return "can't read the file";
+    case Zeda::eBadDxfFile:
+      return "not a readable DXF file";
+    default:
+      return "can't read the drawing (status " + std::to_string(static_cast<int>(status)) + ")";
   }
 }
 

@@ -13,11 +13,11 @@
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "win/Utf8.h"
 #include "zd/ZdCodes.h"
+#include "zd/ZdValueNode.h"
+#include "zd/app/ZdDocManager.h"
 #include "zd/db/ZdDbBlockReference.h"
 #include "zd/db/ZdDbBlockTableRecord.h"
 #include "zd/db/ZdDbDictionary.h"
-#include "zd/app/ZdDocManager.h"
-#include "zd/ZdValueNode.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ using Kind = OhmDwgUtils::EntityType;
 
 // The kinds by number, as the tool prints and reads them.
 constexpr std::array<const char*, 19> kKindNames = {
-    "Unknown", "FP",   "Tag1", "Tag2", "HaSWireNo", "HaDWireNo", "HaS",   "HaD",     "PlcIo",       "WdWn",
+    "Unknown", "FP",   "Tag1", "Tag2", "HaSWireNo", "HaDWireNo", "HaS",   "HaD",     "PlcIo",        "WdWn",
     "WdMlr",   "WdWc", "FPT",  "NP",   "TagStrip",  "AX",        "Table", "OneDash", "OneDashStrip",
 };
 
@@ -34,7 +34,8 @@ bool SameNoCase(const std::string& a, const char* b) {
   const std::string other = b;
   if (a.size() != other.size()) return false;
   for (std::size_t i = 0; i < a.size(); ++i) {
-    if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(other[i]))) return false;
+    if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(other[i])))
+      return false;
   }
   return true;
 }
@@ -130,7 +131,10 @@ void PrintClassified(const std::vector<Classified>& found, bool json, std::ostre
   }
   Json array = Json::array();
   for (const Classified& c : found) {
-    array.push_back({{"handle", c.handle}, {"place", c.place}, {"name", c.name}, {"kind", kKindNames[c.kind]},
+    array.push_back({{"handle", c.handle},
+                     {"place", c.place},
+                     {"name", c.name},
+                     {"kind", kKindNames[c.kind]},
                      {"kindNumber", static_cast<int>(c.kind)}});
   }
   out << array.dump(2) << '\n';
@@ -203,8 +207,9 @@ int RunXData(const std::string& file, const std::string& handle, const std::opti
   OpenedObject opened(*database, value, file);
   const std::u16string appName = app ? Utf8ToUtf16(*app) : std::u16string();
   ZdValueNode* chain = opened.object().xData(app ? appName.c_str() : nullptr);
-  if (!chain) FailOperation(file + ": the object " + HandleText(opened.object()) + " has no xdata" +
-                            (app ? " of " + *app : std::string()));
+  if (!chain)
+    FailOperation(file + ": the object " + HandleText(opened.object()) + " has no xdata" +
+                  (app ? " of " + *app : std::string()));
   Json array = Json::array();
   for (const ZdValueNode* node = chain; node; node = node->rbnext) {
     if (json) {

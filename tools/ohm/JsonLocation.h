@@ -23,8 +23,7 @@ TextPosition PositionOfOffset(std::string_view text, std::size_t offset);
 // The offset of the first byte of the value that `pointer` names in `text`,
 // which must be well-formed JSON, or with `memberName` of the name of the
 // object member it names; npos when there is no such value.
-std::size_t OffsetOfValue(std::string_view text, const nlohmann::json::json_pointer& pointer,
-                          bool memberName = false);
+std::size_t OffsetOfValue(std::string_view text, const nlohmann::json::json_pointer& pointer, bool memberName = false);
 
 // What nlohmann::json lets pass or can't place: an object that names a member
 // twice (it would keep the last silently), and a number too large for a

@@ -12,14 +12,14 @@
 
 #include "CommandError.h"
 #include "Drawing.h"
-#include "project/HostSession.h"
 #include "mfc/CStringList.h"
 #include "ohmutils/host/OhmLispBridge.h"
-#include "win/module/Module.h"
-#include "win/fs/PathMapping.h"
+#include "project/HostSession.h"
 #include "win/Utf8.h"
-#include "zd/db/ZdDbDatabase.h"
+#include "win/fs/PathMapping.h"
+#include "win/module/Module.h"
 #include "zd/app/ZdDocManager.h"
+#include "zd/db/ZdDbDatabase.h"
 #include "zd/lisp/ZdLispFileLocks.h"
 
 extern char** environ;

@@ -95,8 +95,8 @@ OhmCfgSetting::WD_M_ATTRIB OptionNumber(const std::string& key, const Pointer& a
   std::int32_t number = 0;
   const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), number);
   if (key.empty() || error != std::errc() || end != key.data() + key.size()) {
-    FailName(at, "expected an option number or an option name such as \"WD_XREF_FORMAT\" as the key, found \"" + key +
-                 "\"");
+    FailName(
+        at, "expected an option number or an option name such as \"WD_XREF_FORMAT\" as the key, found \"" + key + "\"");
   }
   return static_cast<OhmCfgSetting::WD_M_ATTRIB>(number);
 }
@@ -148,7 +148,8 @@ std::map<std::string, std::vector<ContactRecord>> Coils(const Json& object, cons
   for (const auto& [name, contacts] : object.items()) {
     ExpectType(contacts, at / name, Json::value_t::array, "an array of occurrences");
     std::vector<ContactRecord>& records = coils[name];
-    for (std::size_t i = 0; i < contacts.size(); ++i) records.push_back(Contact(contacts[i], at / name / i, name, i + 1));
+    for (std::size_t i = 0; i < contacts.size(); ++i)
+      records.push_back(Contact(contacts[i], at / name / i, name, i + 1));
   }
   return coils;
 }
@@ -174,7 +175,8 @@ void InlineBlock(const Json& object, const Pointer& at, EntitySpec& entity) {
   const Pointer xdataAt = at / "xdata";
   const Json& xdata = *Member(object, at, "xdata", true);
   ExpectType(xdata, xdataAt, Json::value_t::object, "an object of xdata option texts by application name");
-  for (const auto& [app, value] : xdata.items()) entity.xdata.emplace_back(Utf8ToUtf16(app), Text(value, xdataAt / app));
+  for (const auto& [app, value] : xdata.items())
+    entity.xdata.emplace_back(Utf8ToUtf16(app), Text(value, xdataAt / app));
   const Json* tags = Member(object, at, "attributes", false);
   entity.attributes = tags ? Texts(*tags, at / "attributes", "an array of attribute tags")
                            : std::vector<std::u16string>{u"XREF", u"XREFNO", u"XREFNC"};
@@ -247,8 +249,9 @@ LineGrid Grid(const Json& object, const Pointer& at) {
 
 ProjectConventions Conventions(const Json& object, const Pointer& at) {
   ExpectType(object, at, Json::value_t::object, "an object of conventions");
-  ExpectMembers(object, at, {"coilTag", "contactCoil", "kindAttribute", "referenceAttribute", "pinPrefix", "grid",
-                               "occurrenceType"});
+  ExpectMembers(
+      object, at,
+      {"coilTag", "contactCoil", "kindAttribute", "referenceAttribute", "pinPrefix", "grid", "occurrenceType"});
   ProjectConventions conventions;
   auto text = [&](const char* key, std::u16string& into) {
     if (const Json* value = Member(object, at, key, false)) into = Text(*value, at / key);

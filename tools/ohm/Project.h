@@ -24,13 +24,13 @@ struct ContactRecord {
 
 struct EntitySpec {
   std::string name;
-  std::string coil;                 // a key of Project::coils
-  std::string drawingFile;          // the DXF file (POSIX, resolved); empty for an inline entity
-  std::uint64_t handle = 0;         // the block reference's handle in drawingFile
+  std::string coil;          // a key of Project::coils
+  std::string drawingFile;   // the DXF file (POSIX, resolved); empty for an inline entity
+  std::uint64_t handle = 0;  // the block reference's handle in drawingFile
   std::vector<std::pair<std::u16string, std::u16string>> xdata;  // inline: option xdata by application name
-  std::vector<std::u16string> attributes;                         // inline: attribute tags, in order
-  std::u16string hostDrawing;       // the drawing the texts stand in (Windows form)
-  std::vector<std::vector<std::u16string>> rows;  // existing table rows to match
+  std::vector<std::u16string> attributes;                        // inline: attribute tags, in order
+  std::u16string hostDrawing;                                    // the drawing the texts stand in (Windows form)
+  std::vector<std::vector<std::u16string>> rows;                 // existing table rows to match
 };
 
 struct Project {

@@ -14,8 +14,8 @@
 #include "win/Utf8.h"
 #include "win/WinError.h"
 #include "win/registry/Registry.h"
-#include "zd/app/ZdHostApplicationServices.h"
 #include "zd/app/GblPm.h"
+#include "zd/app/ZdHostApplicationServices.h"
 
 namespace {
 
@@ -59,8 +59,8 @@ std::u16string Wide(const std::string& text, const char* what) {
 std::string FirstNonXmlCharacter(const std::u16string& text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char16_t unit = text[i];
-    const bool pair = unit >= 0xD800 && unit <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
-                      text[i + 1] <= 0xDFFF;
+    const bool pair =
+        unit >= 0xD800 && unit <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
     if (pair) {
       ++i;
       continue;

@@ -31,9 +31,8 @@ std::string Name(const ProjectUpdateResult& result, std::size_t drawing) {
 
 void PrintChanges(const ProjectUpdateResult& result) {
   for (const AttributeChange& change : result.plan.changes) {
-    std::cout << Name(result, change.drawing) << ' ' << HandleText(change.handle) << ' '
-              << Utf16ToUtf8(change.tag) << ": " << Quoted(change.oldValue) << " -> " << Quoted(change.newValue)
-              << '\n';
+    std::cout << Name(result, change.drawing) << ' ' << HandleText(change.handle) << ' ' << Utf16ToUtf8(change.tag)
+              << ": " << Quoted(change.oldValue) << " -> " << Quoted(change.newValue) << '\n';
   }
 }
 
@@ -42,7 +41,8 @@ void PrintPresentations(const ProjectUpdateResult& result) {
     if (coil.style != OhmUtXrefEntity::StyleGraphic && coil.style != OhmUtXrefEntity::StyleTable) continue;
     std::cout << "coil " << Utf16ToUtf8(coil.tag) << " at " << Name(result, coil.drawing) << ' '
               << HandleText(coil.handle) << " (" << StyleName(coil.style) << ")\n";
-    for (const auto& [contact, text] : coil.lines) std::cout << "  " << Utf16ToUtf8(contact) << ": " << Quoted(text) << '\n';
+    for (const auto& [contact, text] : coil.lines)
+      std::cout << "  " << Utf16ToUtf8(contact) << ": " << Quoted(text) << '\n';
     if (coil.style != OhmUtXrefEntity::StyleTable) continue;
     std::string titles;
     for (const std::u16string& title : coil.titles) titles += (titles.empty() ? "" : " | ") + Quoted(title);
@@ -64,17 +64,24 @@ std::string Where(const ProjectUpdateResult& result, const ProjectProblem& probl
 Json AsJson(const ProjectUpdateResult& result, bool written) {
   Json out{{"changes", Json::array()}, {"coils", Json::array()}, {"problems", Json::array()}};
   for (const AttributeChange& change : result.plan.changes) {
-    out["changes"].push_back({{"drawing", Name(result, change.drawing)}, {"handle", HandleText(change.handle)},
-                              {"tag", Utf16ToUtf8(change.tag)}, {"old", Utf16ToUtf8(change.oldValue)},
+    out["changes"].push_back({{"drawing", Name(result, change.drawing)},
+                              {"handle", HandleText(change.handle)},
+                              {"tag", Utf16ToUtf8(change.tag)},
+                              {"old", Utf16ToUtf8(change.oldValue)},
                               {"new", Utf16ToUtf8(change.newValue)}});
   }
   for (const CoilPlan& coil : result.plan.coils) {
-    Json entry{{"drawing", Name(result, coil.drawing)}, {"handle", HandleText(coil.handle)},
-               {"tag", Utf16ToUtf8(coil.tag)}, {"style", StyleName(coil.style)}, {"contacts", Json::array()}};
+    Json entry{{"drawing", Name(result, coil.drawing)},
+               {"handle", HandleText(coil.handle)},
+               {"tag", Utf16ToUtf8(coil.tag)},
+               {"style", StyleName(coil.style)},
+               {"contacts", Json::array()}};
     for (const ContactPlace& contact : coil.contacts) {
       entry["contacts"].push_back({{"drawing", Name(result, contact.drawing)},
-                                   {"handle", HandleText(contact.handle)}, {"kind", Utf16ToUtf8(contact.kind)},
-                                   {"sheet", Utf16ToUtf8(contact.sheet)}, {"reference", Utf16ToUtf8(contact.reference)}});
+                                   {"handle", HandleText(contact.handle)},
+                                   {"kind", Utf16ToUtf8(contact.kind)},
+                                   {"sheet", Utf16ToUtf8(contact.sheet)},
+                                   {"reference", Utf16ToUtf8(contact.reference)}});
     }
     for (const auto& [contact, text] : coil.lines) entry["lines"].push_back({Utf16ToUtf8(contact), Utf16ToUtf8(text)});
     for (const std::u16string& title : coil.titles) entry["columns"].push_back(Utf16ToUtf8(title));
@@ -85,7 +92,8 @@ Json AsJson(const ProjectUpdateResult& result, bool written) {
     }
     out["coils"].push_back(std::move(entry));
   }
-  for (const ProjectProblem& problem : result.plan.problems) out["problems"].push_back({{"where", Where(result, problem)}, {"problem", problem.message}});
+  for (const ProjectProblem& problem : result.plan.problems)
+    out["problems"].push_back({{"where", Where(result, problem)}, {"problem", problem.message}});
   out["written"] = Json::array();
   if (written) {
     for (std::size_t index : result.written) out["written"].push_back(Name(result, index));
@@ -118,7 +126,8 @@ int RunUpdate(const UpdateCommandOptions& options) {
     PrintChanges(result);
     PrintPresentations(result);
     std::cout << result.plan.changes.size() << " change(s); "
-              << (update.write ? std::to_string(result.written.size()) + " drawing(s) written" : "dry run, nothing written")
+              << (update.write ? std::to_string(result.written.size()) + " drawing(s) written"
+                               : "dry run, nothing written")
               << '\n';
   }
   if (options.report) {

@@ -46,7 +46,8 @@ Json EntityJson(const EntityReport& report) {
   }
   if (report.style == OhmUtXrefEntity::StyleGraphic) {
     Json& lines = entity["lines"] = Json::array();
-    for (const GraphicLine& line : report.lines) lines.push_back({{"contact", line.contact}, {"text", Utf16ToUtf8(line.text)}});
+    for (const GraphicLine& line : report.lines)
+      lines.push_back({{"contact", line.contact}, {"text", Utf16ToUtf8(line.text)}});
   }
   if (report.style == OhmUtXrefEntity::StyleTable) {
     entity["columns"] = Texts(report.titles);

@@ -148,9 +148,13 @@ std::vector<EntityReport> RunXref(const Project& project) {
 
 const char* StyleName(OhmUtXrefEntity::Style style) {
   switch (style) {
-    case OhmUtXrefEntity::StyleText: return "text";
-    case OhmUtXrefEntity::StyleGraphic: return "graphic";
-    case OhmUtXrefEntity::StyleTable: return "table";
-    default: return "none";
+    case OhmUtXrefEntity::StyleText:
+      return "text";
+    case OhmUtXrefEntity::StyleGraphic:
+      return "graphic";
+    case OhmUtXrefEntity::StyleTable:
+      return "table";
+    default:
+      return "none";
   }
 }

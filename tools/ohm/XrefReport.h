@@ -31,7 +31,7 @@ struct RowMatch {
 struct EntityReport {
   std::string name;
   OhmUtXrefEntity::Style style = OhmUtXrefEntity::StyleNone;
-  std::string error;  // empty when the entity was worked out
+  std::string error;                                                  // empty when the entity was worked out
   std::vector<std::pair<std::u16string, std::u16string>> attributes;  // text: tag, joined texts
   std::vector<GraphicLine> lines;                                     // graphic
   std::vector<std::u16string> titles;                                 // table

@@ -74,8 +74,9 @@ void AddJsonFlag(CLI::App& command, Options& options) {
 
 // The drawing commands read a damaged drawing with --recover.
 void AddRecoverFlag(CLI::App& command) {
-  command.add_flag_callback("--recover", [] { SetRecoverDrawings(true); },
-                            "Repair what can be repaired in a damaged drawing, listing each repair");
+  command.add_flag_callback(
+      "--recover", [] { SetRecoverDrawings(true); },
+      "Repair what can be repaired in a damaged drawing, listing each repair");
 }
 
 }  // namespace
@@ -92,8 +93,10 @@ int main(int argc, char** argv) {
   AddJsonFlag(*xref, options);
   xref->callback([&] { run = RunXrefCommand; });
 
-  CLI::App* update = app.add_subcommand("update", "Work out a project's cross-references from its drawings and write them in");
-  update->add_option("PROJECT", options.update.project, "A folder of DXF drawings, or a project file (JSON)")->required();
+  CLI::App* update =
+      app.add_subcommand("update", "Work out a project's cross-references from its drawings and write them in");
+  update->add_option("PROJECT", options.update.project, "A folder of DXF drawings, or a project file (JSON)")
+      ->required();
   update->add_flag("--dry-run", options.update.dryRun, "Show the changes, write nothing");
   update->add_flag("--json", options.update.json, "Print the result as JSON");
   update->add_flag("--recover", options.update.recover, "Repair what can be repaired in damaged drawings");

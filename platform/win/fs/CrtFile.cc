@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "win/fs/PathMapping.h"
 #include "win/Utf8.h"
+#include "win/fs/PathMapping.h"
 
 namespace {
 

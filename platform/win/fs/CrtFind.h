@@ -16,8 +16,8 @@ inline constexpr unsigned _A_RDONLY = 0x01;
 inline constexpr unsigned _A_SUBDIR = 0x10;
 
 struct _wfinddata64_t {
-  unsigned attrib;          // _A_NORMAL, or _A_RDONLY / _A_SUBDIR
-  __time64_t time_create;   // the status change time on Linux
+  unsigned attrib;         // _A_NORMAL, or _A_RDONLY / _A_SUBDIR
+  __time64_t time_create;  // the status change time on Linux
   __time64_t time_access;
   __time64_t time_write;
   std::int64_t size;

@@ -17,11 +17,11 @@
 #include <vector>
 
 #include "win/CrtChar.h"
-#include "win/fs/FileFunctions_testing.h"
 #include "win/LastError.h"
-#include "win/fs/PathMapping.h"
 #include "win/Utf8.h"
 #include "win/WinError.h"
+#include "win/fs/FileFunctions_testing.h"
+#include "win/fs/PathMapping.h"
 
 namespace {
 
@@ -83,13 +83,23 @@ bool isFolder(const std::string& posix) {
 // missing folder on the way are told apart, as the platform does.
 DWORD errorFor(int error, const std::string& posix) {
   switch (error) {
-    case ENOENT: return isFolder(parentOf(posix)) ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
-    case ENOTDIR: return ERROR_PATH_NOT_FOUND;
-    case EEXIST: return ERROR_ALREADY_EXISTS;
-    case ENOTEMPTY: return ERROR_DIR_NOT_EMPTY;
-    case ENAMETOOLONG: return ERROR_FILENAME_EXCED_RANGE;
-    case EACCES: case EPERM: case EROFS: case EBUSY: return ERROR_ACCESS_DENIED;
-    default: return ERROR_INVALID_FUNCTION;
+    case ENOENT:
+      return isFolder(parentOf(posix)) ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
+    case ENOTDIR:
+      return ERROR_PATH_NOT_FOUND;
+    case EEXIST:
+      return ERROR_ALREADY_EXISTS;
+    case ENOTEMPTY:
+      return ERROR_DIR_NOT_EMPTY;
+    case ENAMETOOLONG:
+      return ERROR_FILENAME_EXCED_RANGE;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EBUSY:
+      return ERROR_ACCESS_DENIED;
+    default:
+      return ERROR_INVALID_FUNCTION;
   }
 }
 

@@ -30,7 +30,7 @@ struct SECURITY_ATTRIBUTES;  // accepted and not used: the default security appl
 
 struct WIN32_FIND_DATAW {
   DWORD dwFileAttributes;
-  FILETIME ftCreationTime;    // the status change time on Linux
+  FILETIME ftCreationTime;  // the status change time on Linux
   FILETIME ftLastAccessTime;
   FILETIME ftLastWriteTime;
   DWORD nFileSizeHigh;
@@ -55,7 +55,6 @@ BOOL FindNextFileW(HANDLE search, WIN32_FIND_DATAW* data);
 
 // Ends a search. FALSE for a handle that isn't a search (ERROR_INVALID_HANDLE).
 BOOL FindClose(HANDLE search);
-
 
 // Sets FILE_ATTRIBUTE_READONLY of a file on or off (every other attribute,
 // and any attribute of a folder, is accepted and ignored).

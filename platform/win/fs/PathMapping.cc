@@ -5,8 +5,8 @@
 #include <mutex>
 
 #include "win/CrtChar.h"
-#include "win/fs/PathMapping_testing.h"
 #include "win/Utf8.h"
+#include "win/fs/PathMapping_testing.h"
 
 namespace {
 

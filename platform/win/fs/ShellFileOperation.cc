@@ -8,9 +8,9 @@
 #include <system_error>
 #include <vector>
 
+#include "win/WinError.h"
 #include "win/fs/PathMapping.h"
 #include "win/fs/ShellFileOperation_testing.h"
-#include "win/WinError.h"
 
 namespace {
 

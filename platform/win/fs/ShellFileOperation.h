@@ -28,10 +28,10 @@ inline constexpr int DE_ACCESSDENIEDSRC = 0x78;  // an entry could not be remove
 inline constexpr int DE_INVALIDFILES = 0x7C;     // empty or malformed source list
 
 struct SHFILEOPSTRUCTW {
-  HWND hwnd;                   // owner of dialogs; none are shown
-  UINT wFunc;                  // FO_DELETE
-  LPCWSTR pFrom;               // names, each terminated, the list ended by one more terminator
-  LPCWSTR pTo;                 // not used by a delete
+  HWND hwnd;      // owner of dialogs; none are shown
+  UINT wFunc;     // FO_DELETE
+  LPCWSTR pFrom;  // names, each terminated, the list ended by one more terminator
+  LPCWSTR pTo;    // not used by a delete
   FILEOP_FLAGS fFlags;
   BOOL fAnyOperationsAborted;  // set to FALSE
   LPVOID hNameMappings;        // not used

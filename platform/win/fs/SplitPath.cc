@@ -18,9 +18,8 @@ void emptyAll(Part* parts, std::size_t count) {
 
 }  // namespace
 
-errno_t _wsplitpath_s(const char16_t* path, char16_t* drive, std::size_t driveSize, char16_t* dir,
-                      std::size_t dirSize, char16_t* fname, std::size_t fnameSize, char16_t* ext,
-                      std::size_t extSize) {
+errno_t _wsplitpath_s(const char16_t* path, char16_t* drive, std::size_t driveSize, char16_t* dir, std::size_t dirSize,
+                      char16_t* fname, std::size_t fnameSize, char16_t* ext, std::size_t extSize) {
   Part parts[] = {{drive, driveSize, {}}, {dir, dirSize, {}}, {fname, fnameSize, {}}, {ext, extSize, {}}};
   const bool agree = !(drive && driveSize == 0) && !(!drive && driveSize != 0) && !(dir && dirSize == 0) &&
                      !(!dir && dirSize != 0) && !(fname && fnameSize == 0) && !(!fname && fnameSize != 0) &&

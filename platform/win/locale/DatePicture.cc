@@ -62,10 +62,14 @@ u16string dateField(char16_t letter, std::size_t count, const SYSTEMTIME& time, 
 u16string timeField(char16_t letter, std::size_t count, const SYSTEMTIME& time, const LocaleNames& names) {
   const int width = std::min<int>(static_cast<int>(count), 2);
   switch (letter) {
-    case u'h': return number(time.wHour % 12 == 0 ? 12 : time.wHour % 12, width);
-    case u'H': return number(time.wHour, width);
-    case u'm': return number(time.wMinute, width);
-    case u's': return number(time.wSecond, width);
+    case u'h':
+      return number(time.wHour % 12 == 0 ? 12 : time.wHour % 12, width);
+    case u'H':
+      return number(time.wHour, width);
+    case u'm':
+      return number(time.wMinute, width);
+    case u's':
+      return number(time.wSecond, width);
     default: {  // 't'
       const u16string& marker = time.wHour < 12 ? names.am : names.pm;
       return count == 1 ? marker.substr(0, 1) : marker;
@@ -77,16 +81,38 @@ u16string timeField(char16_t letter, std::size_t count, const SYSTEMTIME& time, 
 u16string pictureField(char16_t letter, std::size_t count) {
   const std::size_t two = std::min<std::size_t>(count, 2);
   switch (letter) {
-    case u'y': case u'Y': case u'u': case u'U': case u'r': return u"yyyy";
-    case u'M': case u'L': return u16string(std::min<std::size_t>(count, 4), u'M');
-    case u'd': return u16string(two, u'd');
-    case u'E': case u'c': case u'e': return count >= 4 ? u"dddd" : u"ddd";
-    case u'G': return u"gg";
-    case u'h': case u'K': return u16string(two, u'h');
-    case u'H': case u'k': return u16string(two, u'H');
-    case u'm': case u's': return u16string(two, letter);
-    case u'a': case u'b': case u'B': return u"tt";
-    default: return u"";
+    case u'y':
+    case u'Y':
+    case u'u':
+    case u'U':
+    case u'r':
+      return u"yyyy";
+    case u'M':
+    case u'L':
+      return u16string(std::min<std::size_t>(count, 4), u'M');
+    case u'd':
+      return u16string(two, u'd');
+    case u'E':
+    case u'c':
+    case u'e':
+      return count >= 4 ? u"dddd" : u"ddd";
+    case u'G':
+      return u"gg";
+    case u'h':
+    case u'K':
+      return u16string(two, u'h');
+    case u'H':
+    case u'k':
+      return u16string(two, u'H');
+    case u'm':
+    case u's':
+      return u16string(two, letter);
+    case u'a':
+    case u'b':
+    case u'B':
+      return u"tt";
+    default:
+      return u"";
   }
 }
 

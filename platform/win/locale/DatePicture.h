@@ -13,11 +13,11 @@ OHM_PLATFORM_API_BEGIN
 
 // What a locale gives the pictures: its names and markers.
 struct LocaleNames {
-  std::array<std::u16string, 12> months;       // January first
+  std::array<std::u16string, 12> months;  // January first
   std::array<std::u16string, 12> shortMonths;
-  std::array<std::u16string, 7> days;          // Sunday first
+  std::array<std::u16string, 7> days;  // Sunday first
   std::array<std::u16string, 7> shortDays;
-  std::u16string era;                          // of the current era
+  std::u16string era;  // of the current era
   std::u16string am;
   std::u16string pm;
 };

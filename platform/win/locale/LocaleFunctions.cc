@@ -15,10 +15,10 @@
 #include <string>
 #include <utility>
 
-#include "win/locale/DatePicture.h"
 #include "win/LastError.h"
-#include "win/locale/LocaleFunctions_testing.h"
 #include "win/WinError.h"
+#include "win/locale/DatePicture.h"
+#include "win/locale/LocaleFunctions_testing.h"
 
 namespace {
 
@@ -149,7 +149,7 @@ SYSTEMTIME localNow() {
   localtime_r(&now, &local);
   const auto word = [](int value) { return static_cast<WORD>(value); };
   return SYSTEMTIME{word(local.tm_year + 1900), word(local.tm_mon + 1), word(local.tm_wday), word(local.tm_mday),
-                    word(local.tm_hour),        word(local.tm_min),      word(local.tm_sec),  0};
+                    word(local.tm_hour),        word(local.tm_min),     word(local.tm_sec),  0};
 }
 
 bool validDate(const SYSTEMTIME& time) {
@@ -203,13 +203,20 @@ int GetLocaleInfoW(LCID locale, LCTYPE type, LPWSTR out, int size) {
   if (!isUserLocale(locale) || badBuffer(out, size)) return fail(ERROR_INVALID_PARAMETER);
   const LocaleData& data = userLocale();
   switch (type) {
-    case LOCALE_SLIST: return writeOut(data.list, out, size);
-    case LOCALE_SDECIMAL: return writeOut(data.decimal, out, size);
-    case LOCALE_SSHORTDATE: return writeOut(data.shortDate, out, size);
-    case LOCALE_STIMEFORMAT: return writeOut(data.timeFormat, out, size);
-    case LOCALE_S1159: return writeOut(data.names.am, out, size);
-    case LOCALE_S2359: return writeOut(data.names.pm, out, size);
-    default: return fail(ERROR_INVALID_FLAGS);
+    case LOCALE_SLIST:
+      return writeOut(data.list, out, size);
+    case LOCALE_SDECIMAL:
+      return writeOut(data.decimal, out, size);
+    case LOCALE_SSHORTDATE:
+      return writeOut(data.shortDate, out, size);
+    case LOCALE_STIMEFORMAT:
+      return writeOut(data.timeFormat, out, size);
+    case LOCALE_S1159:
+      return writeOut(data.names.am, out, size);
+    case LOCALE_S2359:
+      return writeOut(data.names.pm, out, size);
+    default:
+      return fail(ERROR_INVALID_FLAGS);
   }
 }
 

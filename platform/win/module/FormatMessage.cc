@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "win/module/FormatMessage_testing.h"
 #include "win/LastError.h"
 #include "win/WinError.h"
+#include "win/module/FormatMessage_testing.h"
 
 namespace {
 

@@ -11,17 +11,16 @@
 #include <optional>
 
 #include "win/LastError.h"
-#include "win/module/Module_testing.h"
-#include "win/fs/PathMapping.h"
 #include "win/Utf8.h"
 #include "win/WinError.h"
+#include "win/fs/PathMapping.h"
+#include "win/module/Module_testing.h"
 
 namespace {
 
-
 struct LoadedModules {
   std::mutex mutex;
-  std::string dllDirectory;  // POSIX; empty when none is set
+  std::string dllDirectory;                  // POSIX; empty when none is set
   std::multimap<HMODULE, void*> references;  // module -> dlopen handle, one entry per reference
 };
 
@@ -38,7 +37,8 @@ std::size_t baseNameStart(std::u16string_view path) {
 }
 
 std::string lowerAscii(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return text;
 }
 
@@ -108,7 +108,8 @@ std::u16string ModuleNameToFileName(std::u16string_view moduleName) {
   const std::u16string_view base = moduleName.substr(start);
   if (base.size() <= 4 || lowerAscii(Utf16ToUtf8(base.substr(base.size() - 4))) != ".dll")
     return std::u16string(moduleName);
-  return std::u16string(moduleName.substr(0, start)) + u"lib" + std::u16string(base.substr(0, base.size() - 4)) + u".so";
+  return std::u16string(moduleName.substr(0, start)) + u"lib" + std::u16string(base.substr(0, base.size() - 4)) +
+         u".so";
 }
 
 HMODULE LoadLibraryW(LPCWSTR moduleName) {

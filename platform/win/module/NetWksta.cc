@@ -15,9 +15,9 @@
 #include <utility>
 
 #include "win/CrtChar.h"
-#include "win/module/NetWksta_testing.h"
 #include "win/Utf8.h"
 #include "win/WinError.h"
+#include "win/module/NetWksta_testing.h"
 
 namespace {
 

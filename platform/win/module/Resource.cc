@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "win/LastError.h"
-#include "win/module/Module.h"
 #include "win/WinError.h"
+#include "win/module/Module.h"
 
 namespace {
 

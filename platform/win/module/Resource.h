@@ -9,8 +9,8 @@
 #pragma once
 
 #include "OhmPlatformExport.h"
-#include "win/module/ResourceTable.h"
 #include "win/WinDef.h"
+#include "win/module/ResourceTable.h"
 
 OHM_PLATFORM_API_BEGIN
 

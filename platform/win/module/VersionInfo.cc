@@ -10,13 +10,12 @@
 #include <vector>
 
 #include "win/LastError.h"
-#include "win/module/Module.h"
-#include "win/fs/PathMapping.h"
-#include "win/module/ResourceTable.h"
 #include "win/WinError.h"
+#include "win/fs/PathMapping.h"
+#include "win/module/Module.h"
+#include "win/module/ResourceTable.h"
 
 namespace {
-
 
 // A path the dynamic loader takes as a file, never as a name to search for.
 std::string filePathForLoader(std::string path) { return path.find('/') == std::string::npos ? "./" + path : path; }

@@ -23,10 +23,10 @@ inline constexpr DWORD VOS_NT_WINDOWS32 = 0x00040004;
 inline constexpr DWORD VFT_DLL = 2;
 
 struct VS_FIXEDFILEINFO {
-  DWORD dwSignature;         // VS_FFI_SIGNATURE
-  DWORD dwStrucVersion;      // VS_FFI_STRUCVERSION
-  DWORD dwFileVersionMS;     // major << 16 | minor
-  DWORD dwFileVersionLS;     // build << 16 | revision
+  DWORD dwSignature;      // VS_FFI_SIGNATURE
+  DWORD dwStrucVersion;   // VS_FFI_STRUCVERSION
+  DWORD dwFileVersionMS;  // major << 16 | minor
+  DWORD dwFileVersionLS;  // build << 16 | revision
   DWORD dwProductVersionMS;
   DWORD dwProductVersionLS;
   DWORD dwFileFlagsMask;
@@ -52,8 +52,13 @@ struct VersionBlock {
 constexpr VersionBlock MakeVersionBlock(WORD a, WORD b, WORD c, WORD d) {
   const DWORD ms = static_cast<DWORD>(a) << 16 | b;
   const DWORD ls = static_cast<DWORD>(c) << 16 | d;
-  return VersionBlock{sizeof(VersionBlock), sizeof(VS_FIXEDFILEINFO), 0, u"VS_VERSION_INFO", 0,
-                      {VS_FFI_SIGNATURE, VS_FFI_STRUCVERSION, ms, ls, ms, ls, 0x3F, 0, VOS_NT_WINDOWS32, VFT_DLL, 0, 0, 0}};
+  return VersionBlock{
+      sizeof(VersionBlock),
+      sizeof(VS_FIXEDFILEINFO),
+      0,
+      u"VS_VERSION_INFO",
+      0,
+      {VS_FFI_SIGNATURE, VS_FFI_STRUCVERSION, ms, ls, ms, ls, 0x3F, 0, VOS_NT_WINDOWS32, VFT_DLL, 0, 0, 0}};
 }
 
 // Bytes of the version block of the module file `fileName` (Windows form,

@@ -12,9 +12,9 @@
 #include <unordered_set>
 #include <vector>
 
+#include "win/WinError.h"
 #include "win/registry/RegistryStore_internal.h"
 #include "win/registry/Registry_testing.h"
-#include "win/WinError.h"
 
 using win_internal::FoldRegistryName;
 using win_internal::KeyId;
@@ -47,10 +47,14 @@ HKEY NewHandle(KeyId id, REGSAM access, std::u16string path) {
 }
 
 LONG Resolve(HKEY key, KeyRef* ref) {
-  if (key == HKEY_CURRENT_USER) *ref = KeyRef{win_internal::kCurrentUserRoot, KEY_ALL_ACCESS, u"1", true};
-  else if (key == HKEY_LOCAL_MACHINE) *ref = KeyRef{win_internal::kLocalMachineRoot, KEY_ALL_ACCESS, u"2", true};
-  else if (OpenHandles().count(reinterpret_cast<const KeyRef*>(key))) *ref = *reinterpret_cast<const KeyRef*>(key);
-  else return ERROR_INVALID_HANDLE;
+  if (key == HKEY_CURRENT_USER)
+    *ref = KeyRef{win_internal::kCurrentUserRoot, KEY_ALL_ACCESS, u"1", true};
+  else if (key == HKEY_LOCAL_MACHINE)
+    *ref = KeyRef{win_internal::kLocalMachineRoot, KEY_ALL_ACCESS, u"2", true};
+  else if (OpenHandles().count(reinterpret_cast<const KeyRef*>(key)))
+    *ref = *reinterpret_cast<const KeyRef*>(key);
+  else
+    return ERROR_INVALID_HANDLE;
   return ERROR_SUCCESS;
 }
 
@@ -347,7 +351,8 @@ LONG RegSetValueExW(HKEY key, LPCWSTR name, DWORD, DWORD type, const BYTE* data,
       "INSERT INTO vals(key, name, folded, type, data) SELECT ?1, ?2, ?3, ?4, ?5"
       " WHERE EXISTS (SELECT 1 FROM keys WHERE id = ?1)"
       " ON CONFLICT(key, folded) DO UPDATE SET type = excluded.type, data = excluded.data");
-  const int code = query.bind(1, ref.id).bind(2, View(name)).bind(3, folded).bind(4, type).bindBlob(5, data, size).step();
+  const int code =
+      query.bind(1, ref.id).bind(2, View(name)).bind(3, folded).bind(4, type).bindBlob(5, data, size).step();
   if (code != SQLITE_DONE) return session.fail(code, true);
   if (session.changes() == 0) return ERROR_KEY_DELETED;
   return transaction.commit();

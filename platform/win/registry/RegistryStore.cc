@@ -9,9 +9,9 @@
 #include <string>
 #include <unordered_map>
 
+#include "win/WinError.h"
 #include "win/registry/RegistryStore_internal.h"
 #include "win/registry/Registry_testing.h"
-#include "win/WinError.h"
 
 namespace win_internal {
 namespace {
@@ -66,7 +66,8 @@ Store& TheStore() {
 std::string StorePath(const Store& store) {
   if (!store.pathOverride.empty()) return store.pathOverride;
   if (const char* path = std::getenv("OHM_REGISTRY_STORE"); path && *path) return path;
-  if (const char* config = std::getenv("XDG_CONFIG_HOME"); config && *config) return std::string(config) + "/ohm/registry.db";
+  if (const char* config = std::getenv("XDG_CONFIG_HOME"); config && *config)
+    return std::string(config) + "/ohm/registry.db";
   const char* home = std::getenv("HOME");
   return std::string(home && *home ? home : "/tmp") + "/.config/ohm/registry.db";
 }
@@ -120,7 +121,8 @@ LONG Connect(Store& store) {
   std::error_code ignored;
   std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
   sqlite3* db = nullptr;
-  int code = sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
+  int code =
+      sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
   if (code == SQLITE_OK) {
     sqlite3_busy_timeout(db, kBusyTimeoutMs);
     code = SetUp(db);
@@ -165,7 +167,9 @@ StoreQuery& StoreQuery::bind(int index, std::int64_t value) {
 }
 
 StoreQuery& StoreQuery::bind(int index, std::u16string_view text) {
-  if (mStatement) sqlite3_bind_text16(mStatement, index, text.empty() ? u"" : text.data(), static_cast<int>(text.size() * 2), SQLITE_STATIC);
+  if (mStatement)
+    sqlite3_bind_text16(mStatement, index, text.empty() ? u"" : text.data(), static_cast<int>(text.size() * 2),
+                        SQLITE_STATIC);
   return *this;
 }
 

@@ -3,15 +3,15 @@
 #include <array>
 #include <atomic>
 
-#include "win/ui/Cursor_testing.h"
 #include "win/LastError.h"
 #include "win/WinError.h"
+#include "win/ui/Cursor_testing.h"
 
 namespace {
 
 // The system cursors: a handle is the address of its id's entry.
 constexpr std::array<WORD, 16> kSystemCursorIds{32512, 32513, 32514, 32515, 32516, 32640, 32641, 32642,
-                                                 32643, 32644, 32645, 32646, 32648, 32649, 32650, 32651};
+                                                32643, 32644, 32645, 32646, 32648, 32649, 32650, 32651};
 
 HCURSOR systemCursor(WORD id) {
   for (const WORD& entry : kSystemCursorIds)
@@ -39,7 +39,8 @@ CursorState& state() {
 }  // namespace
 
 HCURSOR LoadCursorW(HINSTANCE instance, LPCWSTR id) {
-  const HCURSOR cursor = !instance && IS_INTRESOURCE(id) ? systemCursor(static_cast<WORD>(reinterpret_cast<UINT_PTR>(id))) : nullptr;
+  const HCURSOR cursor =
+      !instance && IS_INTRESOURCE(id) ? systemCursor(static_cast<WORD>(reinterpret_cast<UINT_PTR>(id))) : nullptr;
   if (!cursor) {
     SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
     return nullptr;

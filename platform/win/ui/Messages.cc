@@ -4,13 +4,13 @@
 #include <deque>
 #include <mutex>
 
-#include "win/ui/Cursor.h"
 #include "win/LastError.h"
 #include "win/WinError.h"
-#include "win/ui/Window.h"
-#include "win/ui/Window_internal.h"
+#include "win/ui/Cursor.h"
 #include "win/ui/Messages_internal.h"
 #include "win/ui/Messages_testing.h"
+#include "win/ui/Window.h"
+#include "win/ui/Window_internal.h"
 
 namespace {
 
@@ -54,8 +54,8 @@ BOOL PeekMessageW(LPMSG msg, HWND window, UINT first, UINT last, UINT remove) {
   if (!msg) return FALSE;
   std::lock_guard lock(queue().mutex);
   auto& messages = queue().messages;
-  const auto it = std::find_if(messages.begin(), messages.end(),
-                               [&](const MSG& m) { return matches(m, window, first, last); });
+  const auto it =
+      std::find_if(messages.begin(), messages.end(), [&](const MSG& m) { return matches(m, window, first, last); });
   if (it == messages.end()) return FALSE;
   *msg = *it;
   if (remove & PM_REMOVE) messages.erase(it);

@@ -29,12 +29,12 @@ inline constexpr UINT PM_NOREMOVE = 0x0000;
 inline constexpr UINT PM_REMOVE = 0x0001;
 
 struct MSG {
-  HWND hwnd;       // the window it was posted to; null for a thread message (WM_QUIT)
+  HWND hwnd;  // the window it was posted to; null for a thread message (WM_QUIT)
   UINT message;
   WPARAM wParam;
   LPARAM lParam;
-  DWORD time;      // a running count of the messages posted, in posting order
-  POINT pt;        // the cursor's screen position when it was posted
+  DWORD time;  // a running count of the messages posted, in posting order
+  POINT pt;    // the cursor's screen position when it was posted
 };
 using LPMSG = MSG*;
 

@@ -4,10 +4,10 @@
 #include <string_view>
 
 #include "win/CrtChar.h"
+#include "win/Utf8.h"
 #include "win/fs/PathFunctions.h"
 #include "win/fs/PathMapping.h"
 #include "win/ui/UiSink.h"
-#include "win/Utf8.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <atomic>
 #include <cstdio>
 
+#include "win/Utf8.h"
 #include "win/ui/MessageBox.h"
 #include "win/ui/UiSink_testing.h"
-#include "win/Utf8.h"
 
 namespace {
 

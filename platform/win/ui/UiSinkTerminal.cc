@@ -8,10 +8,10 @@
 #include <cstdlib>
 #include <string>
 
-#include "win/ui/ShellExecute.h"
-#include "win/ui/UiSink.h"
 #include "win/Utf8.h"
 #include "win/WinError.h"
+#include "win/ui/ShellExecute.h"
+#include "win/ui/UiSink.h"
 
 extern char** environ;
 
@@ -19,7 +19,8 @@ namespace {
 
 // Hands the address to xdg-open in the background, so that nothing waits
 // for the browser; the shell in between ends at once. 2 when there is no xdg-open.
-constexpr const char* kOpenerScript = "command -v xdg-open >/dev/null 2>&1 || exit 2; xdg-open \"$1\" >/dev/null 2>&1 &";
+constexpr const char* kOpenerScript =
+    "command -v xdg-open >/dev/null 2>&1 || exit 2; xdg-open \"$1\" >/dev/null 2>&1 &";
 
 int runOpener(const std::string& target) {
   char sh[] = "/bin/sh", dashC[] = "-c", name[] = "ohm-open";
@@ -39,7 +40,8 @@ void show(const UiTaskDialog& dialog) {
   if (!dialog.content.empty()) print(dialog.content);
   if (!dialog.footer.empty()) print(dialog.footer);
   for (std::size_t i = 0; i < dialog.links.size(); ++i)
-    print(u"  (l" + Utf8ToUtf16(std::to_string(i + 1)) + u") " + dialog.links[i].label + u": " + dialog.links[i].target);
+    print(u"  (l" + Utf8ToUtf16(std::to_string(i + 1)) + u") " + dialog.links[i].label + u": " +
+          dialog.links[i].target);
   std::u16string buttons = u" ";
   for (std::size_t i = 0; i < dialog.buttons.size(); ++i)
     buttons += u" (" + Utf8ToUtf16(std::to_string(i + 1)) + u") " + dialog.buttons[i].caption +

@@ -52,8 +52,8 @@ bool ZdApDocManager::setCurDocument(ZdApDocument* document) noexcept {
 }
 
 bool ZdApDocManager::closeDocument(ZdApDocument* document) {
-  const auto it = std::find_if(mDocuments.begin(), mDocuments.end(),
-                               [&](const auto& open) { return open.get() == document; });
+  const auto it =
+      std::find_if(mDocuments.begin(), mDocuments.end(), [&](const auto& open) { return open.get() == document; });
   if (it == mDocuments.end()) return false;
   if (mCurrent == document) mCurrent = nullptr;
   mDocuments.erase(it);

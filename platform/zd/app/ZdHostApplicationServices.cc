@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "win/Utf8.h"
 #include "win/fs/PathMapping.h"
 #include "win/module/Module.h"
-#include "win/Utf8.h"
 #include "zd/ZdCodes.h"
 #include "zd/app/ZdEnv.h"
 #include "zd/app/ZdHostApplicationServices_testing.h"

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "win/LastError.h"
-#include "win/module/Module.h"
 #include "win/WinError.h"
+#include "win/module/Module.h"
 
 namespace {
 
@@ -46,7 +46,8 @@ HMODULE zdLoadModule(const char16_t* path) {
 
 bool zdUnloadModule(HMODULE module) {
   auto& modules = loadedModules();
-  const auto it = std::find_if(modules.begin(), modules.end(), [module](const LoadedModule& m) { return m.module == module; });
+  const auto it =
+      std::find_if(modules.begin(), modules.end(), [module](const LoadedModule& m) { return m.module == module; });
   if (it == modules.end()) return false;
   const ModuleEntryFunction entry = it->entry;
   modules.erase(it);

@@ -20,12 +20,21 @@ using SysVarTable = std::map<std::u16string, SysVar>;  // keyed by the upper-cas
 
 SysVarTable initialVariables() {
   return {
-      {u"ATTDIA", {short{0}}},   {u"ATTREQ", {short{1}}},   {u"CMDECHO", {short{1}}},
-      {u"CMDDIA", {short{1}}},   {u"EXPERT", {short{0}}},   {u"FILEDIA", {short{1}}},
-      {u"LUNITS", {short{2}}},   {u"LUPREC", {short{4}}},   {u"OSMODE", {short{0}}},
-      {u"TILEMODE", {short{1}}}, {u"DWGTITLED", {short{0}, true}},
-      {u"TEXTSIZE", {2.5}},      {u"CLAYER", {std::u16string(u"0")}},
-      {u"DWGNAME", {std::u16string(u"Drawing1.dwg"), true}}, {u"DWGPREFIX", {std::u16string(), true}},
+      {u"ATTDIA", {short{0}}},
+      {u"ATTREQ", {short{1}}},
+      {u"CMDECHO", {short{1}}},
+      {u"CMDDIA", {short{1}}},
+      {u"EXPERT", {short{0}}},
+      {u"FILEDIA", {short{1}}},
+      {u"LUNITS", {short{2}}},
+      {u"LUPREC", {short{4}}},
+      {u"OSMODE", {short{0}}},
+      {u"TILEMODE", {short{1}}},
+      {u"DWGTITLED", {short{0}, true}},
+      {u"TEXTSIZE", {2.5}},
+      {u"CLAYER", {std::u16string(u"0")}},
+      {u"DWGNAME", {std::u16string(u"Drawing1.dwg"), true}},
+      {u"DWGPREFIX", {std::u16string(), true}},
   };
 }
 
@@ -53,10 +62,18 @@ bool fillNode(const SysVarValue& value, ZdValueNode* node) {
 bool readNode(const ZdValueNode* node, SysVarValue& value) {
   if (node->restype != typeOf(value)) return false;
   switch (node->restype) {
-    case RTSHORT: value = node->resval.rint; return true;
-    case RTLONG: value = node->resval.rlong; return true;
-    case RTREAL: value = node->resval.rreal; return true;
-    default: value = std::u16string(node->resval.rstring ? node->resval.rstring : u""); return true;
+    case RTSHORT:
+      value = node->resval.rint;
+      return true;
+    case RTLONG:
+      value = node->resval.rlong;
+      return true;
+    case RTREAL:
+      value = node->resval.rreal;
+      return true;
+    default:
+      value = std::u16string(node->resval.rstring ? node->resval.rstring : u"");
+      return true;
   }
 }
 

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "OhmPlatformExport.h"
-#include "zd/db/ZdDbObject.h"
 #include "zd/ZdString.h"
+#include "zd/db/ZdDbObject.h"
 
 OHM_PLATFORM_API_BEGIN
 

@@ -213,7 +213,9 @@ bool ZdDbDictionaryIterator::next() noexcept {
   return !done();
 }
 
-const char16_t* ZdDbDictionaryIterator::name() const noexcept { return done() ? u"" : mEntries[mPosition].first.c_str(); }
+const char16_t* ZdDbDictionaryIterator::name() const noexcept {
+  return done() ? u"" : mEntries[mPosition].first.c_str();
+}
 
 ZdDbObjectId ZdDbDictionaryIterator::objectId() const noexcept {
   return done() ? ZdDbObjectId() : mEntries[mPosition].second;
@@ -426,8 +428,8 @@ Zeda::ErrorStatus zddbOpenObject(ZdDbObject*& object, ZdDbObjectId id, ZdDb::Ope
   return status;
 }
 
-Zeda::ErrorStatus accessZdDbObjectForRead(ZdDbObject*& object, ZdDbObjectId id, const ZdRxClass* cls,
-                                          bool& wasOpened, bool& wasWritable, bool openErased) {
+Zeda::ErrorStatus accessZdDbObjectForRead(ZdDbObject*& object, ZdDbObjectId id, const ZdRxClass* cls, bool& wasOpened,
+                                          bool& wasWritable, bool openErased) {
   object = nullptr;
   wasOpened = wasWritable = false;
   if (id.isNull()) return Zeda::eNullObjectId;

@@ -22,8 +22,8 @@
 #include "OhmPlatformExport.h"
 #include "zd/db/ZdDbBlockTableRecord.h"
 #include "zd/db/ZdDbDictionary.h"
-#include "zd/db/ZdDbSymbolTable.h"
 #include "zd/db/ZdDbObject.h"
+#include "zd/db/ZdDbSymbolTable.h"
 
 OHM_PLATFORM_API_BEGIN
 
@@ -164,16 +164,15 @@ class ZdDbDatabase {
 // Opens the object for read or write. eOk and the object; eNullObjectId,
 // eUnknownHandle (no such object), eWasErased (erased and not asked for),
 // eWasOpenForWrite / eWasOpenForRead (conflicting access) with null.
-Zeda::ErrorStatus zddbOpenObject(ZdDbObject*& object, ZdDbObjectId id, ZdDb::OpenMode mode,
-                                 bool openErased = false);
+Zeda::ErrorStatus zddbOpenObject(ZdDbObject*& object, ZdDbObjectId id, ZdDb::OpenMode mode, bool openErased = false);
 
 // Read access to the object of class `cls` (or derived), also when it is open
 // elsewhere: `wasOpened` says this call opened it (close it at the end),
 // `wasWritable` that it was open for write (give that back with
 // revertZdDbObjectFromWrite). eOk, or the failure of zddbOpenObject, or
 // eWrongObjectType, with null and the object as it was.
-Zeda::ErrorStatus accessZdDbObjectForRead(ZdDbObject*& object, ZdDbObjectId id, const ZdRxClass* cls,
-                                          bool& wasOpened, bool& wasWritable, bool openErased = false);
+Zeda::ErrorStatus accessZdDbObjectForRead(ZdDbObject*& object, ZdDbObjectId id, const ZdRxClass* cls, bool& wasOpened,
+                                          bool& wasWritable, bool openErased = false);
 
 // Gives write access back to an object that accessZdDbObjectForRead found
 // open for write; nothing otherwise. eOk.

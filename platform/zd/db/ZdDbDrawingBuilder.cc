@@ -2,10 +2,12 @@
 
 #include "zd/ZdCodes.h"
 
-ZdDbObjectId ZdDbDrawingBuilder::defineBlock(const std::u16string& name) { return mDatabase.blockTableRecordId(name, true); }
+ZdDbObjectId ZdDbDrawingBuilder::defineBlock(const std::u16string& name) {
+  return mDatabase.blockTableRecordId(name, true);
+}
 
 ZdDbBlockReference* ZdDbDrawingBuilder::insertBlock(const std::u16string& blockName, const Attributes& attributes,
-                                                   ZdDbObjectId space) {
+                                                    ZdDbObjectId space) {
   auto owned = std::make_unique<ZdDbBlockReference>();
   ZdDbBlockReference* reference = owned.get();
   reference->setBlockTableRecord(defineBlock(blockName));
@@ -67,7 +69,8 @@ ZdDbAttribute* ZdDbDrawingBuilder::appendAttribute(ZdDbBlockReference& reference
   return attribute;
 }
 
-void ZdDbDrawingBuilder::setOptionXData(ZdDbObject& object, const std::u16string& appName, const std::u16string& value) {
+void ZdDbDrawingBuilder::setOptionXData(ZdDbObject& object, const std::u16string& appName,
+                                        const std::u16string& value) {
   ZdValueNode* record =
       zdutBuildList(XD_APPNAME, appName.c_str(), XD_CONTROL, u"{", XD_STRING, value.c_str(), XD_CONTROL, u"}", 0);
   object.setXData(record);

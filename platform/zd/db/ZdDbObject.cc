@@ -8,8 +8,8 @@
 
 #include "zd/ZdCodes.h"
 #include "zd/db/ZdDbBlockReference.h"
-#include "zd/db/ZdDbDatabase.h"
 #include "zd/db/ZdDbBlockTableRecord.h"
+#include "zd/db/ZdDbDatabase.h"
 #include "zd/db/ZdDbDictionary.h"
 #include "zd/db/ZdDbSymbolTable.h"
 #include "zd/db/ZdDbText.h"
@@ -29,10 +29,10 @@ const ZdRxClass* ZdRxClass::forName(const std::u16string& name, const ZdRxClass*
   return cls.get();
 }
 
-#define OHM_ZD_DESCRIPTOR(Class, Parent)                     \
-  const ZdRxClass* Class::desc() {                           \
-    static const ZdRxClass descriptor(u## #Class, Parent);   \
-    return &descriptor;                                      \
+#define OHM_ZD_DESCRIPTOR(Class, Parent)                   \
+  const ZdRxClass* Class::desc() {                         \
+    static const ZdRxClass descriptor(u## #Class, Parent); \
+    return &descriptor;                                    \
   }
 
 OHM_ZD_DESCRIPTOR(ZdDbObject, nullptr)
@@ -71,7 +71,8 @@ ZdValueNode* copyChain(const ZdValueNode* chain) {
     if (kind == ZdValueKind::Binary && chain->resval.rbinary.clen > 0) {
       node->resval.rbinary.buf = static_cast<char*>(std::malloc(static_cast<std::size_t>(chain->resval.rbinary.clen)));
       if (node->resval.rbinary.buf) {
-        std::memcpy(node->resval.rbinary.buf, chain->resval.rbinary.buf, static_cast<std::size_t>(chain->resval.rbinary.clen));
+        std::memcpy(node->resval.rbinary.buf, chain->resval.rbinary.buf,
+                    static_cast<std::size_t>(chain->resval.rbinary.clen));
       } else {
         node->resval.rbinary.clen = 0;
       }

@@ -21,10 +21,10 @@
 #include <vector>
 
 #include "OhmPlatformExport.h"
-#include "zd/db/ZdDbObjectId.h"
 #include "zd/ZdErrorStatus.h"
-#include "zd/db/ZdRxClass.h"
 #include "zd/ZdValueNode.h"
+#include "zd/db/ZdDbObjectId.h"
+#include "zd/db/ZdRxClass.h"
 
 OHM_PLATFORM_API_BEGIN
 
@@ -100,8 +100,6 @@ class ZdDbObject {
   mutable std::vector<XDataPart> mXData;
   mutable std::string_view mXDataText;  // xdata as read, not yet decoded
   std::string_view mKeptDxfGroups;
-
-
 };
 
 class ZdDbEntity : public ZdDbObject {

@@ -6,8 +6,8 @@
 #pragma once
 
 #include "OhmPlatformExport.h"
-#include "zd/db/ZdDbObject.h"
 #include "zd/ZdString.h"
+#include "zd/db/ZdDbObject.h"
 
 OHM_PLATFORM_API_BEGIN
 

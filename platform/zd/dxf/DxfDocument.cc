@@ -5,8 +5,8 @@
 #include <system_error>
 
 #include "win/fs/PathMapping.h"
-#include "zd/db/ZdDbDatabase.h"
 #include "zd/app/ZdDocManager.h"
+#include "zd/db/ZdDbDatabase.h"
 
 namespace {
 

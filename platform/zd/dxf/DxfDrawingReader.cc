@@ -13,15 +13,15 @@
 #include <vector>
 
 #include "win/fs/PathMapping.h"
+#include "zd/ZdCodes.h"
+#include "zd/db/ZdDbBlockReference.h"
+#include "zd/db/ZdDbDatabase.h"
+#include "zd/db/ZdDbText.h"
 #include "zd/dxf/DxfEntityClasses.h"
 #include "zd/dxf/DxfTags.h"
 #include "zd/dxf/DxfTextCodec.h"
 #include "zd/dxf/DxfValues.h"
 #include "zd/dxf/DxfXData.h"
-#include "zd/ZdCodes.h"
-#include "zd/db/ZdDbBlockReference.h"
-#include "zd/db/ZdDbDatabase.h"
-#include "zd/db/ZdDbText.h"
 
 namespace {
 
@@ -175,7 +175,11 @@ std::string quoted(std::string_view text) {
 class DxfLoader {
  public:
   DxfLoader(ZdDbDatabase& database, std::string_view text, const DxfReadOptions& options, DxfReadReport& report)
-      : mDatabase(database), mText(text), mRecords(text), mOptions(options), mReport(report),
+      : mDatabase(database),
+        mText(text),
+        mRecords(text),
+        mOptions(options),
+        mReport(report),
         mCodec(DxfTextCodec::utf8()) {}
 
   const DxfTextCodec& codec() const noexcept { return mCodec; }
@@ -260,8 +264,9 @@ class DxfLoader {
     Zeda::ErrorStatus status = Zeda::eOk;
     if (name == "HEADER") {
       status = readHeader(Tags(current().tags).subspan(1));
-      keptParts().header = current().tags.size() > 1 ? textFrom(codeLineOf(current().tags[1].value.data(), mText), current())
-                                                      : std::string_view();
+      keptParts().header = current().tags.size() > 1
+                               ? textFrom(codeLineOf(current().tags[1].value.data(), mText), current())
+                               : std::string_view();
     }
     const char* const sectionStart = current().body.data() + current().body.size();
     // A file without a header is R12 in ANSI_1252; its codec is made once it is needed.
@@ -269,17 +274,23 @@ class DxfLoader {
     mCodecChosen = true;
     advance();
     if (status != Zeda::eOk) return status;
-    if (name == "TABLES") status = readTables();
-    else if (name == "BLOCKS") status = readBlocks();
-    else if (name == "ENTITIES") status = readEntities({});
-    else if (name == "OBJECTS") status = readObjects();
+    if (name == "TABLES")
+      status = readTables();
+    else if (name == "BLOCKS")
+      status = readBlocks();
+    else if (name == "ENTITIES")
+      status = readEntities({});
+    else if (name == "OBJECTS")
+      status = readObjects();
     else
       while (!atSectionEnd()) advance();
-    if (name == "CLASSES" && status == Zeda::eOk) keptParts().classes = std::string_view(sectionStart, classesEnd(sectionStart));
+    if (name == "CLASSES" && status == Zeda::eOk)
+      keptParts().classes = std::string_view(sectionStart, classesEnd(sectionStart));
     if (status != Zeda::eOk) return status;
     if (at("ENDSEC")) return advance(), Zeda::eOk;
     if (!atSectionEnd()) return fail(current().line, "ENDSEC expected, not " + quoted(current().type));
-    return missing("ENDSEC of section " + std::string(name) + " expected", "ENDSEC of section " + std::string(name) + " added");
+    return missing("ENDSEC of section " + std::string(name) + " expected",
+                   "ENDSEC of section " + std::string(name) + " added");
   }
 
   ZdDbDatabase::KeptDxfParts& keptParts() { return mDatabase.keptDxfParts(); }
@@ -324,21 +335,27 @@ class DxfLoader {
       const DxfTag& tag = tags[at];
       std::int64_t number = 0;
       switch (tag.code) {
-        case 102: inGroup = !tag.value.empty() && tag.value.front() == '{'; break;
+        case 102:
+          inGroup = !tag.value.empty() && tag.value.front() == '{';
+          break;
         case 5:
           if (!handleOf(tag, fields.handle)) return false;
           break;
         case 330:
           if (!inGroup && !fields.owner) fields.owner = parseDxfHandle(tag.value);
           break;
-        case 8: fields.layer = tag.value; break;
+        case 8:
+          fields.layer = tag.value;
+          break;
         case 2:
           if (!fields.name) fields.name = tag.value;
           break;
         case 1:
           if (fields.text.empty()) fields.text = tag.value;
           break;
-        case 100: fields.multiple = fields.multiple || tag.value == "AcDbMInsertBlock"; break;
+        case 100:
+          fields.multiple = fields.multiple || tag.value == "AcDbMInsertBlock";
+          break;
         case 66:
         case 67:
           if (!integerOf(tag, number)) return false;
@@ -350,8 +367,11 @@ class DxfLoader {
           if (!integerOf(tag, number)) return false;
           (tag.code == 70 ? fields.columns : fields.rows) = number;
           break;
-        case XD_APPNAME: fields.xdata = tags.subspan(at); return true;
-        default: break;
+        case XD_APPNAME:
+          fields.xdata = tags.subspan(at);
+          return true;
+        default:
+          break;
       }
     }
     return true;
@@ -369,11 +389,13 @@ class DxfLoader {
         if (!readEntityFields(current().tags, table, false)) return Zeda::eBadDxfFile;
         blockRecords = table.name == "BLOCK_RECORD";
         tableName = std::string(table.name.value_or(""));
-        if (blockRecords && table.handle) mDatabase.setObjectHandle(mDatabase.blockTableId(), ZdDbHandle(*table.handle));
+        if (blockRecords && table.handle)
+          mDatabase.setObjectHandle(mDatabase.blockTableId(), ZdDbHandle(*table.handle));
         advance();
       } else {
         const std::string type(current().type);
-        if (const auto status = missing("TABLE expected, not " + quoted(type), "TABLE head added before " + quoted(type));
+        if (const auto status =
+                missing("TABLE expected, not " + quoted(type), "TABLE head added before " + quoted(type));
             status != Zeda::eOk)
           return status;
         blockRecords = type == "BLOCK_RECORD";
@@ -395,7 +417,8 @@ class DxfLoader {
   }
 
   bool readBlockRecord(const Record& record) {
-    if (record.type != "BLOCK_RECORD") return fail(record.line, "BLOCK_RECORD expected, not " + quoted(record.type)), false;
+    if (record.type != "BLOCK_RECORD")
+      return fail(record.line, "BLOCK_RECORD expected, not " + quoted(record.type)), false;
     EntityFields fields;
     if (!readEntityFields(record.tags, fields, false)) return false;
     if (!fields.name || fields.name->empty()) return fail(record.line, "block name (group 2) expected"), false;
@@ -501,8 +524,8 @@ class DxfLoader {
       return fail(record.line, "entity type in upper case expected, not " + quoted(type)), nullptr;
     // The classes of other applications' types belong to this drawing alone.
     const ZdRxClass* cls = isStandardDxfEntityType(type) ? dxfEntityClassOf(type)
-                           : isDxfTypeName(type)         ? mDatabase.classNamed(dxfClassNameOf(type), ZdDbEntity::desc())
-                                                         : nullptr;
+                           : isDxfTypeName(type) ? mDatabase.classNamed(dxfClassNameOf(type), ZdDbEntity::desc())
+                                                 : nullptr;
     if (!cls) return fail(record.line, "entity type expected, not " + quoted(type)), nullptr;
     return std::make_unique<ZdDbEntity>(cls);
   }
@@ -675,8 +698,10 @@ class DxfLoader {
   void keepOtherDictionaries(const DictionaryFields* layouts) {
     for (std::size_t at = 0; at < mDictionaries.size(); ++at) {
       if (&mDictionaries[at] == layouts) continue;
-      if (at == 0) keptParts().rootDictionary = mDictionaries[at].text;
-      else keptParts().objects.push_back(mDictionaries[at].text);
+      if (at == 0)
+        keptParts().rootDictionary = mDictionaries[at].text;
+      else
+        keptParts().objects.push_back(mDictionaries[at].text);
     }
   }
 

@@ -32,9 +32,9 @@ struct DxfReadOptions {
 
 // What a read found beside its status.
 struct DxfReadReport {
-  int line = 0;                        // of the refusal; 0 when none or not in the text
-  std::string problem;                 // what was expected there; empty when the read succeeded
-  std::vector<std::string> repairs;    // "LINE: what was repaired", in file order (recover mode)
+  int line = 0;                              // of the refusal; 0 when none or not in the text
+  std::string problem;                       // what was expected there; empty when the read succeeded
+  std::vector<std::string> repairs;          // "LINE: what was repaired", in file order (recover mode)
   std::vector<std::string> undefinedBlocks;  // names referred to but never defined, raw, each once
 };
 

@@ -13,16 +13,16 @@
 
 #include "win/fs/FileReplace.h"
 #include "win/fs/PathMapping.h"
+#include "zd/ZdCodes.h"
+#include "zd/db/ZdDbBlockReference.h"
+#include "zd/db/ZdDbDatabase.h"
+#include "zd/db/ZdDbText.h"
 #include "zd/dxf/DxfDrawingWriter.h"
 #include "zd/dxf/DxfEntityClasses.h"
 #include "zd/dxf/DxfTags.h"
 #include "zd/dxf/DxfTextCodec.h"
 #include "zd/dxf/DxfValues.h"
 #include "zd/dxf/DxfXData.h"
-#include "zd/ZdCodes.h"
-#include "zd/db/ZdDbBlockReference.h"
-#include "zd/db/ZdDbDatabase.h"
-#include "zd/db/ZdDbText.h"
 
 namespace {
 
@@ -85,7 +85,9 @@ class DxfWriter {
   bool isR12() const { return mVersion == "AC1009"; }
   std::uint64_t newHandle() { return mNextHandle++; }
   std::string text(std::u16string_view value) const { return encodeDxfText(mCodec, value); }
-  static std::string handleOf(const ZdDbObject* object) { return formatDxfHandle(object ? object->objectHandle().value() : 0); }
+  static std::string handleOf(const ZdDbObject* object) {
+    return formatDxfHandle(object ? object->objectHandle().value() : 0);
+  }
 
   template <typename Object>
   const Object* live(ZdDbObjectId id) const {
@@ -123,7 +125,8 @@ class DxfWriter {
       if (!value.empty()) written.insert(variable);
       appendDxfTag(header, tag.code, value.empty() ? tag.value : value);
     }
-    for (const auto& [name, code] : {std::pair<std::string_view, int>{"$ACADVER", 1}, {"$DWGCODEPAGE", 3}, {"$HANDSEED", 5}}) {
+    for (const auto& [name, code] :
+         {std::pair<std::string_view, int>{"$ACADVER", 1}, {"$DWGCODEPAGE", 3}, {"$HANDSEED", 5}}) {
       if (written.count(name)) continue;
       appendDxfTag(header, 9, name);
       appendDxfTag(header, code, modelledHeaderValue(name, code));
@@ -224,7 +227,8 @@ class DxfWriter {
       if (!record) continue;
       const std::uint64_t handle = record->objectHandle().value();
       if (keepsParts() && !record->keptDxfBlockGroups().empty()) {
-        writeKeptRecord(out, "BLOCK", isR12() ? 0 : newHandle(), record->keptDxfBlockGroups(), handle, blockName(*record));
+        writeKeptRecord(out, "BLOCK", isR12() ? 0 : newHandle(), record->keptDxfBlockGroups(), handle,
+                        blockName(*record));
       } else {
         appendStart(out, "BLOCK", isR12() ? 0 : newHandle(), handle, "AcDbEntity");
         appendDxfTag(out, 8, "0");
@@ -496,7 +500,8 @@ class DxfWriter {
         appendDxfTag(out, 5, handle.value);
         bool layoutEntry = false;
         appendKeptGroups(out, kept.substr(reader.offset()), [&](const DxfTag& tag) {
-          if ((tag.code == 350 || tag.code == 360) && layoutEntry) appendDxfTag(out, tag.code, formatDxfHandle(layoutsHandle));
+          if ((tag.code == 350 || tag.code == 360) && layoutEntry)
+            appendDxfTag(out, tag.code, formatDxfHandle(layoutsHandle));
           if (tag.code == 3) layoutEntry = tag.value == "ACAD_LAYOUT";
           return (tag.code == 350 || tag.code == 360) && layoutEntry;
         });
@@ -522,7 +527,8 @@ class DxfWriter {
     appendDxfTag(out, 1, text(layout.layoutName()));
     appendDxfTag(out, 70, "1");
     appendDxfTag(out, 71, std::to_string(layout.getTabOrder()));
-    if (const auto* block = live<ZdDbBlockTableRecord>(layout.getBlockTableRecordId())) appendDxfTag(out, 330, handleOf(block));
+    if (const auto* block = live<ZdDbBlockTableRecord>(layout.getBlockTableRecordId()))
+      appendDxfTag(out, 330, handleOf(block));
   }
 
   // A layout from its kept groups, with its owner, and in its AcDbLayout
@@ -555,8 +561,8 @@ class DxfWriter {
   std::string mVersion;
   std::string mCodePage;
   DxfTextCodec mCodec;
-  std::uint64_t mNextHandle;          // for the file's own objects: blocks' ends, tables, SEQEND
-  std::string mHandseedText;          // the header's $HANDSEED, once the rest is written
+  std::uint64_t mNextHandle;            // for the file's own objects: blocks' ends, tables, SEQEND
+  std::string mHandseedText;            // the header's $HANDSEED, once the rest is written
   std::set<std::string> mApplications;  // xdata application names, raw
 };
 

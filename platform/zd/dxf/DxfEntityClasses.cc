@@ -28,16 +28,29 @@ constexpr std::array<std::pair<std::string_view, std::u16string_view>, 12> kName
 constexpr std::u16string_view kPrefix = u"ZdDb";
 
 // The entity types of the DXF reference's ENTITIES section.
-constexpr std::array<std::string_view, 48> kStandardTypes{
-    "3DFACE",  "3DSOLID",  "ACAD_PROXY_ENTITY", "ACAD_TABLE", "ARC",        "ARCALIGNEDTEXT", "ATTDEF", "ATTRIB",
-    "BODY",    "CIRCLE",   "DIMENSION",         "ELLIPSE",    "HATCH",      "HELIX",          "IMAGE",  "INSERT",
-    "LEADER",  "LIGHT",    "LINE",              "LWPOLYLINE", "MESH",       "MLEADER",        "MLINE",  "MTEXT",
-    "MULTILEADER", "OLEFRAME", "OLE2FRAME",     "POINT",      "POLYLINE",   "RAY",            "REGION", "RTEXT",
-    "SECTION", "SEQEND",   "SHAPE",             "SOLID",      "SPLINE",     "SUN",            "SURFACE", "TABLE",
-    "TEXT",    "TOLERANCE", "TRACE",            "UNDERLAY",   "VERTEX",     "VIEWPORT",       "WIPEOUT", "XLINE"};
+constexpr std::array<std::string_view, 48> kStandardTypes{"3DFACE",      "3DSOLID",    "ACAD_PROXY_ENTITY",
+                                                          "ACAD_TABLE",  "ARC",        "ARCALIGNEDTEXT",
+                                                          "ATTDEF",      "ATTRIB",     "BODY",
+                                                          "CIRCLE",      "DIMENSION",  "ELLIPSE",
+                                                          "HATCH",       "HELIX",      "IMAGE",
+                                                          "INSERT",      "LEADER",     "LIGHT",
+                                                          "LINE",        "LWPOLYLINE", "MESH",
+                                                          "MLEADER",     "MLINE",      "MTEXT",
+                                                          "MULTILEADER", "OLEFRAME",   "OLE2FRAME",
+                                                          "POINT",       "POLYLINE",   "RAY",
+                                                          "REGION",      "RTEXT",      "SECTION",
+                                                          "SEQEND",      "SHAPE",      "SOLID",
+                                                          "SPLINE",      "SUN",        "SURFACE",
+                                                          "TABLE",       "TEXT",       "TOLERANCE",
+                                                          "TRACE",       "UNDERLAY",   "VERTEX",
+                                                          "VIEWPORT",    "WIPEOUT",    "XLINE"};
 
-char16_t upper(char16_t unit) { return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit; }
-char16_t lower(char16_t unit) { return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit - u'A' + u'a') : unit; }
+char16_t upper(char16_t unit) {
+  return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
+}
+char16_t lower(char16_t unit) {
+  return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit - u'A' + u'a') : unit;
+}
 
 bool isTypeCharacter(char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '-';

@@ -101,8 +101,10 @@ bool DxfTagReader::next(DxfTag& tag) {
       if (onlyBlanksFrom(mText, start)) return mPos = mText.size(), false;
       return fail(tag.line, "group code expected");
     }
-    if (!isDxfGroupCode(tag.code)) return fail(tag.line, "group code " + std::to_string(tag.code) + " is not a DXF group code");
-    if (mPos >= mText.size()) return fail(tag.line, "value of group " + std::to_string(tag.code) + " expected, the file ends");
+    if (!isDxfGroupCode(tag.code))
+      return fail(tag.line, "group code " + std::to_string(tag.code) + " is not a DXF group code");
+    if (mPos >= mText.size())
+      return fail(tag.line, "value of group " + std::to_string(tag.code) + " expected, the file ends");
     tag.value = nextLine(mText, mPos, mLineEnd);
     mLine += 2;
     if (tag.code != kComment) return true;

@@ -36,8 +36,10 @@ bool isHex(char16_t unit) {
 std::u16string expandEscapes(std::u16string text) {
   std::size_t at = text.find(u"\\U+");
   while (at != std::u16string::npos) {
-    if (at + 7 <= text.size() && isHex(text[at + 3]) && isHex(text[at + 4]) && isHex(text[at + 5]) && isHex(text[at + 6])) {
-      const char16_t unit = static_cast<char16_t>(std::stoi(std::string(text.begin() + at + 3, text.begin() + at + 7), nullptr, 16));
+    if (at + 7 <= text.size() && isHex(text[at + 3]) && isHex(text[at + 4]) && isHex(text[at + 5]) &&
+        isHex(text[at + 6])) {
+      const char16_t unit =
+          static_cast<char16_t>(std::stoi(std::string(text.begin() + at + 3, text.begin() + at + 7), nullptr, 16));
       text.replace(at, 7, 1, unit);
     }
     at = text.find(u"\\U+", at + 1);

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "zd/dxf/DxfValues.h"
 #include "zd/ZdCodes.h"
+#include "zd/dxf/DxfValues.h"
 
 namespace {
 
@@ -49,8 +49,10 @@ bool readValue(std::span<const DxfTag> tags, std::size_t& at, const DxfTextCodec
     const auto number = parseDxfInteger(tag.value);
     const std::int64_t low = tag.code == XD_SHORT ? -32768 : INT32_MIN, high = tag.code == XD_SHORT ? 32767 : INT32_MAX;
     if (!number || *number < low || *number > high) return false;
-    if (tag.code == XD_SHORT) node.resval.rint = static_cast<short>(*number);
-    else node.resval.rlong = static_cast<std::int32_t>(*number);
+    if (tag.code == XD_SHORT)
+      node.resval.rint = static_cast<short>(*number);
+    else
+      node.resval.rlong = static_cast<std::int32_t>(*number);
     return true;
   }
   if (isRealCode(tag.code)) {
@@ -140,9 +142,12 @@ std::string encodeDxfText(const DxfTextCodec& codec, std::u16string_view text) {
   if (raw.find_first_of("\r\n") == std::string::npos) return raw;
   std::string escaped;
   for (const char byte : raw) {
-    if (byte == '\n') escaped += "\\U+000A";
-    else if (byte == '\r') escaped += "\\U+000D";
-    else escaped += byte;
+    if (byte == '\n')
+      escaped += "\\U+000A";
+    else if (byte == '\r')
+      escaped += "\\U+000D";
+    else
+      escaped += byte;
   }
   return escaped;
 }
@@ -161,7 +166,8 @@ void appendDxfXData(std::string& out, const ZdValueNode* chain, const DxfTextCod
     } else if (isRealCode(code)) {
       appendDxfTag(out, code, formatDxfReal(chain->resval.rreal));
     } else if (isPointCode(code)) {
-      for (int axis = 0; axis < 3; ++axis) appendDxfTag(out, code + 10 * axis, formatDxfReal(chain->resval.rpoint[axis]));
+      for (int axis = 0; axis < 3; ++axis)
+        appendDxfTag(out, code + 10 * axis, formatDxfReal(chain->resval.rpoint[axis]));
     }
   }
 }

@@ -12,10 +12,10 @@
 #include <string>
 
 #include "OhmPlatformExport.h"
-#include "zd/dxf/DxfTags.h"
-#include "zd/dxf/DxfTextCodec.h"
 #include "zd/ZdErrorStatus.h"
 #include "zd/ZdValueNode.h"
+#include "zd/dxf/DxfTags.h"
+#include "zd/dxf/DxfTextCodec.h"
 
 OHM_PLATFORM_API_BEGIN
 

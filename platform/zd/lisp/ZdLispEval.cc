@@ -7,8 +7,8 @@
 
 #include "win/CrtChar.h"
 #include "zd/ZdCodes.h"
-#include "zd/lisp/ZdLisp.h"
 #include "zd/ZdValueNode.h"
+#include "zd/lisp/ZdLisp.h"
 
 namespace {
 

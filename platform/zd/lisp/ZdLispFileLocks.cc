@@ -15,8 +15,8 @@
 
 #include "win/fs/PathMapping.h"
 #include "zd/ZdCodes.h"
-#include "zd/lisp/ZdLisp.h"
 #include "zd/ZdValueNode.h"
+#include "zd/lisp/ZdLisp.h"
 
 namespace {
 
@@ -48,7 +48,8 @@ std::optional<std::string> lockFileOf(const char16_t* drawing) {
 }
 
 bool sameFile(int fd, const std::string& path) {
-  struct stat opened {}, named {};
+  struct stat opened {
+  }, named{};
   return ::fstat(fd, &opened) == 0 && ::stat(path.c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
          opened.st_ino == named.st_ino;
 }

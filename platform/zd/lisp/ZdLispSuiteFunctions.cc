@@ -9,10 +9,10 @@
 //     this host keeps no project database, so there is nothing to check,
 //     and it answers T.
 #include "zd/ZdCodes.h"
-#include "zd/app/ZdHostApplicationServices.h"
-#include "zd/lisp/ZdLisp.h"
 #include "zd/ZdString.h"
 #include "zd/ZdValueNode.h"
+#include "zd/app/ZdHostApplicationServices.h"
+#include "zd/lisp/ZdLisp.h"
 
 namespace {
 

@@ -3,10 +3,10 @@
 // The value comes from the suite's global manager (GblPm); the reply is one
 // RTSTR node, or RTNIL when the name has no value. A call without a string
 // argument is a Lisp error (RTERROR, no reply).
-#include "zd/app/GblPm.h"
 #include "zd/ZdCodes.h"
-#include "zd/lisp/ZdLisp.h"
 #include "zd/ZdValueNode.h"
+#include "zd/app/GblPm.h"
+#include "zd/lisp/ZdLisp.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include "win/ui/Window.h"
 #include "win/ui/Window_internal.h"
-#include "zd/ui/ZdApplicationFrame_testing.h"
 #include "zd/app/ZdDocManager.h"
+#include "zd/ui/ZdApplicationFrame_testing.h"
 
 namespace {
 

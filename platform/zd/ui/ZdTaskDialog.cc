@@ -7,10 +7,10 @@
 #include <optional>
 #include <pugixml.hpp>
 
-#include "win/ui/MessageBox.h"
-#include "win/fs/PathMapping.h"
-#include "win/ui/UiSink.h"
 #include "win/Utf8.h"
+#include "win/fs/PathMapping.h"
+#include "win/ui/MessageBox.h"
+#include "win/ui/UiSink.h"
 #include "zd/ui/ZdTaskDialog_testing.h"
 
 namespace {
@@ -56,8 +56,10 @@ bool isBlank(char16_t unit) { return unit == u' ' || unit == u'\t' || unit == u'
 u16string collapsed(u16string_view text) {
   u16string result;
   for (char16_t unit : text) {
-    if (!isBlank(unit)) result += unit;
-    else if (result.empty() || result.back() != u' ') result += u' ';
+    if (!isBlank(unit))
+      result += unit;
+    else if (result.empty() || result.back() != u' ')
+      result += u' ';
   }
   return result;
 }
@@ -173,8 +175,14 @@ bool hasLink(const UiTaskDialog& dialog, const u16string& target) {
 UiTaskDialog shownDialog(const DialogDefinition& definition, const std::vector<std::pair<int, u16string>>& buttons,
                          DWORD flags, HWND owner) {
   const bool linksOn = (flags & TDF_ENABLE_HYPERLINKS) != 0;
-  UiTaskDialog shown{owner, definition.id, definition.title, definition.mainInstruction,
-                     shownContent(definition, linksOn), definition.footer, {}, 0,
+  UiTaskDialog shown{owner,
+                     definition.id,
+                     definition.title,
+                     definition.mainInstruction,
+                     shownContent(definition, linksOn),
+                     definition.footer,
+                     {},
+                     0,
                      linksOn ? shownLinks(definition) : std::vector<UiTaskDialogLink>()};
   for (const auto& [id, caption] : buttons) shown.buttons.push_back({id, caption});
   for (const auto& [id, caption] : definition.commonButtons) shown.buttons.push_back({id, caption});
@@ -235,8 +243,6 @@ const TaskDialogLoad& lastTaskDialogLoad() { return seam().lastLoad; }
 const std::vector<TaskDialogNotification>& taskDialogNotifications() { return seam().notifications; }
 void setComponentFolder(const std::string& folder) { seam().componentFolder = folder; }
 
-void resetTaskDialogs() {
-  seam() = Seam{};
-}
+void resetTaskDialogs() { seam() = Seam{}; }
 
 }  // namespace zd_testing

@@ -66,18 +66,21 @@ TEST_F(ComCreation, RefusesWhatThePlatformRefuses) {
 
 TEST_F(ComCreation, DocumentAnswersQueriesById) {
   IUnknownPtr unknown;
-  ASSERT_EQ(CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_ALL, IID_IUnknown,
-                             reinterpret_cast<void**>(&unknown)),
-            S_OK);
+  ASSERT_EQ(
+      CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_ALL, IID_IUnknown, reinterpret_cast<void**>(&unknown)),
+      S_OK);
   struct Query {
     const char* name;
     const IID& iid;
     HRESULT expected;
   };
   const Query queries[] = {
-      {"IUnknown", IID_IUnknown, S_OK},           {"IXMLDOMNode", IID_IXMLDOMNode, S_OK},
-      {"IXMLDOMDocument", IID_IXMLDOMDocument, S_OK}, {"IXMLDOMDocument2", IID_IXMLDOMDocument2, S_OK},
-      {"ISupportErrorInfo", IID_ISupportErrorInfo, S_OK}, {"IXMLDOMElement", IID_IXMLDOMElement, E_NOINTERFACE},
+      {"IUnknown", IID_IUnknown, S_OK},
+      {"IXMLDOMNode", IID_IXMLDOMNode, S_OK},
+      {"IXMLDOMDocument", IID_IXMLDOMDocument, S_OK},
+      {"IXMLDOMDocument2", IID_IXMLDOMDocument2, S_OK},
+      {"ISupportErrorInfo", IID_ISupportErrorInfo, S_OK},
+      {"IXMLDOMElement", IID_IXMLDOMElement, E_NOINTERFACE},
   };
   for (const Query& query : queries) {
     SCOPED_TRACE(query.name);

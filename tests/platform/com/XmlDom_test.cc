@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <csignal>
 
 #include <fcntl.h>
 
@@ -118,8 +118,8 @@ TEST_F(XmlDom, SaveKeepsWhatTheDocumentHoldsBesideTheChanges) {
   ASSERT_EQ(mDocument->save(pathOf("s.xml")), S_OK);
 
   std::string saved = mFolder.read("s.xml");
-  for (const char* kept : {"<?xml version=\"1.0\" encoding=\"utf-8\"?>", "<!-- kept comment -->",
-                           "<?app-hint keep?>", "Version=\"3\"", "<Deep attr=\"&amp;&lt;\">text</Deep>",
+  for (const char* kept : {"<?xml version=\"1.0\" encoding=\"utf-8\"?>", "<!-- kept comment -->", "<?app-hint keep?>",
+                           "Version=\"3\"", "<Deep attr=\"&amp;&lt;\">text</Deep>",
                            "<Property Name=\"p\" Value=\"2\" Extra=\"x\" />", "<Setting Name=\"B\" />"}) {
     EXPECT_NE(saved.find(kept), std::string::npos) << kept << " missing from:\n" << saved;
   }
@@ -292,8 +292,9 @@ TEST_F(XmlDom, BuiltNodesJoinTheTreeInOrder) {
   ASSERT_EQ(setting->appendChild(node.GetInterfacePtr(), nullptr), S_OK);
   // The appended node is the node in the tree now.
   ASSERT_EQ(property->setAttribute(u"Late", _variant_t(u"1")), S_OK);
-  EXPECT_EQ(xml(root().GetInterfacePtr()),
-            u"<Settings><Setting Name=\"A\"><Property Name=\"Name!\" Value=\"Value!\" Late=\"1\"/></Setting></Settings>");
+  EXPECT_EQ(
+      xml(root().GetInterfacePtr()),
+      u"<Settings><Setting Name=\"A\"><Property Name=\"Name!\" Value=\"Value!\" Late=\"1\"/></Setting></Settings>");
 
   EXPECT_EQ(node->appendChild(setting.GetInterfacePtr(), nullptr), E_FAIL) << "below itself";
   IXMLDOMElementPtr second;

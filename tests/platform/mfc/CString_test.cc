@@ -8,9 +8,12 @@ namespace {
 
 TEST(CString, FindFollowsTheRuntimeBounds) {
   const CString text(u"a,b,,c");
-  struct Case { LPCWSTR sub; int start; int expected; } cases[] = {
-      {u",", 0, 1}, {u",", 2, 3}, {u",,", 0, 3}, {u"x", 0, -1},
-      {u"", 0, 0},  {u"", 6, 6},  {u",", 6, -1}, {u",", -1, -1},
+  struct Case {
+    LPCWSTR sub;
+    int start;
+    int expected;
+  } cases[] = {
+      {u",", 0, 1}, {u",", 2, 3}, {u",,", 0, 3}, {u"x", 0, -1}, {u"", 0, 0}, {u"", 6, 6}, {u",", 6, -1}, {u",", -1, -1},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(U8(c.sub) + " from " + std::to_string(c.start));
@@ -36,12 +39,12 @@ TEST(CString, PiecesClampTheirArguments) {
 }
 
 TEST(CString, ReplaceCountsLeftToRightWithoutOverlap) {
-  struct Case { LPCWSTR text, from, to, expected; int count; } cases[] = {
-      {u"aaaa", u"aa", u"b", u"bb", 2},
-      {u"aaa", u"aa", u"b", u"ba", 1},
-      {u"abc", u"", u"x", u"abc", 0},
-      {u"abc", u"b", u"", u"ac", 1},
-      {u"%S%S", u"%S", u"%S%S", u"%S%S%S%S", 2},
+  struct Case {
+    LPCWSTR text, from, to, expected;
+    int count;
+  } cases[] = {
+      {u"aaaa", u"aa", u"b", u"bb", 2}, {u"aaa", u"aa", u"b", u"ba", 1},           {u"abc", u"", u"x", u"abc", 0},
+      {u"abc", u"b", u"", u"ac", 1},    {u"%S%S", u"%S", u"%S%S", u"%S%S%S%S", 2},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(U8(c.text));
@@ -77,7 +80,8 @@ TEST(CString, BufferRoundTrip) {
 
 TEST(CString, FormatCoversTextAndNumbers) {
   CString text;
-  text.Format(u"%s=%d (%05.1f) [%-4s] %c%% %x %hs %I64d", u"key", -42, 3.14159, u"ab", u'Z', 255u, "n\xC3\xA4", 1LL << 40);
+  text.Format(u"%s=%d (%05.1f) [%-4s] %c%% %x %hs %I64d", u"key", -42, 3.14159, u"ab", u'Z', 255u, "n\xC3\xA4",
+              1LL << 40);
   EXPECT_EQ(U8(text.str()), "key=-42 (003.1) [ab  ] Z% ff nä 1099511627776");
   text.AppendFormat(u"|%*d|%.2s", 4, 7, u"xyz");
   EXPECT_EQ(U8(text.str()), "key=-42 (003.1) [ab  ] Z% ff nä 1099511627776|   7|xy");

@@ -5,7 +5,10 @@
 namespace {
 
 // "a", U+1F600 as a surrogate pair, "b", a lone low surrogate, "c".
-constexpr char16_t kMixed[] = u"a\xD83D\xDE00" u"b\xDC00" u"c";
+constexpr char16_t kMixed[] =
+    u"a\xD83D\xDE00"
+    u"b\xDC00"
+    u"c";
 
 TEST(CharNextW, StepsOverASurrogatePairAsOneCharacter) {
   const char16_t* expected[] = {kMixed + 1, kMixed + 3, kMixed + 4, kMixed + 5, kMixed + 6, kMixed + 6};

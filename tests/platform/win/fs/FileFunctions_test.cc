@@ -1,7 +1,7 @@
 #include "win/fs/FileFunctions.h"
 
-#include <gtest/gtest.h>
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <functional>
@@ -12,8 +12,8 @@
 #include "support/TempFolder.h"
 #include "support/u16.h"
 #include "win/LastError.h"
-#include "win/fs/ShellFileOperation.h"
 #include "win/WinError.h"
+#include "win/fs/ShellFileOperation.h"
 
 namespace {
 
@@ -66,13 +66,17 @@ TEST_F(FileFunctionsTest, SearchListsDotEntriesThenSortedNamesWithAttributes) {
 }
 
 TEST_F(FileFunctionsTest, SearchPatternsMatchLikeThePlatform) {
-  struct Case { std::u16string pattern; std::vector<std::u16string> names; DWORD endError; } cases[] = {
+  struct Case {
+    std::u16string pattern;
+    std::vector<std::u16string> names;
+    DWORD endError;
+  } cases[] = {
       {u"\\*.TXT", {u"b.txt"}, ERROR_NO_MORE_FILES},
       {u"\\?.*", {u".", u"..", u"A.dwg", u"b.txt"}, ERROR_NO_MORE_FILES},
       {u"\\no*.*", {u"noext"}, ERROR_NO_MORE_FILES},  // ".*" also takes a name without dot
       {u"/sub", {u"sub"}, ERROR_NO_MORE_FILES},       // no wildcard: the entry itself
       {u"\\*.pdf", {}, ERROR_FILE_NOT_FOUND},
-      {u"\\", {}, ERROR_FILE_NOT_FOUND},              // an empty name matches nothing
+      {u"\\", {}, ERROR_FILE_NOT_FOUND},  // an empty name matches nothing
       {u"\\missing\\*", {}, ERROR_PATH_NOT_FOUND},
       {u"\\b.txt\\*", {}, ERROR_PATH_NOT_FOUND},
   };
@@ -109,7 +113,11 @@ TEST_F(FileFunctionsTest, ReadOnlyFileIsDeletedOnlyAfterItsAttributesAreNormal) 
 
 TEST_F(FileFunctionsTest, FailuresSetThePlatformsErrorCodes) {
   const std::u16string missing = path("gone.txt"), inMissing = path("gone\\x"), sub = path("sub"), file = path("b.txt");
-  struct Case { const char* what; std::function<BOOL()> call; DWORD error; } cases[] = {
+  struct Case {
+    const char* what;
+    std::function<BOOL()> call;
+    DWORD error;
+  } cases[] = {
       {"delete missing file", [&] { return DeleteFileW(missing.c_str()); }, ERROR_FILE_NOT_FOUND},
       {"delete in missing folder", [&] { return DeleteFileW(inMissing.c_str()); }, ERROR_PATH_NOT_FOUND},
       {"delete a folder", [&] { return DeleteFileW(sub.c_str()); }, ERROR_ACCESS_DENIED},

@@ -47,8 +47,9 @@ TEST(FileReplace, RemovesWhatGoneProcessesLeftBesideTheFile) {
   ::waitpid(gone, nullptr, 0);
   const std::string dead = std::to_string(gone), alive = std::to_string(::getppid());
   const std::pair<std::string, bool> entries[] = {
-      {"d.dxf.~" + dead + ".0", false},  {"d.dxf.~" + dead + ".17", false}, {"d.dxf.~" + alive + ".0", true},
-      {"d.dxf.~" + dead, true},          {"d.dxf.~" + dead + ".x", true},   {"e.dxf.~" + dead + ".0", true},
+      {"d.dxf.~" + dead + ".0", false},    {"d.dxf.~" + dead + ".17", false},
+      {"d.dxf.~" + alive + ".0", true},    {"d.dxf.~" + dead, true},
+      {"d.dxf.~" + dead + ".x", true},     {"e.dxf.~" + dead + ".0", true},
       {"d.dxf.~" + dead + ".0.bak", true},
   };
   folder.makeFile("d.dxf", "old");

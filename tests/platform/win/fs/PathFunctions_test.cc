@@ -18,10 +18,20 @@ std::u16string inPlace(const std::u16string& path, Function function) {
 }
 
 TEST(PathRemoveFileSpecW, CutsTheLastComponentAndKeepsRoots) {
-  struct Case { std::u16string path; BOOL removed; std::u16string expected; } cases[] = {
-      {u"C:\\a\\b.dwg", TRUE, u"C:\\a"}, {u"C:\\a\\", TRUE, u"C:\\a"}, {u"C:\\a", TRUE, u"C:\\"},
-      {u"C:\\", FALSE, u"C:\\"},         {u"b.dwg", TRUE, u""},         {u"", FALSE, u""},
-      {u"\\a", TRUE, u"\\"},             {u"\\", FALSE, u"\\"},         {u"C:b.dwg", TRUE, u"C:"},
+  struct Case {
+    std::u16string path;
+    BOOL removed;
+    std::u16string expected;
+  } cases[] = {
+      {u"C:\\a\\b.dwg", TRUE, u"C:\\a"},
+      {u"C:\\a\\", TRUE, u"C:\\a"},
+      {u"C:\\a", TRUE, u"C:\\"},
+      {u"C:\\", FALSE, u"C:\\"},
+      {u"b.dwg", TRUE, u""},
+      {u"", FALSE, u""},
+      {u"\\a", TRUE, u"\\"},
+      {u"\\", FALSE, u"\\"},
+      {u"C:b.dwg", TRUE, u"C:"},
       {u"a/b", TRUE, u""},  // only the backslash separates here
   };
   for (const Case& c : cases) {
@@ -33,12 +43,14 @@ TEST(PathRemoveFileSpecW, CutsTheLastComponentAndKeepsRoots) {
 }
 
 TEST(PathCombineW, JoinsWithOneBackslashAndCanonicalizes) {
-  struct Case { const char16_t* folder; const char16_t* file; const char16_t* expected; } cases[] = {
-      {u"C:\\a", u"b.txt", u"C:\\a\\b.txt"},        {u"C:\\a\\", u"b.txt", u"C:\\a\\b.txt"},
-      {u"C:\\a", u"D:\\x", u"D:\\x"},               {u"C:\\a\\b", u"\\x", u"C:\\x"},
-      {u"C:\\a\\b", u"..\\c", u"C:\\a\\c"},         {u"C:\\a", u".\\c", u"C:\\a\\c"},
-      {u"C:\\", u"..\\c", u"C:\\c"},                {nullptr, u"b.txt", u"b.txt"},
-      {u"C:\\a", nullptr, u"C:\\a"},
+  struct Case {
+    const char16_t* folder;
+    const char16_t* file;
+    const char16_t* expected;
+  } cases[] = {
+      {u"C:\\a", u"b.txt", u"C:\\a\\b.txt"}, {u"C:\\a\\", u"b.txt", u"C:\\a\\b.txt"}, {u"C:\\a", u"D:\\x", u"D:\\x"},
+      {u"C:\\a\\b", u"\\x", u"C:\\x"},       {u"C:\\a\\b", u"..\\c", u"C:\\a\\c"},    {u"C:\\a", u".\\c", u"C:\\a\\c"},
+      {u"C:\\", u"..\\c", u"C:\\c"},         {nullptr, u"b.txt", u"b.txt"},           {u"C:\\a", nullptr, u"C:\\a"},
       {nullptr, nullptr, nullptr},
   };
   for (const Case& c : cases) {
@@ -59,15 +71,19 @@ TEST(PathCombineW, DestinationMayBeTheFolderAndMaxPathIsEnforced) {
   char16_t buffer[MAX_PATH] = u"C:\\a";
   EXPECT_EQ(PathCombineW(buffer, buffer, u"b"), buffer);
   EXPECT_EQ(std::u16string(buffer), u"C:\\a\\b");
-  const std::u16string folder = u"C:\\" + std::u16string(250, u'f');  // 253 units
-  EXPECT_NE(PathCombineW(buffer, folder.c_str(), u"12345"), nullptr);  // 259 units
+  const std::u16string folder = u"C:\\" + std::u16string(250, u'f');    // 253 units
+  EXPECT_NE(PathCombineW(buffer, folder.c_str(), u"12345"), nullptr);   // 259 units
   EXPECT_EQ(PathCombineW(buffer, folder.c_str(), u"123456"), nullptr);  // 260 units
   EXPECT_EQ(buffer[0], u'\0');
 }
 
 TEST(PathCompactPathExW, PutsAnEllipsisInPlaceOfMiddleComponents) {
   const std::u16string path = u"C:\\path1\\path2\\sample.txt";  // 25 units
-  struct Case { std::u16string source; UINT size; std::u16string expected; } cases[] = {
+  struct Case {
+    std::u16string source;
+    UINT size;
+    std::u16string expected;
+  } cases[] = {
       {path, 26, path},
       {path, 25, u"C:\\path1\\...\\sample.txt"},
       {path, 24, u"C:\\path1\\...\\sample.txt"},

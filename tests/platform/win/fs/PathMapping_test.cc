@@ -10,7 +10,10 @@ namespace {
 TEST(PathMapping, WindowsFormToPosix) {
   win_testing::mapDrive(u'c', "/srv/c");
   win_testing::mapDrive(u'D', "/mnt/d/");
-  struct Case { std::u16string windows; std::optional<std::string> posix; } cases[] = {
+  struct Case {
+    std::u16string windows;
+    std::optional<std::string> posix;
+  } cases[] = {
       {u"\\home\\me\\a.dxf", "/home/me/a.dxf"},
       {u"/home/me/a.dxf", "/home/me/a.dxf"},
       {u"Z:\\tmp\\x", "/tmp/x"},

@@ -10,7 +10,10 @@
 namespace {
 
 TEST(SplitPath, PartsAndBufferRules) {
-  struct Case { std::u16string path; std::u16string drive, dir, name, ext; } cases[] = {
+  struct Case {
+    std::u16string path;
+    std::u16string drive, dir, name, ext;
+  } cases[] = {
       {u"C:\\a\\b.c.dwg", u"C:", u"\\a\\", u"b.c", u".dwg"},
       {u"c:rel.txt", u"c:", u"", u"rel", u".txt"},
       {u"\\a.b\\name", u"", u"\\a.b\\", u"name", u""},

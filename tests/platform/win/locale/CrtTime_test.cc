@@ -7,8 +7,14 @@
 namespace {
 
 TEST(CrtTime, LocalTimeRefusesTimesBefore1970AndAfter3000) {
-  struct Case { __time64_t time; errno_t status; } cases[] = {
-      {0, 0}, {32535215999, 0}, {-1, EINVAL}, {32535216000, EINVAL},
+  struct Case {
+    __time64_t time;
+    errno_t status;
+  } cases[] = {
+      {0, 0},
+      {32535215999, 0},
+      {-1, EINVAL},
+      {32535216000, EINVAL},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.time);

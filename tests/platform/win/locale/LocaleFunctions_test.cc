@@ -7,14 +7,14 @@
 
 #include "support/ScopedLocale.h"
 #include "support/u16.h"
-#include "win/locale/DatePicture.h"
 #include "win/LastError.h"
 #include "win/WinError.h"
+#include "win/locale/DatePicture.h"
 
 namespace {
 
 constexpr SYSTEMTIME kAfternoon{2017, 3, 0, 5, 14, 7, 9, 0};  // Sunday 5 March 2017, 14:07:09
-constexpr SYSTEMTIME kMorning{2005, 11, 0, 20, 9, 5, 3, 0};    // Sunday 20 November 2005, 09:05:03
+constexpr SYSTEMTIME kMorning{2005, 11, 0, 20, 9, 5, 3, 0};   // Sunday 20 November 2005, 09:05:03
 
 std::u16string date(const SYSTEMTIME& time, const char16_t* picture, DWORD flags = 0) {
   char16_t buffer[256] = {};
@@ -74,7 +74,11 @@ TEST(UserLocale, LcAllComesBeforeLcTimeAndLang) {
 
 TEST(DatePictures, FieldsQuotesAndLettersOfTheOtherKind) {
   ScopedLocale locale("en_US");
-  struct Case { SYSTEMTIME time; const char16_t* picture; const char16_t* expected; } cases[] = {
+  struct Case {
+    SYSTEMTIME time;
+    const char16_t* picture;
+    const char16_t* expected;
+  } cases[] = {
       {kAfternoon, u"yyyyMMdd", u"20170305"},
       {kAfternoon, u"d/M/yy", u"5/3/17"},
       {kAfternoon, u"dddd, MMMM dd yyyy", u"Sunday, March 05 2017"},
@@ -96,13 +100,13 @@ TEST(TimePictures, ClocksMarkersAndLettersOfTheOtherKind) {
   ScopedLocale locale("en_US");
   const SYSTEMTIME midnight{2017, 3, 0, 5, 0, 0, 0, 0};
   const SYSTEMTIME noon{2017, 3, 0, 5, 12, 30, 0, 0};
-  struct Case { SYSTEMTIME time; const char16_t* picture; const char16_t* expected; } cases[] = {
-      {kAfternoon, u"HHmmss", u"140709"},
-      {kMorning, u"HHmmss", u"090503"},
-      {kMorning, u"H:m:s", u"9:5:3"},
-      {kAfternoon, u"h:mm:ss tt", u"2:07:09 PM"},
-      {midnight, u"hh t", u"12 A"},
-      {noon, u"h tt", u"12 PM"},
+  struct Case {
+    SYSTEMTIME time;
+    const char16_t* picture;
+    const char16_t* expected;
+  } cases[] = {
+      {kAfternoon, u"HHmmss", u"140709"},           {kMorning, u"HHmmss", u"090503"}, {kMorning, u"H:m:s", u"9:5:3"},
+      {kAfternoon, u"h:mm:ss tt", u"2:07:09 PM"},   {midnight, u"hh t", u"12 A"},     {noon, u"h tt", u"12 PM"},
       {kAfternoon, u"yyyy 'at' HH", u"yyyy at 14"},  // date letters are text in a time
   };
   for (const Case& c : cases) {
@@ -122,15 +126,24 @@ TEST(LocaleFunctions, FailuresGiveZeroAndTheLastError) {
   const SYSTEMTIME hour24{2017, 2, 0, 3, 24, 0, 0, 0};
   char16_t buffer[256] = u"untouched";
   constexpr LCID kUser = LOCALE_USER_DEFAULT;
-  struct Case { const char* what; std::function<int()> call; DWORD error; } cases[] = {
-      {"date that doesn't exist", [&] { return GetDateFormatW(kUser, 0, &february30, nullptr, buffer, 256); }, ERROR_INVALID_PARAMETER},
-      {"another locale", [&] { return GetDateFormatW(0x0409, 0, &kAfternoon, nullptr, buffer, 256); }, ERROR_INVALID_PARAMETER},
-      {"short date with a picture", [&] { return GetDateFormatW(kUser, DATE_SHORTDATE, &kAfternoon, u"yy", buffer, 256); }, ERROR_INVALID_FLAGS},
-      {"date buffer too small", [&] { return GetDateFormatW(kUser, 0, &kAfternoon, u"yyyyMMdd", buffer, 8); }, ERROR_INSUFFICIENT_BUFFER},
+  struct Case {
+    const char* what;
+    std::function<int()> call;
+    DWORD error;
+  } cases[] = {
+      {"date that doesn't exist", [&] { return GetDateFormatW(kUser, 0, &february30, nullptr, buffer, 256); },
+       ERROR_INVALID_PARAMETER},
+      {"another locale", [&] { return GetDateFormatW(0x0409, 0, &kAfternoon, nullptr, buffer, 256); },
+       ERROR_INVALID_PARAMETER},
+      {"short date with a picture",
+       [&] { return GetDateFormatW(kUser, DATE_SHORTDATE, &kAfternoon, u"yy", buffer, 256); }, ERROR_INVALID_FLAGS},
+      {"date buffer too small", [&] { return GetDateFormatW(kUser, 0, &kAfternoon, u"yyyyMMdd", buffer, 8); },
+       ERROR_INSUFFICIENT_BUFFER},
       {"hour 24", [&] { return GetTimeFormatW(kUser, 0, &hour24, nullptr, buffer, 256); }, ERROR_INVALID_PARAMETER},
       {"time flags", [&] { return GetTimeFormatW(kUser, 2, &kAfternoon, nullptr, buffer, 256); }, ERROR_INVALID_FLAGS},
       {"unknown locale text", [&] { return GetLocaleInfoW(kUser, 0x7777, buffer, 256); }, ERROR_INVALID_FLAGS},
-      {"info buffer too small", [&] { return GetLocaleInfoW(kUser, LOCALE_SDECIMAL, buffer, 1); }, ERROR_INSUFFICIENT_BUFFER},
+      {"info buffer too small", [&] { return GetLocaleInfoW(kUser, LOCALE_SDECIMAL, buffer, 1); },
+       ERROR_INSUFFICIENT_BUFFER},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
@@ -142,7 +155,9 @@ TEST(LocaleFunctions, FailuresGiveZeroAndTheLastError) {
 }
 
 TEST(PictureFromIcuPattern, TurnsIcuPatternsIntoWindowsPictures) {
-  struct Case { std::u16string pattern, picture; } cases[] = {
+  struct Case {
+    std::u16string pattern, picture;
+  } cases[] = {
       {u"M/d/yy", u"M/d/yyyy"},
       {u"y/MM/dd", u"yyyy/MM/dd"},
       {u"h:mm:ss\u202Fa", u"h:mm:ss tt"},

@@ -8,12 +8,12 @@
 #include "support/TempFolder.h"
 #include "support/u16.h"
 #include "win/LastError.h"
+#include "win/WinError.h"
+#include "win/fs/PathMapping.h"
 #include "win/module/Module.h"
 #include "win/module/Module_testing.h"
-#include "win/fs/PathMapping.h"
 #include "win/module/Resource.h"
 #include "win/module/VersionInfo.h"
-#include "win/WinError.h"
 
 namespace {
 
@@ -134,11 +134,13 @@ TEST_F(Resources, LoadStringCopiesWhatFitsAndTerminates) {
     int size;
     int copied;
   };
-  for (const Case& c : {Case{1000, length}, Case{length + 1, length}, Case{length, length - 1}, Case{5, 4}, Case{1, 0}}) {
+  for (const Case& c :
+       {Case{1000, length}, Case{length + 1, length}, Case{length, length - 1}, Case{5, 4}, Case{1, 0}}) {
     SCOPED_TRACE(c.size);
     std::u16string buffer(1001, u'#');
     EXPECT_EQ(LoadStringW(mUtils, 112, buffer.data(), c.size), c.copied);
-    EXPECT_EQ(buffer.substr(0, static_cast<std::size_t>(c.copied)), whole.substr(0, static_cast<std::size_t>(c.copied)));
+    EXPECT_EQ(buffer.substr(0, static_cast<std::size_t>(c.copied)),
+              whole.substr(0, static_cast<std::size_t>(c.copied)));
     EXPECT_EQ(buffer[static_cast<std::size_t>(c.copied)], u'\0');
   }
 }

@@ -10,14 +10,14 @@
 #include "mfc/AfxMessageBox.h"
 #include "mfc/CString.h"
 #include "support/u16.h"
-#include "win/module/FormatMessage.h"
 #include "win/LastError.h"
-#include "win/ui/MessageBox.h"
+#include "win/WinError.h"
+#include "win/fs/PathMapping.h"
+#include "win/module/FormatMessage.h"
 #include "win/module/Module.h"
 #include "win/module/NetWksta.h"
-#include "win/fs/PathMapping.h"
+#include "win/ui/MessageBox.h"
 #include "win/ui/UiSink_testing.h"
-#include "win/WinError.h"
 
 namespace {
 

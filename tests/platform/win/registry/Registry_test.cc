@@ -14,8 +14,8 @@
 #include "mfc/CRegKey.h"
 #include "support/TempFolder.h"
 #include "support/u16.h"
-#include "win/registry/Registry_testing.h"
 #include "win/WinError.h"
+#include "win/registry/Registry_testing.h"
 
 namespace {
 
@@ -54,14 +54,16 @@ class RegistryTest : public ::testing::Test {
   static std::vector<std::u16string> SubKeys(HKEY key) {
     std::vector<std::u16string> names;
     char16_t name[256];
-    for (DWORD i = 0, size = 256; RegEnumKeyExW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0; ++i, size = 256)
+    for (DWORD i = 0, size = 256; RegEnumKeyExW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0;
+         ++i, size = 256)
       names.emplace_back(name, size);
     return names;
   }
   static std::vector<std::u16string> Values(HKEY key) {
     std::vector<std::u16string> names;
     char16_t name[256];
-    for (DWORD i = 0, size = 256; RegEnumValueW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0; ++i, size = 256)
+    for (DWORD i = 0, size = 256; RegEnumValueW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0;
+         ++i, size = 256)
       names.emplace_back(name, size);
     return names;
   }
@@ -78,11 +80,10 @@ TEST_F(RegistryTest, OpenFindsKeysByPathIgnoringCase) {
   RegCloseKey(Create(u"Soft\\Ohm\\Zeda"));
   const std::u16string tooLong(256, u'k');
   const PathCase cases[] = {
-      {u"Soft\\Ohm\\Zeda", ERROR_SUCCESS},      {u"SOFT\\ohm\\zEDA", ERROR_SUCCESS},
-      {u"Soft\\Ohm\\Zeda\\", ERROR_SUCCESS},    {u"Soft\\Ohm", ERROR_SUCCESS},
-      {u"Soft\\Ohm\\Other", ERROR_FILE_NOT_FOUND},
-      {u"\\Soft", ERROR_BAD_PATHNAME},          {u"Soft\\\\Ohm", ERROR_BAD_PATHNAME},
-      {tooLong.c_str(), ERROR_INVALID_PARAMETER},
+      {u"Soft\\Ohm\\Zeda", ERROR_SUCCESS},         {u"SOFT\\ohm\\zEDA", ERROR_SUCCESS},
+      {u"Soft\\Ohm\\Zeda\\", ERROR_SUCCESS},       {u"Soft\\Ohm", ERROR_SUCCESS},
+      {u"Soft\\Ohm\\Other", ERROR_FILE_NOT_FOUND}, {u"\\Soft", ERROR_BAD_PATHNAME},
+      {u"Soft\\\\Ohm", ERROR_BAD_PATHNAME},        {tooLong.c_str(), ERROR_INVALID_PARAMETER},
   };
   for (const PathCase& c : cases) {
     SCOPED_TRACE(testing::PrintToString(std::u16string(c.path)));
@@ -99,10 +100,12 @@ TEST_F(RegistryTest, OpenFindsKeysByPathIgnoringCase) {
 TEST_F(RegistryTest, CreateMakesTheWholePathOnceAndKeepsTheFirstSpelling) {
   HKEY key = nullptr;
   DWORD disposition = 0;
-  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"A\\Bee\\C", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, &disposition), 0);
+  ASSERT_EQ(
+      RegCreateKeyExW(HKEY_CURRENT_USER, u"A\\Bee\\C", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, &disposition), 0);
   EXPECT_EQ(disposition, REG_CREATED_NEW_KEY);
   RegCloseKey(key);
-  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"a\\BEE\\c", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, &disposition), 0);
+  ASSERT_EQ(
+      RegCreateKeyExW(HKEY_CURRENT_USER, u"a\\BEE\\c", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, &disposition), 0);
   EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
   RegCloseKey(key);
   HKEY a = Open(u"A", KEY_READ);
@@ -119,11 +122,16 @@ TEST_F(RegistryTest, HandlesRefuseWhatTheirRightsDoNotAllow) {
     LONG expected;
   };
   const Case cases[] = {
-      {"set", KEY_READ, ERROR_ACCESS_DENIED},         {"set", KEY_SET_VALUE, ERROR_SUCCESS},
-      {"delete value", KEY_READ, ERROR_ACCESS_DENIED}, {"create new", KEY_READ, ERROR_ACCESS_DENIED},
-      {"create existing", KEY_READ, ERROR_SUCCESS},    {"create new", KEY_CREATE_SUB_KEY, ERROR_SUCCESS},
-      {"query", KEY_SET_VALUE, ERROR_ACCESS_DENIED},   {"query", KEY_READ, ERROR_SUCCESS},
-      {"enum keys", KEY_QUERY_VALUE, ERROR_ACCESS_DENIED}, {"info", KEY_ENUMERATE_SUB_KEYS, ERROR_ACCESS_DENIED},
+      {"set", KEY_READ, ERROR_ACCESS_DENIED},
+      {"set", KEY_SET_VALUE, ERROR_SUCCESS},
+      {"delete value", KEY_READ, ERROR_ACCESS_DENIED},
+      {"create new", KEY_READ, ERROR_ACCESS_DENIED},
+      {"create existing", KEY_READ, ERROR_SUCCESS},
+      {"create new", KEY_CREATE_SUB_KEY, ERROR_SUCCESS},
+      {"query", KEY_SET_VALUE, ERROR_ACCESS_DENIED},
+      {"query", KEY_READ, ERROR_SUCCESS},
+      {"enum keys", KEY_QUERY_VALUE, ERROR_ACCESS_DENIED},
+      {"info", KEY_ENUMERATE_SUB_KEYS, ERROR_ACCESS_DENIED},
       {"delete key", KEY_QUERY_VALUE, ERROR_SUCCESS},  // the handle's rights don't matter to a delete
   };
   for (const Case& c : cases) {
@@ -141,10 +149,13 @@ TEST_F(RegistryTest, HandlesRefuseWhatTheirRightsDoNotAllow) {
     if (call == "set") status = SetText(key, u"v", u"new");
     if (call == "delete value") status = RegDeleteValueW(key, u"v");
     if (call == "create new") status = RegCreateKeyExW(key, u"New", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr);
-    if (call == "create existing") status = RegCreateKeyExW(key, u"child", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr);
+    if (call == "create existing")
+      status = RegCreateKeyExW(key, u"child", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr);
     if (call == "query") status = RegQueryValueExW(key, u"v", nullptr, nullptr, nullptr, &size);
     if (call == "enum keys") status = RegEnumKeyExW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr);
-    if (call == "info") status = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    if (call == "info")
+      status = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                nullptr, nullptr);
     if (call == "delete key") status = RegDeleteKeyW(key, u"Child");
     EXPECT_EQ(status, c.expected);
     if (call == "set") {
@@ -204,7 +215,8 @@ TEST_F(RegistryTest, ValuesKeepTheirTypeAndBytesAndFollowTheBufferRules) {
 
 TEST_F(RegistryTest, EnumerationOrdersAndCounts) {
   HKEY key = Create(u"Enum");
-  for (const char16_t* child : {u"beta", u"Alpha", u"gamma"}) RegCloseKey(Create((u"Enum\\" + std::u16string(child)).c_str()));
+  for (const char16_t* child : {u"beta", u"Alpha", u"gamma"})
+    RegCloseKey(Create((u"Enum\\" + std::u16string(child)).c_str()));
   RegCloseKey(Create(u"Enum\\beta\\deeper"));
   SetText(key, u"z", u"1");
   SetText(key, u"a", u"22");
@@ -261,7 +273,8 @@ TEST_F(RegistryTest, DeleteTakesOnlyLeavesAndLeavesStaleHandlesFailing) {
   EXPECT_EQ(SetText(leaf, u"v", u"y"), ERROR_KEY_DELETED);
   EXPECT_EQ(RegDeleteValueW(leaf, u"v"), ERROR_KEY_DELETED);
   EXPECT_EQ(RegEnumKeyExW(leaf, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_KEY_DELETED);
-  EXPECT_EQ(RegQueryInfoKeyW(leaf, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
+  EXPECT_EQ(RegQueryInfoKeyW(leaf, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
+                             nullptr, nullptr),
             ERROR_KEY_DELETED);
   HKEY again = Open(u"P\\Leaf", KEY_READ);
   EXPECT_EQ(Text(again, u"v"), u"<2>");
@@ -307,7 +320,8 @@ TEST_F(RegistryTest, AStoreThatIsNotOursFailsEveryCallAndIsLeftAlone) {
     if (std::string(c.label) == "foreign schema") {
       sqlite3* db = nullptr;
       ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
-      EXPECT_EQ(sqlite3_exec(db, "CREATE TABLE keys(id); CREATE TABLE vals(other TEXT);", nullptr, nullptr, nullptr), SQLITE_OK);
+      EXPECT_EQ(sqlite3_exec(db, "CREATE TABLE keys(id); CREATE TABLE vals(other TEXT);", nullptr, nullptr, nullptr),
+                SQLITE_OK);
       sqlite3_close(db);
     }
     std::ifstream before(path, std::ios::binary);
@@ -315,7 +329,8 @@ TEST_F(RegistryTest, AStoreThatIsNotOursFailsEveryCallAndIsLeftAlone) {
     win_testing::useRegistryStore(path);
     HKEY key = reinterpret_cast<HKEY>(1);
     DWORD size = 0;
-    EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"K", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr), c.status);
+    EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"K", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
+              c.status);
     EXPECT_EQ(key, nullptr);
     EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"K", 0, KEY_READ, &key), c.status);
     EXPECT_EQ(SetText(HKEY_CURRENT_USER, u"v", u"x"), c.status);

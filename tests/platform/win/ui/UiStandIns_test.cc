@@ -16,21 +16,21 @@
 #include "mfc/CWnd.h"
 #include "support/TempFolder.h"
 #include "support/u16.h"
-#include "win/fs/CrtFile.h"
-#include "win/ui/Cursor.h"
-#include "win/fs/FileFunctions.h"
 #include "win/LastError.h"
-#include "win/ui/MessageBox.h"
-#include "win/module/Module.h"
+#include "win/WinError.h"
+#include "win/fs/CrtFile.h"
+#include "win/fs/FileFunctions.h"
 #include "win/fs/PathFunctions.h"
+#include "win/module/Module.h"
+#include "win/ui/Cursor.h"
+#include "win/ui/Cursor_testing.h"
+#include "win/ui/MessageBox.h"
 #include "win/ui/ShellExecute.h"
 #include "win/ui/UiSink_testing.h"
-#include "win/WinError.h"
 #include "win/ui/Window.h"
+#include "win/ui/Window_testing.h"
 #include "zd/ui/ZdTaskDialog.h"
 #include "zd/ui/ZdTaskDialog_testing.h"
-#include "win/ui/Window_testing.h"
-#include "win/ui/Cursor_testing.h"
 
 namespace {
 
@@ -42,8 +42,10 @@ class ScopedEnv {
     ::setenv(name, value.c_str(), 1);
   }
   ~ScopedEnv() {
-    if (mOld) ::setenv(mName, mOld->c_str(), 1);
-    else ::unsetenv(mName);
+    if (mOld)
+      ::setenv(mName, mOld->c_str(), 1);
+    else
+      ::unsetenv(mName);
   }
 
  private:
@@ -60,11 +62,9 @@ TEST(PathAppendW, JoinsBelowThePathOrLeavesItAlone) {
     BOOL result;
     const char16_t* expected;
   } cases[] = {
-      {u"C:\\a", u"b.txt", TRUE, u"C:\\a\\b.txt"},
-      {u"C:\\a\\", u"b.txt", TRUE, u"C:\\a\\b.txt"},
+      {u"C:\\a", u"b.txt", TRUE, u"C:\\a\\b.txt"},   {u"C:\\a\\", u"b.txt", TRUE, u"C:\\a\\b.txt"},
       {u"C:\\a", u"\\b.txt", TRUE, u"C:\\a\\b.txt"},  // a leading backslash stays below
-      {u"C:\\a\\b", u"..\\c", TRUE, u"C:\\a\\c"},
-      {u"", u"b", TRUE, u"b"},
+      {u"C:\\a\\b", u"..\\c", TRUE, u"C:\\a\\c"},    {u"", u"b", TRUE, u"b"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(U8(c.path) + " + " + U8(c.more));
@@ -134,7 +134,8 @@ TEST(SetDllDirectoryW, BareNamesAreFoundThereFirstUntilItIsTakenAway) {
 TEST(Cursors, SystemCursorsOnlyAndOneHandleEach) {
   EXPECT_EQ(LoadCursorW(nullptr, IDC_WAIT), LoadCursorW(nullptr, IDC_WAIT));
   EXPECT_NE(LoadCursorW(nullptr, IDC_WAIT), LoadCursorW(nullptr, IDC_ARROW));
-  for (LPCWSTR id : {static_cast<LPCWSTR>(MAKEINTRESOURCEW(1)), static_cast<LPCWSTR>(MAKEINTRESOURCEW(32517)), u"WAIT"}) {
+  for (LPCWSTR id :
+       {static_cast<LPCWSTR>(MAKEINTRESOURCEW(1)), static_cast<LPCWSTR>(MAKEINTRESOURCEW(32517)), u"WAIT"}) {
     SetLastError(0);
     EXPECT_EQ(LoadCursorW(nullptr, id), nullptr);
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_RESOURCE_NAME_NOT_FOUND));
@@ -175,8 +176,10 @@ TEST(ShellExecuteW, NamesATargetOnlyForTheTwoFormsItKnows) {
     std::u16string verb, file, parameters;
     std::u16string target;
   } cases[] = {
-      {"protocol handler", u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler http://x.example/a b", u"http://x.example/a b"},
-      {"any case and folder", u"open", u"C:\\Windows\\System32\\RUNDLL32.EXE", u"URL.DLL,fileprotocolhandler mailto:a@b", u"mailto:a@b"},
+      {"protocol handler", u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler http://x.example/a b",
+       u"http://x.example/a b"},
+      {"any case and folder", u"open", u"C:\\Windows\\System32\\RUNDLL32.EXE",
+       u"URL.DLL,fileprotocolhandler mailto:a@b", u"mailto:a@b"},
       {"no address", u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler", u""},
       {"another entry point", u"open", u"rundll32.exe", u"shell32.dll,Control_RunDLL", u""},
       {"open an existing file", u"open", temp.windows("doc.pdf"), u"", U16(temp.posix("doc.pdf"))},
@@ -205,8 +208,9 @@ TEST(TerminalUiSink, HandsTheTargetToXdgOpenOrSaysWhyNot) {
                                std::filesystem::perm_options::add);
   {
     ScopedEnv path("PATH", temp.posix("bin") + ":/usr/bin:/bin");
-    const HINSTANCE result = ShellExecuteW(nullptr, u"open", u"rundll32.exe",
-                                           u"url.dll,FileProtocolHandler http://x.example/\u00e9", nullptr, SW_SHOWNORMAL);
+    const HINSTANCE result =
+        ShellExecuteW(nullptr, u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler http://x.example/\u00e9",
+                      nullptr, SW_SHOWNORMAL);
     EXPECT_GT(reinterpret_cast<INT_PTR>(result), 32);
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (!temp.exists("opened") && std::chrono::steady_clock::now() < deadline)
@@ -280,8 +284,8 @@ TEST_F(TaskDialog, ButtonsComeCallerFirstAndTheDefinitionChoosesTheDefault) {
   const TASKDIALOG_BUTTON mine[] = {{100, u"Mine"}, {101, u"Also"}};
   dialog.SetButtons(mine, 2);
   dialog.SetCallback(Keep);
-  mUi.clickButton(100);  // kept open by the callback
-  mUi.clickButton(7);    // not in the dialog: nothing happens
+  mUi.clickButton(100);                    // kept open by the callback
+  mUi.clickButton(7);                      // not in the dialog: nothing happens
   mUi.clickLink(u"http://x.example/{A}");  // links are off: nothing happens
   mUi.clickButton(101);
   EXPECT_EQ(dialog.ShowDialog(nullptr), 101);
@@ -304,10 +308,8 @@ TEST_F(TaskDialog, ButtonsComeCallerFirstAndTheDefinitionChoosesTheDefault) {
 
 TEST_F(TaskDialog, LoadFailsForEveryMissingPieceAndShowsNothing) {
   const std::pair<std::u16string, std::u16string> failing[] = {
-      {u"/Res;component/Dialogs.xaml", u"T.Missing"},
-      {u"/Res;component/Broken.xaml", u"T.One"},
-      {u"/Res;component/None.xaml", u"T.One"},
-      {u"/Other;component/Dialogs.xaml", u"T.One"},
+      {u"/Res;component/Dialogs.xaml", u"T.Missing"}, {u"/Res;component/Broken.xaml", u"T.One"},
+      {u"/Res;component/None.xaml", u"T.One"},        {u"/Other;component/Dialogs.xaml", u"T.One"},
       {u"Q:\\unmapped\\Dialogs.xaml", u"T.One"},
   };
   for (const auto& [file, id] : failing) {

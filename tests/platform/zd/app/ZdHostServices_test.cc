@@ -12,10 +12,10 @@
 #include "zd/app/ZdEnv.h"
 #include "zd/app/ZdEnv_testing.h"
 #include "zd/app/ZdHostApplicationServices.h"
-#include "zd/lisp/ZdLisp.h"
-#include "zd/lisp/ZdLisp_testing.h"
 #include "zd/app/ZdSysVars.h"
 #include "zd/app/ZdSysVars_testing.h"
+#include "zd/lisp/ZdLisp.h"
+#include "zd/lisp/ZdLisp_testing.h"
 
 namespace {
 

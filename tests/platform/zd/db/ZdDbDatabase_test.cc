@@ -7,9 +7,9 @@
 
 #include "support/u16.h"
 #include "zd/ZdCodes.h"
+#include "zd/ZdString.h"
 #include "zd/db/ZdDbDatabase_testing.h"
 #include "zd/db/ZdDbDrawingBuilder.h"
-#include "zd/ZdString.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 
 #include "support/u16.h"
 #include "win/fs/PathMapping.h"
-#include "zd/db/ZdDbDatabase.h"
 #include "zd/app/ZdDocManager.h"
+#include "zd/db/ZdDbDatabase.h"
 
 namespace {
 
@@ -44,7 +44,9 @@ std::vector<OpenCase> openCases() {
 
 class DxfDocumentTest : public ::testing::TestWithParam<OpenCase> {
  protected:
-  void SetUp() override { mEarlier = zdDocManagerPtr()->addDocument(u"\\earlier.dxf", std::make_shared<ZdDbDatabase>()); }
+  void SetUp() override {
+    mEarlier = zdDocManagerPtr()->addDocument(u"\\earlier.dxf", std::make_shared<ZdDbDatabase>());
+  }
   void TearDown() override {
     zdDocManagerPtr()->closeDocument(mOpened);
     zdDocManagerPtr()->closeDocument(mEarlier);
@@ -67,7 +69,8 @@ TEST_P(DxfDocumentTest, OpensTheDrawingAsADocument) {
   ASSERT_NE(mOpened, nullptr);
   EXPECT_EQ(manager->documentCount(), count + 1);
   EXPECT_EQ(manager->curDocument(), c.makeCurrent ? mOpened : mEarlier);
-  EXPECT_EQ(std::u16string(mOpened->fileName()), PosixPathToWindows(fs::absolute(kFixture).lexically_normal().string()));
+  EXPECT_EQ(std::u16string(mOpened->fileName()),
+            PosixPathToWindows(fs::absolute(kFixture).lexically_normal().string()));
   ASSERT_NE(mOpened->database(), nullptr);
   EXPECT_EQ(mOpened->database()->dwgVersion(), u"AC1018");
   EXPECT_EQ(mOpened->database()->blockTableRecordIds().size(), 3u);  // model, paper and the second paper space

@@ -15,16 +15,16 @@
 
 #include "support/u16.h"
 #include "win/fs/PathMapping.h"
+#include "zd/ZdCodes.h"
+#include "zd/ZdValueNode_testing.h"
+#include "zd/db/ZdDbDatabase.h"
+#include "zd/db/ZdDbDatabase_testing.h"
+#include "zd/db/ZdDbDrawingBuilder.h"
 #include "zd/dxf/DxfDrawingReader.h"
 #include "zd/dxf/DxfDrawingWriter.h"
 #include "zd/dxf/DxfEntityClasses.h"
 #include "zd/dxf/DxfTags.h"
 #include "zd/dxf/DxfValues.h"
-#include "zd/ZdCodes.h"
-#include "zd/db/ZdDbDatabase.h"
-#include "zd/db/ZdDbDatabase_testing.h"
-#include "zd/db/ZdDbDrawingBuilder.h"
-#include "zd/ZdValueNode_testing.h"
 
 namespace {
 
@@ -37,13 +37,11 @@ std::string fileBytes(const fs::path& path) {
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-void writeBytes(const fs::path& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
+void writeBytes(const fs::path& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
 
 // What a description of a database shows besides classes, names and texts.
 struct Shown {
-  bool handles = true;      // of entities and attributes
+  bool handles = true;       // of entities and attributes
   bool blockHandles = true;  // of block records
   bool layouts = true;
 };
@@ -55,13 +53,17 @@ std::string xdataText(const ZdValueNode* chain) {
     const int code = chain->restype;
     if ((code >= 1000 && code <= 1003) || code == XD_HANDLE)
       text += chain->resval.rstring ? U8(chain->resval.rstring) : "<null>";
-    else if (code == XD_BINARY) text += std::to_string(chain->resval.rbinary.clen) + "B";
+    else if (code == XD_BINARY)
+      text += std::to_string(chain->resval.rbinary.clen) + "B";
     else if (code >= 1010 && code <= 1013)
       text += formatDxfReal(chain->resval.rpoint[0]) + "," + formatDxfReal(chain->resval.rpoint[1]) + "," +
               formatDxfReal(chain->resval.rpoint[2]);
-    else if (code >= 1040 && code <= 1042) text += formatDxfReal(chain->resval.rreal);
-    else if (code == XD_SHORT) text += std::to_string(chain->resval.rint);
-    else if (code == XD_LONG) text += std::to_string(chain->resval.rlong);
+    else if (code >= 1040 && code <= 1042)
+      text += formatDxfReal(chain->resval.rreal);
+    else if (code == XD_SHORT)
+      text += std::to_string(chain->resval.rint);
+    else if (code == XD_LONG)
+      text += std::to_string(chain->resval.rlong);
   }
   return text;
 }
@@ -80,7 +82,7 @@ std::string objectText(const ZdDbDatabase& db, const ZdDbObject& object, const S
   if (const auto* entity = dynamic_cast<const ZdDbEntity*>(&object)) text += " layer=" + U8(entity->layer());
   if (const auto* reference = dynamic_cast<const ZdDbBlockReference*>(&object))
     text += " -> " + (reference->blockTableRecord().isNull() ? "undefined " + U8(reference->undefinedBlockName())
-                                                              : blockNameOf(db, reference->blockTableRecord()));
+                                                             : blockNameOf(db, reference->blockTableRecord()));
   if (const auto* attribute = dynamic_cast<const ZdDbAttribute*>(&object))
     text += " " + U8(attribute->tagConst() ? attribute->tagConst() : u"<null>");
   if (const auto* single = dynamic_cast<const ZdDbText*>(&object)) text += " \"" + U8(single->textStringConst()) + "\"";
@@ -121,7 +123,8 @@ std::vector<std::string> describe(const ZdDbDatabase& db, const Shown& shown = {
 
 void expectLines(const std::vector<std::string>& actual, const std::vector<std::string>& expected) {
   EXPECT_EQ(actual.size(), expected.size());
-  for (std::size_t i = 0; i < std::min(actual.size(), expected.size()); ++i) EXPECT_EQ(actual[i], expected[i]) << "line " << i;
+  for (std::size_t i = 0; i < std::min(actual.size(), expected.size()); ++i)
+    EXPECT_EQ(actual[i], expected[i]) << "line " << i;
 }
 
 Zeda::ErrorStatus readFixture(const std::string& name, ZdDbDatabase& db) {
@@ -177,8 +180,9 @@ const FixtureCase kFixtures[] = {
      {"AC1032 ANSI_1252", "block *Model_Space #1F",
       "  ZdDbBlockReference #200 layer=Gerät -> MOTOR 1001:KVA_WD_FP 1002:{ 1000:Ω µF 1002:}",
       "    ZdDbAttribute #201 layer=Gerät DESC1 \"Motor 5 kW – Ω\"", "    ZdDbAttribute #202 layer=Gerät TAG1 \"ΩM1\"",
-      "  ZdDbText #210 layer=0 \"Größe \u2126\"", "block *Paper_Space #1B", "  ZdDbMText #220 layer=0", "block MOTOR #50",
-      "  ZdDbCircle #52 layer=0", "layout Layout1 tab 1 *Paper_Space", "layout Model tab 0 *Model_Space"}},
+      "  ZdDbText #210 layer=0 \"Größe \u2126\"", "block *Paper_Space #1B", "  ZdDbMText #220 layer=0",
+      "block MOTOR #50", "  ZdDbCircle #52 layer=0", "layout Layout1 tab 1 *Paper_Space",
+      "layout Model tab 0 *Model_Space"}},
     {"layouts_crlf.dxf",
      {},
      {"AC1018 ANSI_1251", "block *Model_Space #1F", "  ZdDbText #101 layer=0 \"Щит 1\"", "block *Paper_Space #1B",
@@ -249,9 +253,10 @@ class DxfRoundTripTest : public ::testing::TestWithParam<RoundTripCase> {};
 void appendUnmodelled(std::string_view kept, std::vector<std::string>& lines) {
   DxfTagReader reader(kept);
   for (DxfTag tag; reader.next(tag);) {
-    const bool modelled = tag.code == 5 || tag.code == 8 || tag.code == 67 || tag.code == 1 || tag.code == 2 ||
-                          tag.code == 3 || tag.code == 330 || tag.code == 350 || tag.code >= 1000 ||
-                          (tag.code == 9 && (tag.value == "$ACADVER" || tag.value == "$DWGCODEPAGE" || tag.value == "$HANDSEED"));
+    const bool modelled =
+        tag.code == 5 || tag.code == 8 || tag.code == 67 || tag.code == 1 || tag.code == 2 || tag.code == 3 ||
+        tag.code == 330 || tag.code == 350 || tag.code >= 1000 ||
+        (tag.code == 9 && (tag.value == "$ACADVER" || tag.value == "$DWGCODEPAGE" || tag.value == "$HANDSEED"));
     if (!modelled) lines.push_back(std::to_string(tag.code) + " " + std::string(tag.value));
   }
 }
@@ -386,8 +391,11 @@ TEST(DxfDrawingTest, WritesTextInTheEncodingOfTheVersion) {
   };
   const Case cases[] = {
       {"AC1032", "Motor 5 kW \xE2\x80\x93 \xCE\xA9", "\\U+03A9"},  // UTF-8, no escapes needed
-      {"AC1015", "Motor 5 kW \x96 \\U+03A9", "\xCE\xA9"},         // ANSI_1252 has the dash but no omega
-      {"AC1009", "Gr\xF6\xDF" "e \\U+2126", "BLOCK_RECORD"},      // R12: no block record table
+      {"AC1015", "Motor 5 kW \x96 \\U+03A9", "\xCE\xA9"},          // ANSI_1252 has the dash but no omega
+      {"AC1009",
+       "Gr\xF6\xDF"
+       "e \\U+2126",
+       "BLOCK_RECORD"},  // R12: no block record table
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.version);
@@ -482,7 +490,8 @@ std::vector<MalformedCase> malformedCases() {
       {"not a DXF at all", "Hello, world\n", Zeda::eBadDxfFile},
       {"section without a name", replaced(kBase, "  2\nENTITIES\n", ""), Zeda::eBadDxfFile},
       {"version not a version", replaced(kBase, "AC1015", "R14"), Zeda::eBadDxfFile},
-      {"handle not hexadecimal", replaced(kBase, "2A", "XYZ"), Zeda::eBadDxfFile, "17: value of group 5 is not a handle"},
+      {"handle not hexadecimal", replaced(kBase, "2A", "XYZ"), Zeda::eBadDxfFile,
+       "17: value of group 5 is not a handle"},
       {"attributes without SEQEND", replaced(kBase, "  0\nSEQEND\n", ""), Zeda::eBadDxfFile,
        "39: SEQEND after the attributes expected"},
       {"INSERT without a block name", replaced(kBase, "  2\nCOIL\n", ""), Zeda::eBadDxfFile},
@@ -498,17 +507,21 @@ std::vector<MalformedCase> malformedCases() {
        "21: value of group 66 is not an integer"},
       {"MINSERT count not a number", replaced(kBase, "  2\nCOIL\n", "  2\nCOIL\n 70\n2x\n"), Zeda::eBadDxfFile,
        "25: value of group 70 is not an integer"},
-      {"table without its head", replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n", "  0\nSECTION\n  2\nTABLES\n"
-                                           "  0\nLAYER\n  2\n0\n  0\nENDTAB\n  0\nENDSEC\n  0\nSECTION\n  2\nENTITIES\n"),
+      {"table without its head",
+       replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n",
+                "  0\nSECTION\n  2\nTABLES\n"
+                "  0\nLAYER\n  2\n0\n  0\nENDTAB\n  0\nENDSEC\n  0\nSECTION\n  2\nENTITIES\n"),
        Zeda::eBadDxfFile, "15: TABLE expected, not \"LAYER\""},
       {"block record without a name",
-       replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n", "  0\nSECTION\n  2\nTABLES\n  0\nTABLE\n  2\nBLOCK_RECORD\n"
-                                                         "  0\nBLOCK_RECORD\n  2\n\n  0\nENDTAB\n  0\nENDSEC\n"
-                                                         "  0\nSECTION\n  2\nENTITIES\n"),
+       replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n",
+                "  0\nSECTION\n  2\nTABLES\n  0\nTABLE\n  2\nBLOCK_RECORD\n"
+                "  0\nBLOCK_RECORD\n  2\n\n  0\nENDTAB\n  0\nENDSEC\n"
+                "  0\nSECTION\n  2\nENTITIES\n"),
        Zeda::eBadDxfFile, "19: block name (group 2) expected"},
       {"block without ENDBLK",
-       replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n", "  0\nSECTION\n  2\nBLOCKS\n  0\nBLOCK\n  2\nX\n  0\nENDSEC\n"
-                                                         "  0\nSECTION\n  2\nENTITIES\n"),
+       replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n",
+                "  0\nSECTION\n  2\nBLOCKS\n  0\nBLOCK\n  2\nX\n  0\nENDSEC\n"
+                "  0\nSECTION\n  2\nENTITIES\n"),
        Zeda::eBadDxfFile},
       {"missing file", "", Zeda::eFileNotFound},
       {"a folder", "", Zeda::eFileAccessErr},
@@ -532,9 +545,12 @@ TEST_P(DxfMalformedTest, FailsAndLeavesTheDatabaseAsItWas) {
   const fs::path folder = fs::temp_directory_path() / "ohm_dxf_malformed";
   fs::create_directories(folder);
   fs::path path = folder / "in.dxf";
-  if (c.status == Zeda::eFileNotFound) path = folder / "missing.dxf";
-  else if (c.status == Zeda::eFileAccessErr) path = folder;
-  else writeBytes(path, c.text);
+  if (c.status == Zeda::eFileNotFound)
+    path = folder / "missing.dxf";
+  else if (c.status == Zeda::eFileAccessErr)
+    path = folder;
+  else
+    writeBytes(path, c.text);
   DxfReadReport report;
   EXPECT_EQ(readDxfDrawingFile(path.string(), db, {}, &report), c.status);
   if (!c.problem.empty()) {
@@ -585,8 +601,9 @@ std::vector<AcceptedCase> acceptedCases() {
                 "  0\nPOLYLINE\n 66\n1\n  8\nP\n  0\nVERTEX\n  0\nVERTEX\n  0\nSEQEND\n  0\nENDSEC\n  0\nEOF"),
        with(base, 4, "  ZdDb2dPolyline layer=P")},
       {"unknown section skipped",
-       replaced(kBase, "  0\nSECTION\n  2\nENTITIES", "  0\nSECTION\n  2\nTHUMBNAILIMAGE\n 90\n1\n  0\nENDSEC\n"
-                                                       "  0\nSECTION\n  2\nENTITIES"),
+       replaced(kBase, "  0\nSECTION\n  2\nENTITIES",
+                "  0\nSECTION\n  2\nTHUMBNAILIMAGE\n 90\n1\n  0\nENDSEC\n"
+                "  0\nSECTION\n  2\nENTITIES"),
        base},
       {"comments before the first section and inside records",
        "999\nwritten by hand\n" + replaced(kBase, "  0\nATTRIB\n", "999\nattributes follow\n  0\nATTRIB\n"), base},
@@ -603,7 +620,8 @@ std::vector<AcceptedCase> acceptedCases() {
          lines[2] += " 1001:KVA_WD_NP";
          return lines;
        }()},
-      {"paper space by code 67", replaced(kBase, " 66\n1\n", " 66\n1\n 67\n1\n"),
+      {"paper space by code 67",
+       replaced(kBase, " 66\n1\n", " 66\n1\n 67\n1\n"),
        {"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space",
         "  ZdDbBlockReference layer=SYMS -> undefined COIL 1001:KVA_WD_FP 1070:5",
         "    ZdDbAttribute layer=SYMS TAG1 \"-K1\""}},
@@ -643,31 +661,39 @@ std::string dxf(std::initializer_list<const char*> lines) {
   return text;
 }
 
-const std::string kMInsertR12 = dxf({"0", "SECTION", "2", "BLOCKS", "0", "BLOCK", "2", "K", "70", "0", "0", "ENDBLK",
-                                     "0", "ENDSEC", "0", "SECTION", "2", "ENTITIES", "0", "INSERT", "8", "0", "2", "K",
-                                     "0", "INSERT", "8", "0", "2", "K", "70", "3", "71", "2", "44", "5.0", "0",
-                                     "INSERT", "8", "0", "2", "NONE", "0", "ENDSEC", "0", "EOF"});
-const std::string kMInsertR2000 =
-    dxf({"0", "SECTION", "2", "HEADER", "9", "$ACADVER", "1", "AC1015", "0", "ENDSEC", "0", "SECTION", "2", "ENTITIES",
-         "0", "INSERT", "5", "30", "100", "AcDbEntity", "8", "0", "100", "AcDbBlockReference", "2", "K", "0", "INSERT",
-         "5", "31", "100", "AcDbEntity", "8", "0", "100", "AcDbMInsertBlock", "2", "K", "70", "1", "71", "4", "0",
-         "ENDSEC", "0", "SECTION", "2", "BLOCKS", "0", "BLOCK", "2", "K", "0", "ENDBLK", "0", "ENDSEC", "0", "EOF"});
+const std::string kMInsertR12 =
+    dxf({"0", "SECTION", "2", "BLOCKS",  "0", "BLOCK",    "2",  "K",      "70", "0",  "0",  "ENDBLK",
+         "0", "ENDSEC",  "0", "SECTION", "2", "ENTITIES", "0",  "INSERT", "8",  "0",  "2",  "K",
+         "0", "INSERT",  "8", "0",       "2", "K",        "70", "3",      "71", "2",  "44", "5.0",
+         "0", "INSERT",  "8", "0",       "2", "NONE",     "0",  "ENDSEC", "0",  "EOF"});
+const std::string kMInsertR2000 = dxf({"0",   "SECTION",    "2",  "HEADER",  "9",   "$ACADVER",
+                                       "1",   "AC1015",     "0",  "ENDSEC",  "0",   "SECTION",
+                                       "2",   "ENTITIES",   "0",  "INSERT",  "5",   "30",
+                                       "100", "AcDbEntity", "8",  "0",       "100", "AcDbBlockReference",
+                                       "2",   "K",          "0",  "INSERT",  "5",   "31",
+                                       "100", "AcDbEntity", "8",  "0",       "100", "AcDbMInsertBlock",
+                                       "2",   "K",          "70", "1",       "71",  "4",
+                                       "0",   "ENDSEC",     "0",  "SECTION", "2",   "BLOCKS",
+                                       "0",   "BLOCK",      "2",  "K",       "0",   "ENDBLK",
+                                       "0",   "ENDSEC",     "0",  "EOF"});
 const std::string kEmptyLayoutsR13 =
-    dxf({"0", "SECTION", "2", "HEADER", "9", "$ACADVER", "1", "AC1012", "0", "ENDSEC", "0", "SECTION", "2", "OBJECTS",
-         "0", "DICTIONARY", "5", "C", "100", "AcDbDictionary", "3", "ACAD_LAYOUT", "350", "1A", "0", "DICTIONARY", "5",
-         "1A", "330", "C", "100", "AcDbDictionary", "0", "ENDSEC", "0", "EOF"});
-const std::string kDamaged = dxf({"0", "SECTION", "2", "TABLES", "0", "LAYER", "2", "0", "0", "ENDTAB", "0", "SECTION",
-                                  "2", "BLOCKS", "0", "BLOCK", "2", "B", "0", "LINE", "8", "0", "0", "ENDSEC", "0",
-                                  "SECTION", "2", "ENTITIES", "0", "INSERT", "2", "B", "0", "ATTRIB", "2", "T", "1",
-                                  "v", "0", "CIRCLE", "8", "0", "x1", "oops"});
+    dxf({"0",   "SECTION",        "2",   "HEADER",  "9", "$ACADVER",   "1", "AC1012", "0",   "ENDSEC",
+         "0",   "SECTION",        "2",   "OBJECTS", "0", "DICTIONARY", "5", "C",      "100", "AcDbDictionary",
+         "3",   "ACAD_LAYOUT",    "350", "1A",      "0", "DICTIONARY", "5", "1A",     "330", "C",
+         "100", "AcDbDictionary", "0",   "ENDSEC",  "0", "EOF"});
+const std::string kDamaged =
+    dxf({"0",       "SECTION", "2",      "TABLES",  "0",     "LAYER",    "2",      "0",      "0",    "ENDTAB", "0",
+         "SECTION", "2",       "BLOCKS", "0",       "BLOCK", "2",        "B",      "0",      "LINE", "8",      "0",
+         "0",       "ENDSEC",  "0",      "SECTION", "2",     "ENTITIES", "0",      "INSERT", "2",    "B",      "0",
+         "ATTRIB",  "2",       "T",      "1",       "v",     "0",        "CIRCLE", "8",      "0",    "x1",     "oops"});
 // A bad group code cuts the classes short: what is kept of them ends before it.
-const std::string kClassesCut = dxf({"0", "SECTION", "2", "HEADER", "9", "$ACADVER", "1", "AC1015", "0", "ENDSEC", "0",
-                                     "SECTION", "2", "CLASSES", "0", "CLASS", "1", "WIDGET", "2", "AcDbWidget", "0",
-                                     "CLASS", "1", "GADGET", "x5", "oops", "0", "ENDSEC", "0", "EOF"});
+const std::string kClassesCut = dxf({"0", "SECTION", "2", "HEADER",  "9",  "$ACADVER", "1", "AC1015", "0", "ENDSEC",
+                                     "0", "SECTION", "2", "CLASSES", "0",  "CLASS",    "1", "WIDGET", "2", "AcDbWidget",
+                                     "0", "CLASS",   "1", "GADGET",  "x5", "oops",     "0", "ENDSEC", "0", "EOF"});
 // A file that stops in the middle of a line, in its classes.
 const std::string kClassesCutMidLine = [] {
-  std::string text = dxf({"0", "SECTION", "2", "HEADER", "9", "$ACADVER", "1", "AC1015", "0", "ENDSEC", "0", "SECTION",
-                          "2", "CLASSES", "0", "CLASS", "1", "WIDGET", "2", "AcDb"});
+  std::string text = dxf({"0", "SECTION", "2", "HEADER",  "9", "$ACADVER", "1", "AC1015", "0", "ENDSEC",
+                          "0", "SECTION", "2", "CLASSES", "0", "CLASS",    "1", "WIDGET", "2", "AcDb"});
   text.pop_back();
   return text;
 }();
@@ -679,18 +705,27 @@ std::vector<DrawingCase> drawingCases() {
     return lines;
   };
   return {
-      {"MINSERT in R12 beside plain INSERTs", kMInsertR12, false,
+      {"MINSERT in R12 beside plain INSERTs",
+       kMInsertR12,
+       false,
        withTabs({"AC1009 ANSI_1252", "block *Model_Space", "  ZdDbBlockReference layer=0 -> K",
                  "  ZdDbMInsertBlock layer=0 -> K", "  ZdDbBlockReference layer=0 -> undefined NONE",
                  "block *Paper_Space", "block K"}),
        {}},
-      {"MINSERT in R2000 by its subclass", kMInsertR2000, false,
+      {"MINSERT in R2000 by its subclass",
+       kMInsertR2000,
+       false,
        withTabs({"AC1015 ANSI_1252", "block *Model_Space", "  ZdDbBlockReference layer=0 -> K",
                  "  ZdDbMInsertBlock layer=0 -> K", "block *Paper_Space", "block K"}),
        {}},
-      {"R13 empty layout dictionary", kEmptyLayoutsR13, false,
-       withTabs({"AC1012 ANSI_1252", "block *Model_Space", "block *Paper_Space"}), {}},
-      {"damaged drawing recovered", kDamaged, true,
+      {"R13 empty layout dictionary",
+       kEmptyLayoutsR13,
+       false,
+       withTabs({"AC1012 ANSI_1252", "block *Model_Space", "block *Paper_Space"}),
+       {}},
+      {"damaged drawing recovered",
+       kDamaged,
+       true,
        withTabs({"AC1009 ANSI_1252", "block *Model_Space", "  ZdDbBlockReference layer=0 -> B",
                  "    ZdDbAttribute layer=0 T \"v\"", "  ZdDbCircle layer=0", "block *Paper_Space", "block B",
                  "  ZdDbLine layer=0"}),
@@ -698,14 +733,19 @@ std::vector<DrawingCase> drawingCases() {
         "39: SEQEND added after the attributes", "43: the rest of the file dropped (group code expected)",
         "43: ENDSEC of section ENTITIES added", "43: EOF added"},
        "5: TABLE expected, not \"LAYER\""},
-      {"classes cut short recovered", kClassesCut, true,
+      {"classes cut short recovered",
+       kClassesCut,
+       true,
        withTabs({"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space"}),
        {"25: the rest of the file dropped (group code expected)", "25: ENDSEC of section CLASSES added",
         "25: EOF added"},
        "25: group code expected"},
-      {"file cut in the middle of a line recovered", kClassesCutMidLine, true,
+      {"file cut in the middle of a line recovered",
+       kClassesCutMidLine,
+       true,
        withTabs({"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space"}),
-       {"21: ENDSEC of section CLASSES added", "21: EOF added"}, "21: ENDSEC of section CLASSES expected"},
+       {"21: ENDSEC of section CLASSES added", "21: EOF added"},
+       "21: ENDSEC of section CLASSES expected"},
   };
 }
 
@@ -729,7 +769,8 @@ TEST_P(DxfDrawingCaseTest, ReadsWhatTheFileSaysAndWritesItBack) {
   std::string text;
   ZdDbDatabase again;
   ASSERT_EQ(writeDxfDrawing(db, U8(db.dwgVersion()), text), Zeda::eOk);
-  ASSERT_EQ(readDxfDrawing(text, again, {}, &report), Zeda::eOk) << report.line << ": " << report.problem << "\n" << text;
+  ASSERT_EQ(readDxfDrawing(text, again, {}, &report), Zeda::eOk) << report.line << ": " << report.problem << "\n"
+                                                                 << text;
   expectLines(describe(again, noHandles), c.expected);
 }
 
@@ -779,7 +820,8 @@ TEST(DxfDrawingTest, InventedTypesHaveClassesOfTheirDrawing) {
   ASSERT_EQ(readDxfDrawing(text, first), Zeda::eOk);
   ASSERT_EQ(readDxfDrawing(text, second), Zeda::eOk);
   auto classOf = [](const ZdDbDatabase& db, std::size_t at) {
-    return db.objectAt(static_cast<const ZdDbBlockTableRecord*>(db.objectAt(db.modelSpaceId()))->entityIds().at(at))->isA();
+    return db.objectAt(static_cast<const ZdDbBlockTableRecord*>(db.objectAt(db.modelSpaceId()))->entityIds().at(at))
+        ->isA();
   };
   EXPECT_EQ(classOf(first, 1), classOf(second, 1));
   EXPECT_EQ(classOf(first, 1), dxfEntityClassOf("LINE"));

@@ -25,7 +25,9 @@ TEST(DxfTags, ReadsTagsOrNamesTheFaultyLine) {
       {"  0\nSECTION\n  2\nHEADER\n0\nEOF\n", "0:SECTION@1 2:HEADER@3 0:EOF@5 "},
       {"  0\r\nSECTION\r\n  2\r\nHEADER\r\n\r\n", "0:SECTION@1 2:HEADER@3 "},
       {"0\rSECTION\r2\rHEADER", "0:SECTION@1 2:HEADER@3 "},
-      {"\xEF\xBB\xBF" "999\nmade by hand\n0\nSECTION\n999\n\n0\nEOF\n", "0:SECTION@3 0:EOF@7 "},
+      {"\xEF\xBB\xBF"
+       "999\nmade by hand\n0\nSECTION\n999\n\n0\nEOF\n",
+       "0:SECTION@3 0:EOF@7 "},
       {"", ""},
       {"\n\n", ""},
       {"0\nSECTION\nx2\nHEADER\n", "0:SECTION@1 3: group code expected"},
