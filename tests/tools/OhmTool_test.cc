@@ -143,6 +143,7 @@ TEST(OhmTool, ExitStatusesAndMessages) {
       {"missing drawing", {"layouts", folder.posix("none.dxf")}, 2, "", "none.dxf: no such file"},
       {"not a drawing", {"classify", folder.posix("not.dxf")}, 2, "", "not.dxf:1: group code expected"},
       {"a folder", {"layouts", folder.posix("")}, 2, "", ": is a folder, not a drawing"},
+      {"a folder as project", {"xref", folder.posix("")}, 2, "", ": is a folder, not a project file"},
       {"damaged drawing",
        {"classify", folder.posix("cut.dxf")},
        2,

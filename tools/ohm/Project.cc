@@ -1,10 +1,12 @@
 #include "Project.h"
 
+#include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
-#include <iterator>
+#include <optional>
+#include <utility>
 
 #include "CommandError.h"
 #include "JsonLocation.h"
@@ -148,6 +150,7 @@ std::map<std::string, std::vector<ContactRecord>> Coils(const Json& object, cons
   for (const auto& [name, contacts] : object.items()) {
     ExpectType(contacts, at / name, Json::value_t::array, "an array of occurrences");
     std::vector<ContactRecord>& records = coils[name];
+    records.reserve(contacts.size());  // a record is copied, not moved, when the vector grows
     for (std::size_t i = 0; i < contacts.size(); ++i)
       records.push_back(Contact(contacts[i], at / name / i, name, i + 1));
   }
@@ -302,41 +305,84 @@ std::string SyntaxProblem(const Json::parse_error& error) {
   return colon == std::string::npos ? what : what.substr(colon + 2);
 }
 
-std::string ReadProjectFile(const std::string& path) {
+std::ifstream OpenProjectFile(const std::string& path) {
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) FailBadInput(path + ": is a folder, not a project file");
   std::ifstream in(path, std::ios::binary);
   if (!in) FailBadInput(path + ": can't read the project file");
-  return std::string(std::istreambuf_iterator<char>(in), {});
+  return in;
 }
 
-// Parses the JSON `text` of the file `path`, then `read` checks its schema.
-template <typename Result, typename Reader>
-Result ParseJson(const std::string& text, const std::string& path, Reader read) {
-  Json document;
-  try {
-    document = Json::parse(text);
-  } catch (const Json::parse_error& error) {
-    FailBadInput(Located(path, text, error.byte == 0 ? 0 : error.byte - 1, SyntaxProblem(error)));
-  } catch (const Json::out_of_range&) {
-    // A number too large; the scan below finds it.
+// The file's bytes in a string of exactly their size: a large file is held
+// once, not in a buffer that grew by doubling.
+std::string ReadProjectFile(const std::string& path) {
+  std::ifstream in = OpenProjectFile(path);
+  in.seekg(0, std::ios::end);
+  std::string text(static_cast<std::size_t>(std::max<std::streamoff>(in.tellg(), 0)), '\0');
+  in.seekg(0);
+  if (!in.read(text.data(), static_cast<std::streamsize>(text.size()))) {
+    FailBadInput(path + ": can't read the project file");
   }
+  return text;
+}
+
+// What the parser made of a JSON input: the document, or where and why it
+// stopped. A number too large for a double leaves the document empty and no
+// error; the fault scan finds it.
+struct Parsed {
+  Json document;
+  std::optional<std::size_t> errorAt;
+  std::string problem;
+};
+
+template <typename Input>
+Parsed ParseInput(Input&& input) {
+  Parsed parsed;
+  try {
+    parsed.document = Json::parse(std::forward<Input>(input));
+  } catch (const Json::parse_error& error) {
+    parsed.errorAt = error.byte == 0 ? 0 : error.byte - 1;
+    parsed.problem = SyntaxProblem(error);
+  } catch (const Json::out_of_range&) {
+  }
+  return parsed;
+}
+
+// Checks what the parser let pass, then `read` checks the schema; every
+// failure is placed in `text`, the JSON that was parsed.
+template <typename Result, typename Reader>
+Result CheckAndRead(Parsed parsed, const std::string& text, const std::string& path, Reader read) {
+  if (parsed.errorAt) FailBadInput(Located(path, text, *parsed.errorAt, parsed.problem));
   if (const std::optional<JsonFault> fault = FindJsonFault(text)) {
     FailBadInput(Located(path, text, fault->offset, fault->message));
   }
   try {
-    return read(document, path);
+    return read(parsed.document, path);
   } catch (const SchemaError& error) {
     FailBadInput(Located(path, text, OffsetOfValue(text, error.at, error.atMemberName), error.message));
   }
 }
 
+// A file is parsed from its stream and its text read only afterwards: the
+// parser holds two buffers the size of the largest token while it works,
+// and the text beside them would double a large file's peak.
+template <typename Result, typename Reader>
+Result LoadJson(const std::string& path, Reader read) {
+  Parsed parsed = ParseInput(OpenProjectFile(path));
+  const std::string text = ReadProjectFile(path);
+  return CheckAndRead<Result>(std::move(parsed), text, path, read);
+}
+
 }  // namespace
 
-Project LoadProject(const std::string& path) { return ParseProject(ReadProjectFile(path), path); }
+Project LoadProject(const std::string& path) { return LoadJson<Project>(path, Read); }
 
-Project ParseProject(const std::string& text, const std::string& path) { return ParseJson<Project>(text, path, Read); }
+Project ParseProject(const std::string& text, const std::string& path) {
+  return CheckAndRead<Project>(ParseInput(text), text, path, Read);
+}
 
 ProjectDescription ParseUpdateProject(const std::string& text, const std::string& path) {
-  return ParseJson<ProjectDescription>(text, path, ReadUpdateProject);
+  return CheckAndRead<ProjectDescription>(ParseInput(text), text, path, ReadUpdateProject);
 }
 
 ProjectDescription LoadUpdateProject(const std::string& path) {
@@ -347,5 +393,5 @@ ProjectDescription LoadUpdateProject(const std::string& path) {
       FailBadInput(error.what());
     }
   }
-  return ParseUpdateProject(ReadProjectFile(path), path);
+  return LoadJson<ProjectDescription>(path, ReadUpdateProject);
 }

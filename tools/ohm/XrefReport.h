@@ -2,10 +2,13 @@
 // presentation, and by presentation the attribute texts, the graphic lines
 // or the table rows with the matches of existing rows. RunXref works on
 // every entity even when one fails; a failed entity carries its reason.
+// A report names contacts by views of the project's labels, so the project
+// must outlive its reports; a label is held once however often it is shown.
 #pragma once
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -13,19 +16,19 @@
 #include "ohmutils/xref/OhmUtXrefEntity.h"
 
 struct GraphicLine {
-  std::string contact;
+  std::string_view contact;
   std::u16string text;
 };
 
 struct TableRow {
-  std::string contact;
+  std::string_view contact;
   std::vector<std::u16string> cells;
 };
 
 // An existing row of the project and the contacts whose occurrence it describes.
 struct RowMatch {
   std::size_t row = 0;  // counted from 1, as the project lists them
-  std::vector<std::string> contacts;
+  std::vector<std::string_view> contacts;
 };
 
 struct EntityReport {
