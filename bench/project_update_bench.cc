@@ -4,19 +4,24 @@
 // reading the same drawings alone into databases that are dropped; both on
 // 1 and 2 workers. "peak_x_largest" is the peak memory of a process that
 // does the dry run (and of one that does nothing, subtracted), against the
-// largest drawing's size. OHM_BENCH_DRAWINGS makes the project smaller.
+// largest drawing's size; "records_x_largest" the heap its result holds
+// (component records and plan), and "peak_less_records_x_largest" the rest,
+// which the drawings being read account for. OHM_BENCH_DRAWINGS makes the
+// project smaller.
 #include <benchmark/benchmark.h>
-#include <sys/resource.h>
+#include <malloc.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <random>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "project/ProjectUpdate.h"
 #include "zd/db/ZdDbDatabase.h"
@@ -55,6 +60,13 @@ void Insert(std::string& text, unsigned& handle, const char* block, double y,
   Group(text, "  0", "SEQEND"), Group(text, "  5", next()), Group(text, "  8", "0");
 }
 
+// The tag of the coil at `index` of drawing `drawing`: "K12_340".
+std::string CoilTag(int drawing, int index) {
+  char tag[32];
+  std::snprintf(tag, sizeof tag, "K%d_%d", drawing, index);
+  return tag;
+}
+
 // One drawing: a tenth coils, four tenths contacts of coils anywhere in the
 // project, three tenths wire numbers, two tenths terminals.
 std::string Drawing(int index, int drawings, std::mt19937& random) {
@@ -72,14 +84,10 @@ std::string Drawing(int index, int drawings, std::mt19937& random) {
     const double y = -(i % 40) - 0.5;
     const int slot = i % 10;
     if (slot == 0) {
-      Insert(text, handle, "HCR1", y,
-             {{"TAG1", "K" + std::to_string(index) + "_" + std::to_string(i)},
-              {"XREF", ""},
-              {"XREFNO", ""},
-              {"XREFNC", ""}});
+      Insert(text, handle, "HCR1", y, {{"TAG1", CoilTag(index, i)}, {"XREF", ""}, {"XREFNO", ""}, {"XREFNC", ""}});
     } else if (slot <= 4) {
       const int other = static_cast<int>(random() % static_cast<unsigned>(drawings));
-      const std::string coil = "K" + std::to_string(other) + "_" + std::to_string((random() % 100) * 10);
+      const std::string coil = CoilTag(other, static_cast<int>(random() % 100) * 10);
       Insert(text, handle, kinds[random() % 3], y,
              {{"TAG2", coil}, {"TERM01", "13"}, {"TERM02", "14"}, {"TERM03", "12"}});
     } else if (slot <= 7) {
@@ -142,21 +150,66 @@ void BM_ProjectReadDrawings(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() * ProjectBytes());
 }
 
-// The peak memory of a child process that runs `work`, less that of one that runs nothing.
-template <typename Work>
-long PeakKilobytes(Work work) {
-  auto peakOf = [](auto body) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-      body();
-      ::_exit(0);
-    }
-    int status = 0;
-    struct rusage usage {};
-    ::wait4(child, &status, 0, &usage);
-    return usage.ru_maxrss;
-  };
-  return peakOf(work) - peakOf([] {});
+// What a fresh process that runs the update shows of its memory: its peak
+// (less that of one that only starts) and the heap that the update's result
+// holds when it returns, the component records and the plan. A fresh
+// process, since this one keeps freed memory of the runs before; its own
+// high-water mark, since the rusage of a child counts what it was before exec.
+struct UpdateMemory {
+  double peakBytes = 0;
+  double resultBytes = 0;
+};
+
+constexpr const char* kMeasureVariable = "OHM_BENCH_MEASURE_UPDATE";  // "WORKERS FOLDER"; "" for the idle run
+
+long HighWaterKilobytes() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.rfind("VmHWM:", 0) == 0) return std::atol(line.c_str() + 6);
+  }
+  return 0;
+}
+
+// In the fresh process: runs the update, prints its peak and the heap its result holds.
+int MeasureInThisProcess(const std::string& request) {
+  std::size_t held = 0;
+  if (!request.empty()) {
+    const std::size_t space = request.find(' ');
+    UpdateOptions options;
+    options.workers = static_cast<unsigned>(std::atoi(request.substr(0, space).c_str()));
+    const ProjectDescription project = DescribeFolder(request.substr(space + 1));
+    const std::size_t before = ::mallinfo2().uordblks;
+    const ProjectUpdateResult result = UpdateProject(project, options);
+    benchmark::DoNotOptimize(result);
+    held = ::mallinfo2().uordblks - before;
+  }
+  return std::printf("%ld %zu\n", HighWaterKilobytes(), held) < 0;
+}
+
+std::pair<double, double> RunMeasuringProcess(const std::string& request) {
+  int ends[2];
+  if (::pipe(ends) != 0) return {0, 0};
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::dup2(ends[1], STDOUT_FILENO);
+    ::close(ends[0]);
+    ::setenv(kMeasureVariable, request.c_str(), 1);
+    ::execl("/proc/self/exe", "bench_project_update", static_cast<char*>(nullptr));
+    ::_exit(127);
+  }
+  ::close(ends[1]);
+  char text[64] = {};
+  const ssize_t got = ::read(ends[0], text, sizeof text - 1);
+  ::close(ends[0]);
+  ::waitpid(child, nullptr, 0);
+  double peakKilobytes = 0, held = 0;
+  if (got <= 0 || std::sscanf(text, "%lf %lf", &peakKilobytes, &held) != 2) return {0, 0};
+  return {peakKilobytes * 1024.0, held};
+}
+
+UpdateMemory MeasureUpdateMemory(const std::string& folder, unsigned workers) {
+  const auto [peak, held] = RunMeasuringProcess(std::to_string(workers) + " " + folder);
+  return {peak - RunMeasuringProcess("").first, held};
 }
 
 void BM_ProjectUpdateDryRun(benchmark::State& state) {
@@ -170,9 +223,12 @@ void BM_ProjectUpdateDryRun(benchmark::State& state) {
   for (const std::string& drawing : project.drawings) {
     largest = std::max(largest, static_cast<std::int64_t>(fs::file_size(drawing)));
   }
-  const long peak = PeakKilobytes([&] { benchmark::DoNotOptimize(UpdateProject(project, options)); });
+  const UpdateMemory memory = MeasureUpdateMemory(project.root, options.workers);
+  const auto size = static_cast<double>(largest);
   state.counters["changes"] = static_cast<double>(changes);
-  state.counters["peak_x_largest"] = static_cast<double>(peak) * 1024.0 / static_cast<double>(largest);
+  state.counters["peak_x_largest"] = memory.peakBytes / size;
+  state.counters["records_x_largest"] = memory.resultBytes / size;
+  state.counters["peak_less_records_x_largest"] = (memory.peakBytes - memory.resultBytes) / size;
 }
 
 BENCHMARK(BM_ProjectReadDrawings)->ArgName("workers")->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
@@ -180,4 +236,10 @@ BENCHMARK(BM_ProjectUpdateDryRun)->ArgName("workers")->Arg(1)->Arg(2)->Unit(benc
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  if (const char* request = std::getenv(kMeasureVariable)) return MeasureInThisProcess(request);
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}

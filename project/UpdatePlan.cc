@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <atomic>
 #include <deque>
-#include <map>
 #include <memory>
 #include <stdexcept>
 #include <thread>
+#include <unordered_map>
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "ohmutils/xref/OhmCfgSetting.h"
@@ -45,8 +45,7 @@ std::string Narrow(const std::u16string& text) { return Utf16ToUtf8(text); }
 
 bool KnownKind(const std::u16string& kind) { return kind == u"NO" || kind == u"NC" || kind == u"NONC"; }
 
-// Fills `occ` with a contact's record as the engine takes it. Records are
-// built where they stay: they copy member by member and have no move.
+// Fills `occ` with a contact's record as the engine takes it.
 void FillOccurrence(OhmDsComponentOcc& occ, const ContactSymbol& contact, const DrawingComponents& drawing,
                     const Placed& placed) {
   occ.mType = contact.occurrenceType;
@@ -69,10 +68,17 @@ struct CoilAt {
   Placed placed;
 };
 
+// A contact that takes part, with what its record is built from. Records
+// are built by the worker that presents the contact's coil and dropped with
+// it, so the project never holds all of them.
 struct ContactAt {
   ContactPlace place;
-  OhmDsComponentOcc occurrence;
+  const ContactSymbol* contact = nullptr;
+  Placed placed;
 };
+
+// The records of one coil's contacts, in the order of `contacts`.
+using Occurrences = std::deque<OhmDsComponentOcc>;  // a deque: records have no move
 
 const std::deque<ContactAt> kNoContacts;
 
@@ -98,8 +104,12 @@ class CoilPresenter {
     plan.sheet = at.placed.sheet;
     plan.reference = at.placed.reference;
     for (const ContactAt& contact : contacts) plan.contacts.push_back(contact.place);
+    Occurrences occurrences;
+    for (const ContactAt& contact : contacts) {
+      FillOccurrence(occurrences.emplace_back(), *contact.contact, mDrawings[contact.place.drawing], contact.placed);
+    }
     try {
-      presentGuarded(at, contacts, outcome);
+      presentGuarded(at, contacts, occurrences, outcome);
     } catch (const std::exception& error) {
       plan.error = std::string("the cross-reference failed: ") + error.what();
     }
@@ -110,7 +120,8 @@ class CoilPresenter {
  private:
   // The coil rebuilt in a scratch drawing (its block, attributes and xdata),
   // so that the factory sees what it would see in the coil's own drawing.
-  void presentGuarded(const CoilAt& at, const std::deque<ContactAt>& contacts, CoilOutcome& outcome) {
+  void presentGuarded(const CoilAt& at, const std::deque<ContactAt>& contacts, const Occurrences& occurrences,
+                      CoilOutcome& outcome) {
     CoilPlan& plan = outcome.plan;
     ZdDbBlockReference* block = scratchBuilder().insertBlock(at.coil->blockName, at.coil->attributes);
     if (at.coil->xdata) block->setXData(at.coil->xdata.get());
@@ -122,12 +133,17 @@ class CoilPresenter {
     }
     entity->setHostDwgPath(mDrawings[at.drawing].path);
     plan.style = entity->getStyle();
-    if (auto* table = dynamic_cast<OhmUtXrefTableEntity*>(entity.get())) return fillTable(*table, contacts, plan);
-    if (auto* graphic = dynamic_cast<OhmUtXrefGraphicEntity*>(entity.get())) return fillLines(*graphic, contacts, plan);
-    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity.get())) fillTexts(*text, at, contacts, outcome.changes);
+    if (auto* table = dynamic_cast<OhmUtXrefTableEntity*>(entity.get())) {
+      return fillTable(*table, contacts, occurrences, plan);
+    }
+    if (auto* graphic = dynamic_cast<OhmUtXrefGraphicEntity*>(entity.get())) {
+      return fillLines(*graphic, contacts, occurrences, plan);
+    }
+    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity.get()))
+      fillTexts(*text, at, occurrences, outcome.changes);
   }
 
-  static void fillTexts(const OhmUtXrefTextEntity& entity, const CoilAt& at, const std::deque<ContactAt>& contacts,
+  static void fillTexts(const OhmUtXrefTextEntity& entity, const CoilAt& at, const Occurrences& occurrences,
                         std::vector<AttributeChange>& changes) {
     for (const auto& [tag, old] : at.coil->attributes) {
       bool wanted = false;
@@ -135,9 +151,9 @@ class CoilPresenter {
       if (!wanted) continue;
       std::u16string joined;
       bool first = true;
-      for (const ContactAt& contact : contacts) {
+      for (const OhmDsComponentOcc& occurrence : occurrences) {
         std::u16string text;
-        if (!entity.getXrefText(tag, contact.occurrence, text)) continue;
+        if (!entity.getXrefText(tag, occurrence, text)) continue;
         if (!first) joined += entity.getSeparator();
         joined += text;
         first = false;
@@ -146,9 +162,11 @@ class CoilPresenter {
     }
   }
 
-  static void fillLines(OhmUtXrefGraphicEntity& entity, const std::deque<ContactAt>& contacts, CoilPlan& plan) {
-    for (const ContactAt& contact : contacts) {
-      const OhmDsComponentOcc& occ = contact.occurrence;
+  static void fillLines(OhmUtXrefGraphicEntity& entity, const std::deque<ContactAt>& contacts,
+                        const Occurrences& occurrences, CoilPlan& plan) {
+    for (std::size_t i = 0; i < contacts.size(); ++i) {
+      const ContactAt& contact = contacts[i];
+      const OhmDsComponentOcc& occ = occurrences[i];
       std::u16string text, ncText;
       if (entity.isFullFormCContact(occ)) {
         if (!entity.getUnformattedXrefTextForFullFormCContact(occ, text, ncText)) continue;
@@ -163,11 +181,12 @@ class CoilPresenter {
     }
   }
 
-  static void fillTable(OhmUtXrefTableEntity& entity, const std::deque<ContactAt>& contacts, CoilPlan& plan) {
+  static void fillTable(OhmUtXrefTableEntity& entity, const std::deque<ContactAt>& contacts,
+                        const Occurrences& occurrences, CoilPlan& plan) {
     plan.titles = OhmUtXrefTableRows::getTitles(entity);
-    for (const ContactAt& contact : contacts) {
-      for (auto& cells : OhmUtXrefTableRows::getRows(entity, contact.occurrence)) {
-        plan.rows.emplace_back(contact.place.label, std::move(cells));
+    for (std::size_t i = 0; i < contacts.size(); ++i) {
+      for (auto& cells : OhmUtXrefTableRows::getRows(entity, occurrences[i])) {
+        plan.rows.emplace_back(contacts[i].place.label, std::move(cells));
       }
     }
   }
@@ -273,14 +292,11 @@ class Planner {
                      "\" (block " + Narrow(contact.blockName) + ")");
     }
     if (contact.pins.empty()) return problem("contact of coil " + Narrow(contact.coilTag) + " without pins");
-    const DrawingComponents& drawing = mDrawings[d];
     const Placed placed = PlaceText(contact.place, mFirstSheet[d]);
     const std::u16string kindName = contact.kind == u"NONC" ? u"Form C" : contact.kind;
     ContactPlace place{
         d, contact.handle, contact.kind, placed.sheet, placed.reference, kindName + u" " + placed.reference};
-    ContactAt& added = mContacts[contact.coilTag].emplace_back();
-    added.place = std::move(place);
-    FillOccurrence(added.occurrence, contact, drawing, placed);
+    mContacts[contact.coilTag].push_back({std::move(place), &contact, placed});
   }
 
   // A contact's XREF attribute names the place of its coil, as the coil's
@@ -311,9 +327,9 @@ class Planner {
   const std::vector<DrawingComponents>& mDrawings;
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
   std::vector<int> mFirstSheet;
-  std::map<std::u16string, CoilAt> mCoils;
+  std::unordered_map<std::u16string, CoilAt> mCoils;  // mCoilOrder gives their order
   std::vector<std::u16string> mCoilOrder;
-  std::map<std::u16string, std::deque<ContactAt>> mContacts;  // a deque: records never move
+  std::unordered_map<std::u16string, std::deque<ContactAt>> mContacts;
   unsigned mWorkers;
   UpdatePlan mPlan;
 };
