@@ -240,8 +240,6 @@ class Planner {
  private:
   // The coils' presentations, `mWorkers` at a time, gathered in coil order.
   void presentCoils() {
-    std::u16string warm;  // the text format fills its tables on first use, before threads share them
-    OhmNoRxUtilsXrefTextFormat::getXrefText({}, u"", {}, warm);
     std::vector<CoilOutcome> outcomes(mCoilOrder.size());
     std::atomic<std::size_t> next{0};
     auto work = [&] {
