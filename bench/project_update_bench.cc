@@ -170,6 +170,12 @@ long HighWaterKilobytes() {
   return 0;
 }
 
+// The heap in use, large blocks that malloc maps on their own included.
+std::size_t HeapInUse() {
+  const struct mallinfo2 info = ::mallinfo2();
+  return info.uordblks + info.hblkhd;
+}
+
 // In the fresh process: runs the update, prints its peak and the heap its result holds.
 int MeasureInThisProcess(const std::string& request) {
   std::size_t held = 0;
@@ -178,10 +184,10 @@ int MeasureInThisProcess(const std::string& request) {
     UpdateOptions options;
     options.workers = static_cast<unsigned>(std::atoi(request.substr(0, space).c_str()));
     const ProjectDescription project = DescribeFolder(request.substr(space + 1));
-    const std::size_t before = ::mallinfo2().uordblks;
+    const std::size_t before = HeapInUse();
     const ProjectUpdateResult result = UpdateProject(project, options);
     benchmark::DoNotOptimize(result);
-    held = ::mallinfo2().uordblks - before;
+    held = HeapInUse() - before;
   }
   return std::printf("%ld %zu\n", HighWaterKilobytes(), held) < 0;
 }

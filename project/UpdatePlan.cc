@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <thread>
 #include <unordered_map>
+#include <vector>
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "ohmutils/xref/OhmCfgSetting.h"
@@ -80,7 +81,7 @@ struct ContactAt {
 // The records of one coil's contacts, in the order of `contacts`.
 using Occurrences = std::deque<OhmDsComponentOcc>;  // a deque: records have no move
 
-const std::deque<ContactAt> kNoContacts;
+const std::vector<ContactAt> kNoContacts;
 
 // What one coil gives: its plan, the changes of its attributes, its problems.
 struct CoilOutcome {
@@ -95,7 +96,7 @@ class CoilPresenter {
   CoilPresenter(const std::vector<DrawingComponents>& drawings, const OhmNoRxUtilsSettingOverride::SettingMap& settings)
       : mDrawings(drawings), mSettings(settings) {}
 
-  CoilOutcome present(const CoilAt& at, const std::deque<ContactAt>& contacts) {
+  CoilOutcome present(const CoilAt& at, const std::vector<ContactAt>& contacts) {
     CoilOutcome outcome;
     CoilPlan& plan = outcome.plan;
     plan.drawing = at.drawing;
@@ -120,7 +121,7 @@ class CoilPresenter {
  private:
   // The coil rebuilt in a scratch drawing (its block, attributes and xdata),
   // so that the factory sees what it would see in the coil's own drawing.
-  void presentGuarded(const CoilAt& at, const std::deque<ContactAt>& contacts, const Occurrences& occurrences,
+  void presentGuarded(const CoilAt& at, const std::vector<ContactAt>& contacts, const Occurrences& occurrences,
                       CoilOutcome& outcome) {
     CoilPlan& plan = outcome.plan;
     ZdDbBlockReference* block = scratchBuilder().insertBlock(at.coil->blockName, at.coil->attributes);
@@ -162,7 +163,7 @@ class CoilPresenter {
     }
   }
 
-  static void fillLines(OhmUtXrefGraphicEntity& entity, const std::deque<ContactAt>& contacts,
+  static void fillLines(OhmUtXrefGraphicEntity& entity, const std::vector<ContactAt>& contacts,
                         const Occurrences& occurrences, CoilPlan& plan) {
     for (std::size_t i = 0; i < contacts.size(); ++i) {
       const ContactAt& contact = contacts[i];
@@ -181,7 +182,7 @@ class CoilPresenter {
     }
   }
 
-  static void fillTable(OhmUtXrefTableEntity& entity, const std::deque<ContactAt>& contacts,
+  static void fillTable(OhmUtXrefTableEntity& entity, const std::vector<ContactAt>& contacts,
                         const Occurrences& occurrences, CoilPlan& plan) {
     plan.titles = OhmUtXrefTableRows::getTitles(entity);
     for (std::size_t i = 0; i < contacts.size(); ++i) {
@@ -327,7 +328,7 @@ class Planner {
   std::vector<int> mFirstSheet;
   std::unordered_map<std::u16string, CoilAt> mCoils;  // mCoilOrder gives their order
   std::vector<std::u16string> mCoilOrder;
-  std::unordered_map<std::u16string, std::deque<ContactAt>> mContacts;
+  std::unordered_map<std::u16string, std::vector<ContactAt>> mContacts;
   unsigned mWorkers;
   UpdatePlan mPlan;
 };
