@@ -10,8 +10,6 @@
 // project smaller.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <cstdio>
@@ -23,6 +21,7 @@
 #include <thread>
 #include <utility>
 
+#include "FreshProcess.h"
 #include "project/ProjectUpdate.h"
 #include "zd/db/ZdDbDatabase.h"
 #include "zd/dxf/DxfDrawingReader.h"
@@ -152,23 +151,13 @@ void BM_ProjectReadDrawings(benchmark::State& state) {
 
 // What a fresh process that runs the update shows of its memory: its peak
 // (less that of one that only starts) and the heap that the update's result
-// holds when it returns, the component records and the plan. A fresh
-// process, since this one keeps freed memory of the runs before; its own
-// high-water mark, since the rusage of a child counts what it was before exec.
+// holds when it returns, the component records and the plan.
 struct UpdateMemory {
   double peakBytes = 0;
   double resultBytes = 0;
 };
 
 constexpr const char* kMeasureVariable = "OHM_BENCH_MEASURE_UPDATE";  // "WORKERS FOLDER"; "" for the idle run
-
-long HighWaterKilobytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.rfind("VmHWM:", 0) == 0) return std::atol(line.c_str() + 6);
-  }
-  return 0;
-}
 
 // The heap in use, large blocks that malloc maps on their own included.
 std::size_t HeapInUse() {
@@ -193,23 +182,8 @@ int MeasureInThisProcess(const std::string& request) {
 }
 
 std::pair<double, double> RunMeasuringProcess(const std::string& request) {
-  int ends[2];
-  if (::pipe(ends) != 0) return {0, 0};
-  const pid_t child = ::fork();
-  if (child == 0) {
-    ::dup2(ends[1], STDOUT_FILENO);
-    ::close(ends[0]);
-    ::setenv(kMeasureVariable, request.c_str(), 1);
-    ::execl("/proc/self/exe", "bench_project_update", static_cast<char*>(nullptr));
-    ::_exit(127);
-  }
-  ::close(ends[1]);
-  char text[64] = {};
-  const ssize_t got = ::read(ends[0], text, sizeof text - 1);
-  ::close(ends[0]);
-  ::waitpid(child, nullptr, 0);
   double peakKilobytes = 0, held = 0;
-  if (got <= 0 || std::sscanf(text, "%lf %lf", &peakKilobytes, &held) != 2) return {0, 0};
+  if (std::sscanf(RunSelf(kMeasureVariable, request).c_str(), "%lf %lf", &peakKilobytes, &held) != 2) return {0, 0};
   return {peakKilobytes * 1024.0, held};
 }
 
