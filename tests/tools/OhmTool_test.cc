@@ -220,6 +220,9 @@ TEST(OhmTool, BadProjectFilesNameLineColumnAndWhatWasExpected) {
        "number 1e400 is too large"},
       {R"({"hostDrawing": "x", "coils": {}, "entities": [], "coils": {}})", "\"coils\"",
        "member \"coils\" is named twice in one object"},
+      // Escaped quotes and backslashes inside names: a quote after an even run of backslashes closes the name.
+      {R"({"hostDrawing": "x", "coils": {"K\"\\": [], "K\\": [], "K\"\\": []}, "entities": []})", R"("K\"\\")",
+       R"(member "K\"\\" is named twice in one object)"},
   };
   TempFolder folder;
   for (std::size_t i = 0; i < cases.size(); ++i) {
