@@ -31,8 +31,6 @@ class WildcardPattern {
     }
   }
 
-  const char16_t* text() const noexcept { return mPattern; }
-
   // zdutWcMatchEx(text, pattern, true) for a non-null `text` of `length` units.
   bool matches(const char16_t* text, std::size_t length) const {
     if (length < mMinLength) return false;
