@@ -82,6 +82,20 @@ IXMLDOMNodeListPtr childrenNamed(const IXMLDOMElementPtr& element, const WCHAR* 
   return list;
 }
 
+// The first child element `tag` of `parent` whose `Name` is `name`, as
+// findNamed finds it in selectNodes(tag): by the DOM's child lookup, which
+// passes over the other children without node objects or text copies, or
+// by the list where the DOM doesn't offer the lookup.
+IXMLDOMElementPtr findChildNamed(const IXMLDOMElementPtr& parent, const WCHAR* tag, const WCHAR* name) {
+  IXMLDOMChildLookupPtr lookup = queryOrNull<IXMLDOMChildLookup>(parent);
+  if (!lookup) return findNamed(childrenNamed(parent, tag), name);
+  IXMLDOMElementPtr found;
+  check(lookup->findChildElement(tag, u"Name", name, &found), lookup.GetInterfacePtr());
+  // The lookup stops at a child without a Name as well: reading it raises, as the walk does.
+  if (found) attributeText(found.GetInterfacePtr(), u"Name");
+  return found;
+}
+
 // Puts a new attribute `name` with `value` on `element`, behind the others.
 void appendAttribute(IXMLDOMDocument2* document, const IXMLDOMElementPtr& element, const WCHAR* name,
                      const WCHAR* value) {
@@ -89,6 +103,15 @@ void appendAttribute(IXMLDOMDocument2* document, const IXMLDOMElementPtr& elemen
   check(document->createAttribute(name, &attribute), document);
   check(attribute->put_value(_variant_t(value)), attribute.GetInterfacePtr());
   check(use(element)->setAttributeNode(attribute.GetInterfacePtr(), nullptr), element.GetInterfacePtr());
+}
+
+// The `Settings` element of `document`; null without a document or without
+// such an element (a node that isn't an element counts as none).
+IXMLDOMElementPtr settingsElement(const IXMLDOMDocument2Ptr& document) {
+  if (!document) return nullptr;
+  IXMLDOMNodePtr node;
+  check(document->selectSingleNode(u"Settings", &node), document.GetInterfacePtr());
+  return queryOrNull<IXMLDOMElement>(node);
 }
 
 // A new DOMDocument60 object; null when it can't be made.
@@ -143,21 +166,18 @@ bool OhmCfgXML::saveCfgXML() {
 }
 
 IXMLDOMNodeListPtr OhmCfgXML::getSettingsListPtr() {
-  if (!mDocument) return nullptr;
-  IXMLDOMNodePtr node;
-  check(mDocument->selectSingleNode(u"Settings", &node), mDocument.GetInterfacePtr());
-  IXMLDOMElementPtr settings = queryOrNull<IXMLDOMElement>(node);
+  IXMLDOMElementPtr settings = settingsElement(mDocument);
   if (!settings) return nullptr;
   return childrenNamed(settings, u"Setting");
 }
 
 bool OhmCfgXML::getConfiguration(IXMLDOMElementPtr& setting, ConfigurationXML::SettingType type) {
   setting = nullptr;
-  IXMLDOMNodeListPtr settings = getSettingsListPtr();
+  IXMLDOMElementPtr settings = settingsElement(mDocument);
   if (!settings) throw _com_error(E_POINTER);
   // An unknown type matches no element, though each element's Name is still read.
   bool known = type >= 0 && static_cast<std::size_t>(type) < kSettingNames.size();
-  setting = findNamed(settings, known ? getSettingTypeAsString(type).GetString() : nullptr);
+  setting = findChildNamed(settings, u"Setting", known ? getSettingTypeAsString(type).GetString() : nullptr);
   return static_cast<bool>(setting);
 }
 
@@ -169,7 +189,7 @@ CString OhmCfgXML::getSettingTypeAsString(ConfigurationXML::SettingType type) {
 CString OhmCfgXML::getSetting(ConfigurationXML::SettingType type, const WCHAR* propertyName) {
   IXMLDOMElementPtr setting;
   if (!getConfiguration(setting, type)) return CString();
-  IXMLDOMElementPtr property = findNamed(childrenNamed(setting, u"Property"), propertyName);
+  IXMLDOMElementPtr property = findChildNamed(setting, u"Property", propertyName);
   if (!property) return CString();
   _variant_t value;
   check(property->getAttribute(u"Value", &value), property.GetInterfacePtr());

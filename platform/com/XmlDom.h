@@ -44,6 +44,10 @@ inline constexpr IID IID_IXMLDOMAttribute{0x2933BF85, 0x7B36, 0x11D2, {0xB2, 0x0
 inline constexpr IID IID_IXMLDOMElement{0x2933BF86, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
 inline constexpr IID IID_IXMLDOMDocument2{0x2933BF95, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
 
+// This build's own interface id (see IXMLDOMChildLookup).
+inline constexpr IID IID_IXMLDOMChildLookup{
+    0x5E0A2C71, 0x3B9D, 0x4F27, {0x9C, 0x41, 0x6D, 0x0B, 0x83, 0x1E, 0x52, 0xA4}};
+
 enum DOMNodeType {
   NODE_INVALID = 0,
   NODE_ELEMENT = 1,
@@ -57,6 +61,7 @@ enum DOMNodeType {
 };
 
 struct IXMLDOMNodeList;
+struct IXMLDOMElement;
 
 struct IXMLDOMNode : IUnknown {
   static constexpr const IID& iid = IID_IXMLDOMNode;
@@ -88,6 +93,28 @@ struct IXMLDOMNodeList : IUnknown {
   // S_OK and node `index` (from 0); S_FALSE and null for an index outside
   // the list; E_POINTER for null.
   virtual HRESULT get_item(LONG index, IXMLDOMNode** node) = 0;
+};
+
+// Not an interface of MSXML: this build's DOM offers it on every node, for
+// callers that look up one child by an attribute among many, which MSXML
+// callers do with selectNodes and a walk over the list. Ask for it with
+// QueryInterface and walk the list where a DOM doesn't offer it.
+struct IXMLDOMChildLookup : IUnknown {
+  static constexpr const IID& iid = IID_IXMLDOMChildLookup;
+  // Among this node's child elements named `tagName`, in document order (what
+  // selectNodes(tagName) lists for a plain name), the first whose attribute
+  // `attributeName` is missing or reads `value`, compared whole and unit by
+  // unit as UTF-16 text; a null `value` finds only a missing attribute.
+  // S_OK and that element; S_FALSE and null when no child is such;
+  // E_INVALIDARG for a `tagName` that isn't an XML name; E_POINTER for a null
+  // name or out-argument. It makes no node object and copies no text for the
+  // children it passes over, so it sees every change made to the tree.
+  // For the test seams (com/XmlDom_testing.h) it is a selectNodes, and a
+  // caller's query for IXMLDOMElement of each child of that name it looks at:
+  // a child whose query fails with E_NOINTERFACE is passed over, another
+  // failure ends the search with its status and no error information.
+  virtual HRESULT findChildElement(const char16_t* tagName, const char16_t* attributeName, const char16_t* value,
+                                   IXMLDOMElement** found) = 0;
 };
 
 struct IXMLDOMAttribute : IXMLDOMNode {
@@ -153,6 +180,7 @@ struct IXMLDOMDocument2 : IXMLDOMDocument {
 
 using IXMLDOMNodePtr = _com_ptr_t<IXMLDOMNode>;
 using IXMLDOMNodeListPtr = _com_ptr_t<IXMLDOMNodeList>;
+using IXMLDOMChildLookupPtr = _com_ptr_t<IXMLDOMChildLookup>;
 using IXMLDOMAttributePtr = _com_ptr_t<IXMLDOMAttribute>;
 using IXMLDOMElementPtr = _com_ptr_t<IXMLDOMElement>;
 using IXMLDOMDocumentPtr = _com_ptr_t<IXMLDOMDocument>;

@@ -1,5 +1,6 @@
 // The node kinds of the XML DOM stand-in: plain nodes, elements, attributes
 // and node lists, with the operations they share.
+#include <cstring>
 #include <mutex>
 
 #include "com/XmlDom_internal.h"
@@ -276,6 +277,40 @@ DOMNodeType KindOf(pugi::xml_node_type type) {
   }
 }
 
+// Whether an attribute's UTF-8 text, read as UTF-16 (malformed sequences as
+// U+FFFD), equals `text`. Byte comparison with `text` in UTF-8 says the same
+// when `text` holds neither U+FFFD nor a lone surrogate, which is the usual
+// case and needs no conversion of the attribute.
+class TextComparison {
+ public:
+  explicit TextComparison(const char16_t* text) : mText(text) {
+    if (!text) return;
+    mBytesSuffice = !HasReplacementOrLoneSurrogate(text);
+    if (mBytesSuffice) mBytes = Narrow(text);
+  }
+  bool equals(const char* utf8) const {
+    if (!mText) return false;
+    if (mBytesSuffice) return std::strcmp(utf8, mBytes.c_str()) == 0;
+    return Utf8ToUtf16(utf8) == mText;
+  }
+
+ private:
+  static bool HasReplacementOrLoneSurrogate(std::u16string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      const char16_t unit = text[i];
+      if (unit == 0xFFFD || (unit >= 0xDC00 && unit <= 0xDFFF)) return true;
+      if (unit >= 0xD800 && unit <= 0xDBFF) {
+        if (i + 1 == text.size() || text[i + 1] < 0xDC00 || text[i + 1] > 0xDFFF) return true;
+        ++i;
+      }
+    }
+    return false;
+  }
+  const char16_t* mText;
+  bool mBytesSuffice = false;
+  std::string mBytes;
+};
+
 bool IsNameStart(char16_t unit) {
   return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z') || unit == u'_' || unit == u':' ||
          unit >= 0x80;
@@ -419,6 +454,34 @@ HRESULT AppendChild(const NodeRef& ref, IXMLDOMNode* child, IXMLDOMNode** result
     *result = child;
   }
   return S_OK;
+}
+
+HRESULT FindChildElement(const NodeRef& ref, const char16_t* tagName, const char16_t* attributeName,
+                         const char16_t* value, IXMLDOMElement** found) {
+  if (!tagName || !attributeName || !found) return E_POINTER;
+  *found = nullptr;
+  if (!IsXmlName(tagName)) return Fail(E_INVALIDARG, IID_IXMLDOMChildLookup, u"The tag name must be an XML name.");
+  if (HRESULT injected = TakeInjectedFailure(Injected::selectNodes); FAILED(injected))
+    return Fail(injected, IID_IXMLDOMNode, u"selectNodes failed (injected).");
+  if (ref.attribute) return S_FALSE;  // an attribute has no children
+  const std::string tag = Narrow(tagName);
+  const std::string attributeKey = Narrow(attributeName);
+  const TextComparison wanted(value);
+  for (pugi::xml_node child = ref.node.first_child(); child; child = child.next_sibling()) {
+    if (child.type() != pugi::node_element || std::strcmp(child.name(), tag.c_str()) != 0) continue;
+    if (HRESULT query = TakeQueryFailure(IID_IXMLDOMElement); query == E_NOINTERFACE) {
+      continue;
+    } else if (FAILED(query)) {
+      SetErrorInfo(0, nullptr);
+      return query;
+    }
+    pugi::xml_attribute attribute = child.attribute(attributeKey.c_str());
+    if (!attribute || wanted.equals(attribute.value())) {
+      *found = WrapElement(NodeRef{ref.tree, child, {}});
+      return S_OK;
+    }
+  }
+  return S_FALSE;
 }
 
 }  // namespace com_internal

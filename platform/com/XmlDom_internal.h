@@ -123,12 +123,22 @@ HRESULT NodeXml(const NodeRef& ref, std::u16string* xml);
 HRESULT SelectSingle(const NodeRef& ref, const char16_t* query, IXMLDOMNode** result);
 HRESULT SelectAll(const NodeRef& ref, const char16_t* query, IXMLDOMNodeList** result);
 HRESULT AppendChild(const NodeRef& ref, IXMLDOMNode* child, IXMLDOMNode** result);
+HRESULT FindChildElement(const NodeRef& ref, const char16_t* tagName, const char16_t* attributeName,
+                         const char16_t* value, IXMLDOMElement** found);
 
 // A node object: `Interface` is IXMLDOMNode or an interface derived from it.
+// Every node also offers the child lookup of this build.
 template <class Interface>
-class NodeObject : public DomObject<Interface>, public NodeHolder {
+class NodeObject : public DomObject<Interface>, public IXMLDOMChildLookup, public NodeHolder {
  public:
   explicit NodeObject(NodeRef where) { ref = std::move(where); }
+
+  // One object, one reference count, whichever interface is asked.
+  HRESULT QueryInterface(REFIID riid, void** object) override {
+    return DomObject<Interface>::QueryInterface(riid, object);
+  }
+  ULONG AddRef() override { return DomObject<Interface>::AddRef(); }
+  ULONG Release() override { return DomObject<Interface>::Release(); }
 
   HRESULT get_nodeName(std::u16string* name) override { return NodeName(ref, name); }
   HRESULT get_nodeType(DOMNodeType* type) override { return NodeType(ref, type); }
@@ -140,11 +150,16 @@ class NodeObject : public DomObject<Interface>, public NodeHolder {
     return SelectAll(ref, query, result);
   }
   HRESULT appendChild(IXMLDOMNode* child, IXMLDOMNode** result) override { return AppendChild(ref, child, result); }
+  HRESULT findChildElement(const char16_t* tagName, const char16_t* attributeName, const char16_t* value,
+                           IXMLDOMElement** found) override {
+    return FindChildElement(ref, tagName, attributeName, value, found);
+  }
 
  protected:
-  // IUnknown and IXMLDOMNode; kinds with more interfaces add theirs.
+  // IUnknown, IXMLDOMNode and the child lookup; kinds with more interfaces add theirs.
   IUnknown* interfaceFor(REFIID riid) override {
     if (riid == IID_IUnknown || riid == IID_IXMLDOMNode) return static_cast<IXMLDOMNode*>(this);
+    if (riid == IID_IXMLDOMChildLookup) return static_cast<IXMLDOMChildLookup*>(this);
     return nullptr;
   }
 };

@@ -15,10 +15,12 @@ namespace com_testing {
 void failNextLoad(HRESULT hr);
 // IXMLDOMDocument::save returns `hr` without touching the file.
 void failNextSave(HRESULT hr);
-// IXMLDOMNode::selectNodes returns `hr` and no list.
+// IXMLDOMNode::selectNodes returns `hr` and no list (or
+// IXMLDOMChildLookup::findChildElement `hr` and no element).
 void failNextSelectNodes(HRESULT hr);
 // A caller's QueryInterface for `iid` on a DOM object, after `passFirst`
-// such queries that succeed, returns `hr` and null.
+// such queries that succeed, returns `hr` and null. findChildElement counts
+// as such a query for IXMLDOMElement on each child it looks at.
 void failNextQueryInterface(REFIID iid, HRESULT hr, int passFirst = 0);
 // Clears every pending failure.
 void resetDomFailures();

@@ -303,6 +303,13 @@ TEST_F(OhmCfgXMLTest, InterfaceQueriesPassOverOnlyOnNoInterface) {
   com_testing::failNextQueryInterface(IID_IXMLDOMElement, E_FAIL, 1);
   EXPECT_EQ(raisedBy([&] { get(SettingType::SchSortOrder, u"p"); }), E_FAIL);
 
+  for (int passFirst : {0, 1}) {  // the lookup of the Setting, then that of the Property
+    com_testing::failNextQueryInterface(IID_IXMLDOMChildLookup, E_NOINTERFACE, passFirst);
+    EXPECT_EQ(get(SettingType::SchSortOrder, u"p"), u"first") << "a DOM without the child lookup is walked as a list";
+    com_testing::failNextQueryInterface(IID_IXMLDOMChildLookup, E_UNEXPECTED, passFirst);
+    EXPECT_EQ(raisedBy([&] { get(SettingType::SchSortOrder, u"p"); }), E_UNEXPECTED);
+  }
+
   com_testing::failNextQueryInterface(IID_IXMLDOMElement, E_NOINTERFACE);
   EXPECT_FALSE(mConfig.loadCfgXML()) << "a Settings node that isn't an element counts as none";
 

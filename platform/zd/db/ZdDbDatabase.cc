@@ -449,6 +449,14 @@ Zeda::ErrorStatus accessZdDbObjectForRead(ZdDbObject*& object, ZdDbObjectId id, 
   return Zeda::eOk;
 }
 
+const ZdDbObject* readableZdDbObject(ZdDbObjectId id, const ZdRxClass* cls, const ZdDbDatabase* holder,
+                                     bool openErased) {
+  const ZdDbObject* found = holder ? holder->objectAt(id) : nullptr;
+  if (!found) found = lookUp(id);
+  if (!found || openFails(id) || (found->isErased() && !openErased)) return nullptr;
+  return !cls || found->isKindOf(cls) ? found : nullptr;
+}
+
 Zeda::ErrorStatus revertZdDbObjectFromWrite(ZdDbObject* object, bool wasWritable) {
   if (object && wasWritable) ZdDbObjectAccess::downgrade(object, false);
   return Zeda::eOk;

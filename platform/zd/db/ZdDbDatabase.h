@@ -174,6 +174,15 @@ Zeda::ErrorStatus zddbOpenObject(ZdDbObject*& object, ZdDbObjectId id, ZdDb::Ope
 Zeda::ErrorStatus accessZdDbObjectForRead(ZdDbObject*& object, ZdDbObjectId id, const ZdRxClass* cls, bool& wasOpened,
                                           bool& wasWritable, bool openErased = false);
 
+// The object that accessZdDbObjectForRead(id, cls) would give, found without
+// opening it or counting an access: null exactly where that access fails. The
+// object is searched in `holder` first, without a lock, and in every other
+// database of the process after it. For reading a few fields on the
+// database's thread while nothing opens, changes or erases the object;
+// nothing may be written through it.
+const ZdDbObject* readableZdDbObject(ZdDbObjectId id, const ZdRxClass* cls, const ZdDbDatabase* holder = nullptr,
+                                     bool openErased = false);
+
 // Gives write access back to an object that accessZdDbObjectForRead found
 // open for write; nothing otherwise. eOk.
 Zeda::ErrorStatus revertZdDbObjectFromWrite(ZdDbObject* object, bool wasWritable);

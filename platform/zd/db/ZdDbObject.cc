@@ -106,6 +106,14 @@ ZdValueNode* ZdDbObject::xData(const char16_t* appName) const {
   return head;
 }
 
+bool ZdDbObject::hasXData(const char16_t* appName) const {
+  if (!decodeXDataAsRead()) return false;
+  if (!appName) return !mXData.empty();
+  // Lengths first: most names differ in length, and their units then stay unread.
+  const std::u16string_view wanted(appName);
+  return std::any_of(mXData.begin(), mXData.end(), [&](const XDataPart& part) { return part.app == wanted; });
+}
+
 bool ZdDbObject::decodeXDataAsRead() const {
   if (mXDataText.empty()) return true;
   ZdValueNode* chain = mDatabase ? mDatabase->decodeXData(mXDataText) : nullptr;

@@ -58,6 +58,10 @@ class ZdDbObject {
   // A new chain with the xdata of `appName` (null: of every application, in
   // the order they were set); the caller releases it. Null when there is none.
   ZdValueNode* xData(const char16_t* appName = nullptr) const;
+  // Whether the object has xdata of `appName` (null: of any application),
+  // which xData would give as a chain, without making one. False when xdata
+  // read from a file can't be decoded.
+  bool hasXData(const char16_t* appName) const;
   // Sets the xdata of the applications in `chain`: each 1001 node starts one
   // application's part, which replaces what that application had; a part of
   // the 1001 node alone removes it. The chain stays the caller's.
