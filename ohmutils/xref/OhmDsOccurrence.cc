@@ -40,11 +40,32 @@ const std::u16string& lookupProperty(const OhmDsOccurrence::PropertyMap& map, co
   if (key.empty()) return emptyProperty();
   if (map.size() <= kScannedMapSize) {
     for (const auto& [name, value] : map)
-      if (name == key) return value;
+      if (sameUnits(name, key)) return value;
     return emptyProperty();
   }
   const auto it = map.find(key);
   return it == map.end() ? emptyProperty() : it->second;
+}
+
+void lookupProperties(const OhmDsOccurrence::PropertyMap& map, std::span<const std::u16string* const> keys,
+                      std::span<const std::u16string*> values) {
+  if (map.size() > kScannedMapSize) {
+    for (std::size_t i = 0; i < keys.size(); ++i) values[i] = &lookupProperty(map, *keys[i]);
+    return;
+  }
+  for (const std::u16string*& value : values) value = &emptyProperty();
+  // Names are unique in the map, so a key matches one entry at most; an
+  // empty key matches none. The walk ends as soon as every key is found.
+  std::size_t missing = keys.size();
+  auto entry = map.begin();
+  for (std::size_t left = map.size(); left > 0 && missing > 0; --left) {
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+      if (keys[i]->empty() || !sameUnits(entry->first, *keys[i])) continue;
+      values[i] = &entry->second;
+      --missing;
+    }
+    if (left > 1) ++entry;
+  }
 }
 
 }  // namespace ohm_internal

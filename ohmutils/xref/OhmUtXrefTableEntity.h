@@ -21,7 +21,10 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ohmutils/OhmUtilsExport.h"
@@ -84,24 +87,29 @@ class OHMUTILS_EXPORT OhmUtXrefTableEntity : public OhmUtXrefGraphicEntity {
                                   std::u16string& ncValue);
   // The terminal and symbol cells of a partial Form C contact; false otherwise.
   bool getPartialFormCTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column, std::u16string& value);
-  // Copies the terminal's text into `value`; false (value untouched) without it.
-  static bool copyTermOf(const TermList& terms, std::int32_t number, std::u16string& value);
-  // The three above from a classified contact and the style read once.
-  bool cellValue(const OhmDsComponentOcc& occurrence, const Contact& contact, GraphicalStyle style, ColumnId column,
-                 std::u16string& value) const;
-  bool fullFormCCellValues(const Contact& contact, GraphicalStyle style, ColumnId column, std::u16string& noValue,
-                           std::u16string& ncValue) const;
-  bool partialFormCCellValue(const Contact& contact, GraphicalStyle style, ColumnId column,
-                             std::u16string& value) const;
+  // `value` becomes the cell, or empty without one; whether there is one.
+  static bool assignCell(const std::optional<std::u16string_view>& cell, std::u16string& value);
+  // The three above from a classified contact and the style read once, as
+  // views of the occurrence, of constants or of the entity's working space
+  // (valid until the next call); nothing where the value can't be worked out.
+  std::optional<std::u16string_view> cellView(const OhmDsComponentOcc& occurrence, const Contact& contact,
+                                              GraphicalStyle style, ColumnId column);
+  std::optional<std::pair<std::u16string_view, std::u16string_view>> fullFormCCellViews(const Contact& contact,
+                                                                                        GraphicalStyle style,
+                                                                                        ColumnId column) const;
+  std::optional<std::u16string_view> partialFormCCellView(const Contact& contact, GraphicalStyle style,
+                                                          ColumnId column) const;
   // Whether the column takes part in row matching.
   bool isColumnApplicableToRowCheck(ColumnId column) const;
   static bool isColumnApplicableToRowCheck(ColumnId column, GraphicalStyle style);
-  // Whether one applicable cell holds the occurrence's value for its column;
-  // `scratch` is working space.
+  // Whether one applicable cell holds the occurrence's value for its column.
   bool isCellMatching(const OhmDsComponentOcc& occurrence, const Contact& contact, GraphicalStyle style,
-                      ColumnId column, const std::u16string& cell, std::u16string& scratch) const;
+                      ColumnId column, const std::u16string& cell);
 
   VisColumnIdMap mVisColumnIdMap;
+  // The same entries in the same order, for the loops that run per row.
+  std::vector<std::pair<ColumnId, std::int32_t>> mVisibleColumns;
+  std::u16string mCellText;  // working space of cellView
 
   friend class OhmUtXrefTableRows;
   friend struct OhmUtXrefTableEntityTestAccess;
