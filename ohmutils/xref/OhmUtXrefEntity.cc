@@ -42,11 +42,9 @@ namespace {
 // one pass; they point into the occurrence.
 ohm_internal::XrefTextValues xrefTextValuesOf(const OhmDsComponentOcc& occurrence) {
   using namespace ohm_internal;
-  static const std::u16string* const kSheetKeys[] = {&OhmDsKeys::SHEET, &OhmDsKeys::IEC_INST, &OhmDsKeys::IEC_LOC,
-                                                     &OhmDsKeys::IEC_PROJ, &OhmDsKeys::SHEETDWGNAME};
+  const auto sheet = lookupProperties(occurrence.mSheetProperties, keys::kSheet, keys::kIecInst, keys::kIecLoc,
+                                      keys::kIecProj, keys::kSheetDwgName);
   XrefTextValues values;
-  const std::u16string* sheet[std::size(kSheetKeys)];
-  lookupProperties(occurrence.mSheetProperties, kSheetKeys, sheet);
   values[kSheet] = sheet[0];
   values[kRef] = &lookupProperty(occurrence.mProperties, OhmDsKeys::REF);
   values[kValueA] = &occurrence.mXrefValueA;

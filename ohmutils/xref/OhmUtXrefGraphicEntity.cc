@@ -144,11 +144,10 @@ std::int32_t termNumberOf(const std::u16string& code) {
 }  // namespace
 
 void OhmUtXrefGraphicEntity::readTerms(const OhmDsComponentOcc& occurrence, TermList& terms) {
-  static const std::u16string* const kPinKeys[] = {&OhmDsKeys::TERMCODE, &OhmDsKeys::TERM};
+  using namespace ohm_internal;
   terms.clear();
   for (const OhmDsComponentPinOcc& pin : occurrence.mPins) {
-    const std::u16string* values[std::size(kPinKeys)];
-    ohm_internal::lookupProperties(pin.mProperties, kPinKeys, values);
+    const auto values = lookupProperties(pin.mProperties, keys::kTermCode, keys::kTerm);
     const std::int32_t number = termNumberOf(*values[0]);
     if (number < 1) continue;
     // Pins come mostly in ascending order, so the search starts at the end.
@@ -164,7 +163,8 @@ void OhmUtXrefGraphicEntity::readTerms(const OhmDsComponentOcc& occurrence, Term
 
 const OhmUtXrefGraphicEntity::Contact& OhmUtXrefGraphicEntity::classify(const OhmDsComponentOcc& occurrence) {
   Contact& contact = mContact;
-  contact.kind = contactKindOf(occurrence.getProperty(OhmDsKeys::CONTACT));
+  contact.kind =
+      contactKindOf(*ohm_internal::lookupProperties(occurrence.mProperties, ohm_internal::keys::kContact)[0]);
   readTerms(occurrence, contact.terms);
   const TermList& terms = contact.terms;
   contact.fullFormC = contact.kind == ContactKind::FormC && terms.size() == 3 && terms[0].first == 1 &&
