@@ -17,6 +17,9 @@
 // occurrence throw std::invalid_argument("invalid stoi argument") or
 // std::out_of_range("stoi argument out of range"); nothing here catches them.
 //
+// Members marked hidden are working steps of the library's own, left out of
+// its exported interface so that calls to them bind within the library.
+//
 // Thread safety: one object, with its option set, by one thread at a time.
 // Operations on distinct objects with distinct option sets may run on several
 // threads at once.
@@ -127,19 +130,20 @@ class OHMUTILS_EXPORT OhmUtXrefGraphicEntity : public OhmUtXrefEntity {
   // The occurrence classified into the entity's working space, which each
   // public operation refills before it reads it: valid until the next call
   // of classify. Throws as getCompOccTermMap does.
-  const Contact& classify(const OhmDsComponentOcc& occurrence);
+  [[gnu::visibility("hidden")]] const Contact& classify(const OhmDsComponentOcc& occurrence);
   // The symbol texts of the three contact classes in the style, from a
   // classified contact; null where the contact or style gives none. They
   // point at constants or into the contact map.
-  const std::u16string* plainSymbol(const Contact& contact, GraphicalStyle style) const;
+  [[gnu::visibility("hidden")]] const std::u16string* plainSymbol(const Contact& contact, GraphicalStyle style) const;
   // (NO side, NC side); both null when there is none.
-  std::pair<const std::u16string*, const std::u16string*> fullFormCSymbols(const Contact& contact,
-                                                                           GraphicalStyle style) const;
-  const std::u16string* partialFormCSymbol(const Contact& contact, GraphicalStyle style) const;
+  [[gnu::visibility("hidden")]] std::pair<const std::u16string*, const std::u16string*> fullFormCSymbols(
+      const Contact& contact, GraphicalStyle style) const;
+  [[gnu::visibility("hidden")]] const std::u16string* partialFormCSymbol(const Contact& contact,
+                                                                         GraphicalStyle style) const;
   // (common, no, nc) from the untrimmed terms of a partial Form C contact.
-  PartialPins partialFormCPins(const TermList& terms) const;
+  [[gnu::visibility("hidden")]] PartialPins partialFormCPins(const TermList& terms) const;
   // Fills `terms` from the occurrence's pins by the rules of getCompOccTermMap.
-  static void readTerms(const OhmDsComponentOcc& occurrence, TermList& terms);
+  [[gnu::visibility("hidden")]] static void readTerms(const OhmDsComponentOcc& occurrence, TermList& terms);
   // The terminal's text; null when the list lacks it.
   static const std::u16string* termOf(const TermList& terms, std::int32_t number) {
     for (const auto& [n, term] : terms)
@@ -147,26 +151,27 @@ class OHMUTILS_EXPORT OhmUtXrefGraphicEntity : public OhmUtXrefEntity {
     return nullptr;
   }
   // The terminal's text trimmed; empty when the list lacks it.
-  static std::u16string_view trimmedTerm(const TermList& terms, std::int32_t number);
+  [[gnu::visibility("hidden")]] static std::u16string_view trimmedTerm(const TermList& terms, std::int32_t number);
 
   // Working space for reference texts, refilled wherever it is used.
   std::u16string mReference;
 
  private:
-  static ContactKind contactKindOf(const std::u16string& contact);
+  [[gnu::visibility("hidden")]] static ContactKind contactKindOf(const std::u16string& contact);
   // The contact map's name for a kind; null as getContactName says false.
-  const std::u16string* contactName(ContactKind kind) const;
+  [[gnu::visibility("hidden")]] const std::u16string* contactName(ContactKind kind) const;
   // The contact map's name for a CONTACT value: [0] NO, [1] NC, [2] Form C,
   // empty for an empty value; false for any other value or a map of fewer
   // than three names.
   bool getContactName(const std::u16string& contact, std::u16string& name) const;
   // Options 66 and 67 read afresh.
-  GraphicalStyle readGraphicalStyle() const;
+  [[gnu::visibility("hidden")]] GraphicalStyle readGraphicalStyle() const;
   void updateContactMap();
   void updateFormCPins();
   // Whether T1/T2 are the common terminal and `side` (1 NO, 2 NC) of one triple.
   bool isPartialFormCSide(const TermMap& termMap, std::size_t side) const;
-  bool isPartialFormCSide(const std::u16string& t1, const std::u16string& t2, std::size_t side) const;
+  [[gnu::visibility("hidden")]] bool isPartialFormCSide(const std::u16string& t1, const std::u16string& t2,
+                                                        std::size_t side) const;
 
   std::u16string mPinList;
   std::vector<std::u16string> mContactMap;

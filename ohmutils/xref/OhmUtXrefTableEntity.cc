@@ -119,7 +119,7 @@ bool OhmUtXrefTableEntity::getTableCellValue(const OhmDsComponentOcc& occurrence
   const GraphicalStyle style = getGraphicalStyle();
   const bool found = assignCell(cellView(occurrence, contact, style, column), value);
   // The filled cell stands also where the contact map has no name.
-  if (!found && column == ColumnSymbol && style == GraphicalContactMap) value.assign(kFilledCell);
+  if (!found && column == ColumnSymbol && style == GraphicalContactMap) value.assign(1, u' ');
   return found;
 }
 
@@ -185,13 +185,15 @@ std::optional<std::u16string_view> OhmUtXrefTableEntity::cellView(const OhmDsCom
 std::optional<std::pair<std::u16string_view, std::u16string_view>> OhmUtXrefTableEntity::fullFormCCellViews(
     const Contact& contact, GraphicalStyle style, ColumnId column) const {
   if (!contact.fullFormC) return std::nullopt;
-  // A full Form C contact has all three terminals.
-  const TermList& terms = contact.terms;
+  // A full Form C contact has exactly the terminals 1, 2 and 3, in this order.
+  const std::u16string& t1 = *contact.terms[0].second;
+  const std::u16string& t2 = *contact.terms[1].second;
+  const std::u16string& t3 = *contact.terms[2].second;
   switch (column) {
     case ColumnTerm1:
-      return std::pair{std::u16string_view(*termOf(terms, 2)), std::u16string_view(*termOf(terms, 3))};
+      return std::pair<std::u16string_view, std::u16string_view>{t2, t3};
     case ColumnTerm2:
-      return std::pair{std::u16string_view(*termOf(terms, 1)), std::u16string_view(*termOf(terms, 1))};
+      return std::pair<std::u16string_view, std::u16string_view>{t1, t1};
     case ColumnSymbol: {
       const auto [no, nc] = fullFormCSymbols(contact, style);
       if (!no) return std::nullopt;
