@@ -8,39 +8,29 @@
 
 namespace OhmDsKeys {
 
-const std::u16string CONTACT = u"CONTACT";
-const std::u16string REF = u"REF";
+const std::u16string CONTACT{ohm_internal::keys::kContact};
+const std::u16string REF{ohm_internal::keys::kRef};
 const std::u16string LNUMBER = u"LNUMBER";
 const std::u16string STRIPSEQ = u"STRIPSEQ";
-const std::u16string SHEET = u"SHEET";
-const std::u16string SHEETDWGNAME = u"SHEETDWGNAME";
-const std::u16string IEC_INST = u"IEC_INST";
-const std::u16string IEC_LOC = u"IEC_LOC";
-const std::u16string IEC_PROJ = u"IEC_PROJ";
-const std::u16string TERM = u"TERM";
+const std::u16string SHEET{ohm_internal::keys::kSheet};
+const std::u16string SHEETDWGNAME{ohm_internal::keys::kSheetDwgName};
+const std::u16string IEC_INST{ohm_internal::keys::kIecInst};
+const std::u16string IEC_LOC{ohm_internal::keys::kIecLoc};
+const std::u16string IEC_PROJ{ohm_internal::keys::kIecProj};
+const std::u16string TERM{ohm_internal::keys::kTerm};
 const std::u16string TERMDESC = u"TERMDESC";
-const std::u16string TERMCODE = u"TERMCODE";
+const std::u16string TERMCODE{ohm_internal::keys::kTermCode};
 const std::u16string ADDR = u"ADDR";
 
 }  // namespace OhmDsKeys
 
 namespace ohm_internal {
 
-const std::u16string& emptyProperty() noexcept {
-  static const std::u16string empty;
-  return empty;
-}
-
-// Occurrences carry a handful of properties each. Up to this many, a scan
-// for equality, which compares lengths first, beats the tree's ordered
-// comparisons, which go unit by unit through every key on the way.
-constexpr std::size_t kScannedMapSize = 8;
-
 const std::u16string& lookupProperty(const OhmDsOccurrence::PropertyMap& map, const std::u16string& key) {
   if (key.empty()) return emptyProperty();
   if (map.size() <= kScannedMapSize) {
     for (const auto& [name, value] : map)
-      if (name == key) return value;
+      if (sameUnits(name, key)) return value;
     return emptyProperty();
   }
   const auto it = map.find(key);

@@ -4,6 +4,7 @@ OhmNoRxUtilsSettingOverride::OhmNoRxUtilsSettingOverride(const SettingMap& setti
 
 OhmNoRxUtilsSettingOverride& OhmNoRxUtilsSettingOverride::operator=(const OhmNoRxUtilsSettingOverride& other) {
   if (this != &other) {
+    ++mChangeCount;
     mSettingMap = other.mSettingMap;
     mBaseSettingMap = other.mBaseSettingMap;
   }
@@ -13,11 +14,15 @@ OhmNoRxUtilsSettingOverride& OhmNoRxUtilsSettingOverride::operator=(const OhmNoR
 OhmNoRxUtilsSettingOverride::~OhmNoRxUtilsSettingOverride() = default;
 
 void OhmNoRxUtilsSettingOverride::setSettingMap(const SettingMap& settings) {
+  ++mChangeCount;
   if (&settings != &mBaseSettingMap) mBaseSettingMap = settings;
   mSettingMap = mBaseSettingMap;
 }
 
-void OhmNoRxUtilsSettingOverride::clearOverride() { mSettingMap = mBaseSettingMap; }
+void OhmNoRxUtilsSettingOverride::clearOverride() {
+  ++mChangeCount;
+  mSettingMap = mBaseSettingMap;
+}
 
 void OhmNoRxUtilsSettingOverride::applyOverride(const SettingMap& overrides) {
   clearOverride();
@@ -29,8 +34,12 @@ void OhmNoRxUtilsSettingOverride::applyOverride(const SettingMap& overrides) {
 }
 
 bool OhmNoRxUtilsSettingOverride::getSettingValue(OhmCfgSetting::WD_M_ATTRIB option, std::u16string& value) const {
+  const std::u16string* found = findSettingValue(option);
+  if (found) value = *found;
+  return found != nullptr;
+}
+
+const std::u16string* OhmNoRxUtilsSettingOverride::findSettingValue(OhmCfgSetting::WD_M_ATTRIB option) const {
   const auto it = mSettingMap.find(option);
-  if (it == mSettingMap.end()) return false;
-  value = it->second;
-  return true;
+  return it == mSettingMap.end() ? nullptr : &it->second;
 }

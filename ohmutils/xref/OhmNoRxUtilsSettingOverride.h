@@ -14,6 +14,7 @@
 // while nothing writes.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <string>
 
@@ -45,8 +46,15 @@ class OHMUTILS_EXPORT OhmNoRxUtilsSettingOverride {
   // True and the value in `value` when the option is set (an empty value
   // included); false with `value` exactly as the caller left it otherwise.
   bool getSettingValue(OhmCfgSetting::WD_M_ATTRIB option, std::u16string& value) const;
+  // The value of the option in place, or null when it isn't set. Valid until
+  // the set next changes.
+  const std::u16string* findSettingValue(OhmCfgSetting::WD_M_ATTRIB option) const;
+  // Grows at every call that may change the effective settings, so that a
+  // reader that keeps what it worked out from them can tell when to read again.
+  std::uint64_t changeCount() const noexcept { return mChangeCount; }
 
  private:
   SettingMap mSettingMap;      // effective settings: base with the last overrides on top
   SettingMap mBaseSettingMap;  // the settings as the caller gave them
+  std::uint64_t mChangeCount = 0;
 };

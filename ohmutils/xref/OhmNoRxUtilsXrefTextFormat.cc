@@ -1,193 +1,240 @@
 #include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 
+#include <array>
+#include <cstdint>
 #include <cstring>
-#include <functional>
 #include <optional>
+#include <utility>
 
+#include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat_internal.h"
 #include "ohmutils/xref/ReplaceStringInString.h"
-
-const std::u16string OhmNoRxUtilsXrefTextFormat::mMTextUnderlineFormat = u"%%u";
 
 namespace {
 
-using RefData = OhmNoRxUtilsXrefTextFormat::RefData;
+using namespace ohm_internal;
 
-// Token of each property index; %G (3) and %F (4) are never substituted.
-constexpr const char16_t* kPropAliases[] = {u"%S", u"%N", u"%D", u"%G", u"%F", u"%A", u"%B", u"%P", u"%I", u"%L"};
+// The tokens in the order they are substituted, as the values are.
+constexpr const char16_t* kTokensInOrder[kXrefTokenCount] = {u"%S", u"%N", u"%A", u"%B", u"%I", u"%L", u"%P", u"%D"};
 
-// Property indices of the alias table, in the order they are substituted.
-constexpr std::int32_t kSubstitutionOrder[] = {0, 1, 5, 6, 8, 9, 7, 2};
+// The host's text code that switches underlining on and off.
+constexpr std::u16string_view kUnderlineCode = u"%%u";
 
-// A unit with A-Z folded to a-z.
-constexpr char16_t foldCase(char16_t unit) noexcept {
-  return static_cast<char16_t>(unit + (static_cast<char16_t>(unit - u'A') < 26u ? 0x20 : 0));
-}
+// Path comparison, a block of units at a time: the units of a block are the
+// lanes of a vector, and the compiler maps the lane-wise operations to the
+// machine's vector instructions. The last block may overlap the one before
+// it. The paths of two drawings usually differ in their last units, the name
+// and extension, so the last block is tested on its own first; paths that are
+// equal but for case, the common case, then compare all other blocks before
+// the one test of the result.
+using Lanes8 = std::uint16_t __attribute__((vector_size(16)));
+using Lanes16 = std::uint16_t __attribute__((vector_size(32)));
 
-// Eight units as the lanes of a vector; the compiler maps the lane-wise
-// operations below to the machine's vector instructions.
-using Lanes = std::uint16_t __attribute__((vector_size(16)));
+template <class Lanes>
+struct PathBlocks {
+  static constexpr std::size_t kUnits = sizeof(Lanes) / sizeof(char16_t);
 
-// The lanes where eight units at `x` and `y` are not equal after a-z -> A-Z
-// (non-zero there): lanes may differ only in bit 0x20, and where they do, the
-// unit with it set must be a-z.
-Lanes unequalLanesNoCase(const char16_t* x, const char16_t* y) noexcept {
-  Lanes a, b;
-  std::memcpy(&a, x, sizeof a);
-  std::memcpy(&b, y, sizeof b);
-  const Lanes differ = a ^ b;
-  const Lanes lowerA = Lanes{} + std::uint16_t{u'a'};
-  const Lanes alphabet = Lanes{} + std::uint16_t{26};
-  const Lanes letter = reinterpret_cast<Lanes>((a | std::uint16_t{0x20}) - lowerA < alphabet);  // all ones where a-z
-  return (differ & ~0x20) | (differ & ~letter);
-}
+  // Vectors pass by reference only: by value, a 32-byte one would take a
+  // different calling convention in code built for AVX and in code built without.
 
-// Whether two paths are equal after a-z -> A-Z, eight units at a time; the
-// last block may overlap the one before it. Paths that are equal but for
-// case are the common case, so the blocks are all compared before the one
-// test of the result.
-bool samePathNoCase(const std::u16string& a, const std::u16string& b) noexcept {
-  const std::size_t size = a.size();
-  if (size != b.size()) return false;
-  const char16_t* x = a.data();
-  const char16_t* y = b.data();
-  constexpr std::size_t kBlock = sizeof(Lanes) / sizeof(char16_t);
-  if (size < kBlock) {
-    for (std::size_t i = 0; i < size; ++i)
-      if (foldCase(x[i]) != foldCase(y[i])) return false;
-    return true;
+  // `unequal` gets the lanes where the blocks at `x` and `y` are not equal
+  // after a-z -> A-Z (non-zero there). Two units are equal so when they agree
+  // in every bit but 0x20, and in that one too unless the unit at `x` is a letter.
+  [[gnu::always_inline]] static void unequalLanes(const char16_t* x, const char16_t* y, Lanes& unequal) noexcept {
+    Lanes a, b;
+    std::memcpy(&a, x, sizeof a);
+    std::memcpy(&b, y, sizeof b);
+    const Lanes caseBit = Lanes{} + std::uint16_t{0x20};
+    const Lanes lowerA = Lanes{} + std::uint16_t{u'a'};
+    const Lanes alphabet = Lanes{} + std::uint16_t{26};
+    const Lanes letter = reinterpret_cast<Lanes>((a | caseBit) - lowerA < alphabet);  // all ones where a-z or A-Z
+    unequal = (a ^ b) & ~(letter & caseBit);
   }
-  Lanes unequal = unequalLanesNoCase(x + size - kBlock, y + size - kBlock);
-  for (std::size_t i = 0; i + kBlock < size; i += kBlock) unequal |= unequalLanesNoCase(x + i, y + i);
-  std::uint64_t halves[2];
-  std::memcpy(halves, &unequal, sizeof halves);
-  return (halves[0] | halves[1]) == 0;
-}
 
-// The field that the property index stands for; null for %G and %F.
-const std::u16string* fieldForIndex(std::int32_t index, const RefData& data) {
-  switch (index) {
-    case 0:
-      return &data.mSheet;
-    case 1:
-      return &data.mRef;
-    case 2:
-      return &data.mSheetDwgName;
-    case 5:
-      return &data.mValueA;
-    case 6:
-      return &data.mValueB;
-    case 7:
-      return &data.mIecProject;
-    case 8:
-      return &data.mIecInst;
-    case 9:
-      return &data.mIecLoc;
-    default:
-      return nullptr;
+  [[gnu::always_inline]] static bool anyLane(const Lanes& lanes) noexcept {
+    std::uint64_t words[sizeof(Lanes) / sizeof(std::uint64_t)];
+    std::memcpy(words, &lanes, sizeof words);
+    std::uint64_t any = 0;
+    for (const std::uint64_t word : words) any |= word;
+    return any != 0;
   }
-}
 
-// The field that "%<letter>" is substituted with; null when it is no substituted token.
-const std::u16string* fieldForLetter(char16_t letter, const RefData& data) {
-  switch (letter) {
-    case u'S':
-      return &data.mSheet;
-    case u'N':
-      return &data.mRef;
-    case u'A':
-      return &data.mValueA;
-    case u'B':
-      return &data.mValueB;
-    case u'I':
-      return &data.mIecInst;
-    case u'L':
-      return &data.mIecLoc;
-    case u'P':
-      return &data.mIecProject;
-    case u'D':
-      return &data.mSheetDwgName;
-    default:
-      return nullptr;
+  // REQUIRES: size >= kUnits.
+  [[gnu::always_inline]] static bool same(const char16_t* x, const char16_t* y, std::size_t size) noexcept {
+    Lanes last, block, unequal{};
+    unequalLanes(x + size - kUnits, y + size - kUnits, last);
+    if (anyLane(last)) return false;
+    for (std::size_t i = 0; i + kUnits < size; i += kUnits) {
+      unequalLanes(x + i, y + i, block);
+      unequal |= block;
+    }
+    return !anyLane(unequal);
   }
+};
+
+bool sameShortPath(const char16_t* x, const char16_t* y, std::size_t size) noexcept {
+  auto fold = [](char16_t unit) {
+    return static_cast<char16_t>(unit - (static_cast<char16_t>(unit - u'a') < 26u ? 0x20 : 0));
+  };
+  for (std::size_t i = 0; i < size; ++i)
+    if (fold(x[i]) != fold(y[i])) return false;
+  return true;
 }
 
-bool isWithin(const void* p, const void* begin, const void* end) {
-  return !std::less<const void*>()(p, begin) && std::less<const void*>()(p, end);
+bool sameLongPath(const char16_t* x, const char16_t* y, std::size_t size) noexcept {
+  return PathBlocks<Lanes8>::same(x, y, size);
 }
 
-// Position of the next '%' at or after `from` that has a unit behind it, or npos.
-std::size_t nextPercentPair(const std::u16string& format, std::size_t from) {
-  for (std::size_t i = from; i + 1 < format.size(); ++i)
-    if (format[i] == u'%') return i;
-  return std::u16string::npos;
+#if defined(__x86_64__)
+// Sixteen units a time where the processor has AVX2, which every x86-64
+// processor of the last decade has; the choice is made once, at load.
+[[gnu::target("avx2")]] bool sameLongPathAvx2(const char16_t* x, const char16_t* y, std::size_t size) noexcept {
+  if (size < 16) return PathBlocks<Lanes8>::same(x, y, size);
+  return PathBlocks<Lanes16>::same(x, y, size);
 }
 
-// One pass over the format gives the text of the ordered replacements only
-// when the tokens cannot interact: then no step can make or eat a token of a
-// later step. A token can only be formed across a substitution by a '%' next
-// to inserted text, which needs "%%" in the format or a '%' in an inserted
-// value. Gives the length of the text, or nothing when either is present.
-std::optional<std::size_t> independentTextLength(const std::u16string& format, const RefData& data) {
+using SamePath = bool (*)(const char16_t*, const char16_t*, std::size_t) noexcept;
+const SamePath kSameLongPath = [] {
+  __builtin_cpu_init();
+  return __builtin_cpu_supports("avx2") ? &sameLongPathAvx2 : &sameLongPath;
+}();
+#else
+constexpr auto kSameLongPath = &sameLongPath;
+#endif
+
+// Values that hold a '%', or a "%%" in the format, can make or eat a token of
+// a later step; only then does the order of the steps show in the text.
+bool holdsPercent(const std::u16string& text) noexcept {
+  for (const char16_t unit : text)
+    if (unit == u'%') return true;
+  return false;
+}
+
+// The token of each letter A-Z; -1 for the letters that name no substituted token.
+constexpr std::array<std::int8_t, 26> kTokenOfLetter = [] {
+  std::array<std::int8_t, 26> tokens{};
+  tokens.fill(-1);
+  const std::pair<char16_t, XrefToken> letters[] = {{u'S', kSheet},      {u'N', kRef},         {u'A', kValueA},
+                                                    {u'B', kValueB},     {u'I', kIecInst},     {u'L', kIecLoc},
+                                                    {u'P', kIecProject}, {u'D', kSheetDwgName}};
+  for (const auto& [letter, token] : letters) tokens[letter - u'A'] = static_cast<std::int8_t>(token);
+  return tokens;
+}();
+
+// The value that "%<letter>" is substituted with; null when it is no substituted token.
+const std::u16string* valueOfLetter(char16_t letter, const XrefTextValues& values) noexcept {
+  const unsigned index = static_cast<unsigned>(letter) - u'A';
+  if (index >= kTokenOfLetter.size() || kTokenOfLetter[index] < 0) return nullptr;
+  return values[static_cast<std::size_t>(kTokenOfLetter[index])];
+}
+
+// The length of the text when one pass over the format gives the text of the
+// ordered replacements, that is when the tokens cannot interact; nothing otherwise.
+std::optional<std::size_t> independentTextLength(const std::u16string& format, const XrefTextValues& values) noexcept {
   std::size_t length = format.size();
-  for (std::size_t i = nextPercentPair(format, 0); i != std::u16string::npos; i = nextPercentPair(format, i + 2)) {
+  for (std::size_t i = 0; i + 1 < format.size(); ++i) {
+    if (format[i] != u'%') continue;
     if (format[i + 1] == u'%') return std::nullopt;
-    const std::u16string* field = fieldForLetter(format[i + 1], data);
-    if (!field) continue;
-    if (field->find(u'%') != std::u16string::npos) return std::nullopt;
-    length += field->size() - 2;
+    const std::u16string* value = valueOfLetter(format[++i], values);
+    if (!value) continue;
+    if (holdsPercent(*value)) return std::nullopt;
+    length += value->size() - 2;
   }
   return length;
 }
 
-// Appends the format with every token replaced by its field, in one pass.
-void appendSubstituted(const std::u16string& format, const RefData& data, std::u16string& out) {
-  std::size_t done = 0;
-  for (std::size_t i = nextPercentPair(format, 0); i != std::u16string::npos; i = nextPercentPair(format, i + 2)) {
-    const std::u16string* field = fieldForLetter(format[i + 1], data);
-    if (!field) continue;
-    out.append(format, done, i - done).append(*field);
-    done = i + 2;
+// Copies `count` units; the short runs of a reference text go without a call.
+char16_t* put(char16_t* to, const char16_t* from, std::size_t count) noexcept {
+  if (count > 8) {
+    std::memcpy(to, from, count * sizeof(char16_t));
+  } else if (count >= 4) {  // two blocks of four, overlapping unless count is 8
+    std::uint64_t head, tail;
+    std::memcpy(&head, from, sizeof head);
+    std::memcpy(&tail, from + count - 4, sizeof tail);
+    std::memcpy(to, &head, sizeof head);
+    std::memcpy(to + count - 4, &tail, sizeof tail);
+  } else if (count > 0) {
+    to[0] = from[0];
+    to[count / 2] = from[count / 2];
+    to[count - 1] = from[count - 1];
   }
-  out.append(format, done);
+  return to + count;
+}
+
+char16_t* put(char16_t* to, const std::u16string& text) noexcept { return put(to, text.data(), text.size()); }
+
+// Writes the format with every token replaced by its value, in one pass.
+char16_t* putSubstituted(char16_t* to, const std::u16string& format, const XrefTextValues& values) noexcept {
+  const char16_t* const units = format.data();
+  std::size_t done = 0;
+  for (std::size_t i = 0; i + 1 < format.size(); ++i) {
+    if (units[i] != u'%') continue;
+    const std::u16string* value = valueOfLetter(units[i + 1], values);
+    if (!value) continue;
+    to = put(put(to, units + done, i - done), *value);
+    done = ++i + 1;
+  }
+  return put(to, units + done, format.size() - done);
+}
+
+// The literal series of whole-text replacements in the order above.
+void substituteInOrder(const std::u16string& format, const XrefTextValues& values, std::u16string& output) {
+  CString working(format);
+  for (std::size_t step = 0; step < kXrefTokenCount; ++step)
+    ReplaceStringInString(working, kTokensInOrder[step], values[step]->c_str());
+  output = working.str();
+}
+
+bool isOneOf(const std::u16string& output, const std::u16string& format, const XrefTextValues& values) noexcept {
+  if (&output == &format) return true;
+  for (const std::u16string* value : values)
+    if (&output == value) return true;
+  return false;
 }
 
 }  // namespace
 
+namespace ohm_internal {
+
+bool sameDrawingPath(const std::u16string& a, const std::u16string& b) noexcept {
+  const std::size_t size = a.size();
+  if (size != b.size()) return false;
+  if (size < 8) return sameShortPath(a.data(), b.data(), size);
+  return kSameLongPath(a.data(), b.data(), size);
+}
+
+void formatXrefText(const std::u16string& format, bool underline, const XrefTextValues& values,
+                    std::u16string& output) {
+  // The one-pass writer fills the output in place, so it must not read from it.
+  if (isOneOf(output, format, values)) {
+    std::u16string text;
+    formatXrefText(format, underline, values, text);
+    output = std::move(text);
+    return;
+  }
+  const std::optional<std::size_t> length = independentTextLength(format, values);
+  if (!length) {
+    substituteInOrder(format, values, output);
+    if (underline) output.insert(0, kUnderlineCode).append(kUnderlineCode);
+    return;
+  }
+  // The only allocation, if any; should it fail, the output is still intact.
+  output.resize(*length + (underline ? 2 * kUnderlineCode.size() : 0));
+  char16_t* to = output.data();
+  if (underline) to = put(to, kUnderlineCode.data(), kUnderlineCode.size());
+  to = putSubstituted(to, format, values);
+  if (underline) put(to, kUnderlineCode.data(), kUnderlineCode.size());
+}
+
+}  // namespace ohm_internal
+
 bool OhmNoRxUtilsXrefTextFormat::getXrefText(const Option& option, const std::u16string& hostDwgPath,
                                              const RefData& data, std::u16string& output) {
   const std::u16string& format =
-      samePathNoCase(hostDwgPath, data.mDwgPath) ? option.mXrefFormat : option.mXrefAltFormat;
-  // The one-pass writer fills the output in place, so it must not read from it.
-  const bool outputIsInput = &output == &format || isWithin(&output, &data, &data + 1);
-  const std::optional<std::size_t> length = outputIsInput ? std::nullopt : independentTextLength(format, data);
-  if (!length) {
-    substituteInOrder(format, data, output);
-    if (option.mUnderline) applyMTextUnderline(output);
-    return true;
-  }
-  const std::u16string& code = mMTextUnderlineFormat;
-  // The only allocation, if any; should it fail, the output is still intact.
-  output.reserve(*length + (option.mUnderline ? 2 * code.size() : 0));
-  output.clear();
-  if (option.mUnderline) output += code;
-  appendSubstituted(format, data, output);
-  if (option.mUnderline) output += code;
+      ohm_internal::sameDrawingPath(hostDwgPath, data.mDwgPath) ? option.mXrefFormat : option.mXrefAltFormat;
+  const ohm_internal::XrefTextValues values{&data.mSheet,   &data.mRef,    &data.mValueA,     &data.mValueB,
+                                            &data.mIecInst, &data.mIecLoc, &data.mIecProject, &data.mSheetDwgName};
+  ohm_internal::formatXrefText(format, option.mUnderline, values, output);
   return true;
-}
-
-void OhmNoRxUtilsXrefTextFormat::substituteInOrder(const std::u16string& format, const RefData& data,
-                                                   std::u16string& output) {
-  CString working(format);
-  for (const std::int32_t index : kSubstitutionOrder) {
-    // Every index of the order has a field.
-    if (const std::u16string* field = fieldForIndex(index, data))
-      ReplaceStringInString(working, kPropAliases[index], field->c_str());
-  }
-  output = working.str();
-}
-
-void OhmNoRxUtilsXrefTextFormat::applyMTextUnderline(std::u16string& text) {
-  text = mMTextUnderlineFormat + text + mMTextUnderlineFormat;
 }
 
 bool ReplaceStringInString(CString& text, LPCWSTR find, LPCWSTR replacement) {

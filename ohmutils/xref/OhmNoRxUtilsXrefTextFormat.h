@@ -50,12 +50,4 @@ class OHMUTILS_EXPORT OhmNoRxUtilsXrefTextFormat {
   // the output keeps its earlier content.
   static bool getXrefText(const Option& option, const std::u16string& hostDwgPath, const RefData& data,
                           std::u16string& output);
-
- private:
-  // text becomes "%%u" + text + "%%u", whatever it holds.
-  static void applyMTextUnderline(std::u16string& text);
-  // The literal series of whole-text replacements in the order above.
-  static void substituteInOrder(const std::u16string& format, const RefData& data, std::u16string& output);
-
-  static const std::u16string mMTextUnderlineFormat;  // "%%u"
 };

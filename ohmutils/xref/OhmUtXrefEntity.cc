@@ -3,8 +3,8 @@
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "ohmutils/xref/OhmDsOccurrence_internal.h"
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
-#include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
-#include "win/CrtChar.h"
+#include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat_internal.h"
+#include "ohmutils/xref/OhmUtXrefEntity_internal.h"
 
 const std::u16string OhmUtXrefEntity::mContactRelayCoilNO = u"NO";
 const std::u16string OhmUtXrefEntity::mContactRelayCoilNC = u"NC";
@@ -38,50 +38,47 @@ OhmUtXrefEntity::Style OhmUtXrefEntity::getXrefEntityStyle(const std::u16string&
 
 namespace {
 
-// Whether `text` is `upper` after a-z -> A-Z, without making the upper-case copy.
-bool equalsAfterUpper(const std::u16string& text, const std::u16string& upper) {
-  if (text.size() != upper.size()) return false;
-  for (std::size_t i = 0; i < text.size(); ++i)
-    if (CrtToUpper(text[i]) != upper[i]) return false;
-  return true;
+// The values of the format tokens in the occurrence's maps, each map read in
+// one pass; they point into the occurrence.
+ohm_internal::XrefTextValues xrefTextValuesOf(const OhmDsComponentOcc& occurrence) {
+  using namespace ohm_internal;
+  const auto sheet = lookupProperties(occurrence.mSheetProperties, keys::kSheet, keys::kIecInst, keys::kIecLoc,
+                                      keys::kIecProj, keys::kSheetDwgName);
+  XrefTextValues values;
+  values[kSheet] = sheet[0];
+  values[kRef] = &lookupProperty(occurrence.mProperties, OhmDsKeys::REF);
+  values[kValueA] = &occurrence.mXrefValueA;
+  values[kValueB] = &occurrence.mXrefValueB;
+  values[kIecInst] = sheet[1];
+  values[kIecLoc] = sheet[2];
+  values[kIecProject] = sheet[3];
+  values[kSheetDwgName] = sheet[4];
+  return values;
 }
 
 }  // namespace
 
 bool OhmUtXrefEntity::isValidContactForRelayCoilNO(const std::u16string& contact) {
-  return equalsAfterUpper(contact, mContactRelayCoilNO);
+  return ohm_internal::contactTextOf(contact) == ohm_internal::ContactText::NO;
 }
 
 bool OhmUtXrefEntity::isValidContactForRelayCoilNC(const std::u16string& contact) {
-  return equalsAfterUpper(contact, mContactRelayCoilNC);
+  return ohm_internal::contactTextOf(contact) == ohm_internal::ContactText::NC;
 }
 
 bool OhmUtXrefEntity::isValidContactForRelayCoilFormC(const std::u16string& contact) {
-  return equalsAfterUpper(contact, mContactRelayCoilNCNO) || equalsAfterUpper(contact, mContactRelayCoilNONC);
+  return ohm_internal::contactTextOf(contact) == ohm_internal::ContactText::FormC;
 }
 
 bool OhmUtXrefEntity::generateXrefText(const OhmDsComponentOcc& occurrence, std::u16string& text,
                                        bool underline) const {
-  using ohm_internal::lookupProperty;
-  OhmNoRxUtilsXrefTextFormat::Option& option = mScratchOption;
+  const bool sameDrawing = ohm_internal::sameDrawingPath(mHostDwgPath, occurrence.mOccID.mDwgPath);
   // An option that isn't set gives an empty format.
-  option.mXrefFormat.clear();
-  option.mXrefAltFormat.clear();
-  mSettingOverride.getSettingValue(OhmCfgSetting::WD_XREF_FORMAT, option.mXrefFormat);
-  mSettingOverride.getSettingValue(OhmCfgSetting::WD_XREF_ALTFORMAT, option.mXrefAltFormat);
-  option.mUnderline = underline;
-  const OhmDsOccurrence::PropertyMap& sheet = occurrence.mSheetProperties;
-  OhmNoRxUtilsXrefTextFormat::RefData& data = mScratchRefData;
-  data.mDwgPath = occurrence.mOccID.mDwgPath;
-  data.mSheet = lookupProperty(sheet, OhmDsKeys::SHEET);
-  data.mRef = lookupProperty(occurrence.mProperties, OhmDsKeys::REF);
-  data.mIecInst = lookupProperty(sheet, OhmDsKeys::IEC_INST);
-  data.mIecLoc = lookupProperty(sheet, OhmDsKeys::IEC_LOC);
-  data.mIecProject = lookupProperty(sheet, OhmDsKeys::IEC_PROJ);
-  data.mValueA = occurrence.mXrefValueA;
-  data.mValueB = occurrence.mXrefValueB;
-  data.mSheetDwgName = lookupProperty(sheet, OhmDsKeys::SHEETDWGNAME);
-  return OhmNoRxUtilsXrefTextFormat::getXrefText(option, mHostDwgPath, data, text);
+  const std::u16string* format =
+      mSettingOverride.findSettingValue(sameDrawing ? OhmCfgSetting::WD_XREF_FORMAT : OhmCfgSetting::WD_XREF_ALTFORMAT);
+  ohm_internal::formatXrefText(format ? *format : ohm_internal::emptyProperty(), underline,
+                               xrefTextValuesOf(occurrence), text);
+  return true;
 }
 
 void OhmUtXrefEntity::init() { mInitialized = true; }

@@ -87,10 +87,4 @@ class OHMUTILS_EXPORT OhmUtXrefEntity {
   OhmNoRxUtilsSettingOverride& mSettingOverride;
   std::u16string mHostDwgPath;
   bool mInitialized = false;
-
- private:
-  // Working space of generateXrefText, refilled from scratch at every call so
-  // that its buffers are reused; nothing in it outlives a call. Not copied.
-  mutable OhmNoRxUtilsXrefTextFormat::Option mScratchOption;
-  mutable OhmNoRxUtilsXrefTextFormat::RefData mScratchRefData;
 };

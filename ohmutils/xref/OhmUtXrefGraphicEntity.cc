@@ -1,11 +1,15 @@
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "mfc/CString.h"
 #include "ohmutils/util/OhmUtilsStringSplit.h"
 #include "ohmutils/util/OhmUtilsStringSplit_internal.h"
+#include "ohmutils/xref/OhmDsOccurrence_internal.h"
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
+#include "ohmutils/xref/OhmUtXrefEntity_internal.h"
+#include "win/CrtChar.h"
 
 const std::u16string OhmUtXrefGraphicEntity::mStyle1SymbolTextForNO = u"-o-";
 const std::u16string OhmUtXrefGraphicEntity::mStyle1SymbolTextForNC = u"-x-";
@@ -107,41 +111,61 @@ bool OhmUtXrefGraphicEntity::isPartialFormC_NOContact(TermMap& termMap) const { 
 bool OhmUtXrefGraphicEntity::isPartialFormC_NCContact(TermMap& termMap) const { return isPartialFormCSide(termMap, 2); }
 
 OhmUtXrefGraphicEntity::ContactKind OhmUtXrefGraphicEntity::contactKindOf(const std::u16string& contact) {
-  if (contact.empty()) return ContactKind::Empty;
-  if (isValidContactForRelayCoilNO(contact)) return ContactKind::NO;
-  if (isValidContactForRelayCoilNC(contact)) return ContactKind::NC;
-  if (isValidContactForRelayCoilFormC(contact)) return ContactKind::FormC;
+  using ohm_internal::ContactText;
+  switch (ohm_internal::contactTextOf(contact)) {
+    case ContactText::Empty:
+      return ContactKind::Empty;
+    case ContactText::NO:
+      return ContactKind::NO;
+    case ContactText::NC:
+      return ContactKind::NC;
+    case ContactText::FormC:
+      return ContactKind::FormC;
+    case ContactText::Other:
+      break;
+  }
   return ContactKind::Other;
 }
 
-OhmUtXrefGraphicEntity::TermList OhmUtXrefGraphicEntity::termListOf(const OhmDsComponentOcc& occurrence) {
-  TermList terms;
-  terms.reserve(occurrence.mPins.size());
+namespace {
+
+// A TERMCODE's number. Up to nine digits and nothing else, the usual case,
+// need no sign, no blank and no range check; all else goes the standard way.
+std::int32_t termNumberOf(const std::u16string& code) {
+  if (code.empty() || code.size() > 9) return ohm_internal::stoiDecimal(code);
+  std::int32_t number = 0;
+  for (const char16_t unit : code) {
+    if (unit < u'0' || unit > u'9') return ohm_internal::stoiDecimal(code);
+    number = number * 10 + (unit - u'0');
+  }
+  return number;
+}
+
+}  // namespace
+
+void OhmUtXrefGraphicEntity::readTerms(const OhmDsComponentOcc& occurrence, TermList& terms) {
+  using namespace ohm_internal;
+  terms.clear();
   for (const OhmDsComponentPinOcc& pin : occurrence.mPins) {
-    const std::int32_t number = ohm_internal::stoiDecimal(pin.getProperty(OhmDsKeys::TERMCODE));
+    const auto values = lookupProperties(pin.mProperties, keys::kTermCode, keys::kTerm);
+    const std::int32_t number = termNumberOf(*values[0]);
     if (number < 1) continue;
-    const std::u16string* term = &pin.getProperty(OhmDsKeys::TERM);
-    const auto at = std::lower_bound(terms.begin(), terms.end(), number,
-                                     [](const auto& entry, std::int32_t n) { return entry.first < n; });
+    // Pins come mostly in ascending order, so the search starts at the end.
+    auto at = terms.end();
+    while (at != terms.begin() && std::prev(at)->first >= number) --at;
     if (at != terms.end() && at->first == number) {
-      at->second = term;  // the later of two equal numbers wins
+      at->second = values[1];  // the later of two equal numbers wins
     } else {
-      terms.emplace(at, number, term);
+      terms.emplace(at, number, values[1]);
     }
   }
-  return terms;
 }
 
-const std::u16string* OhmUtXrefGraphicEntity::termOf(const TermList& terms, std::int32_t number) {
-  for (const auto& [n, term] : terms)
-    if (n == number) return term;
-  return nullptr;
-}
-
-OhmUtXrefGraphicEntity::Contact OhmUtXrefGraphicEntity::classifyContact(const OhmDsComponentOcc& occurrence) const {
-  Contact contact;
-  contact.kind = contactKindOf(occurrence.getProperty(OhmDsKeys::CONTACT));
-  contact.terms = termListOf(occurrence);
+const OhmUtXrefGraphicEntity::Contact& OhmUtXrefGraphicEntity::classify(const OhmDsComponentOcc& occurrence) {
+  Contact& contact = mContact;
+  contact.kind =
+      contactKindOf(*ohm_internal::lookupProperties(occurrence.mProperties, ohm_internal::keys::kContact)[0]);
+  readTerms(occurrence, contact.terms);
   const TermList& terms = contact.terms;
   contact.fullFormC = contact.kind == ContactKind::FormC && terms.size() == 3 && terms[0].first == 1 &&
                       terms[1].first == 2 && terms[2].first == 3;
@@ -155,84 +179,93 @@ OhmUtXrefGraphicEntity::Contact OhmUtXrefGraphicEntity::classifyContact(const Oh
 
 bool OhmUtXrefGraphicEntity::isFullFormCContact(const OhmDsComponentOcc& occurrence) {
   init();
-  return classifyContact(occurrence).fullFormC;
+  return classify(occurrence).fullFormC;
 }
 
 bool OhmUtXrefGraphicEntity::isPartialFormCContact(const OhmDsComponentOcc& occurrence) {
   init();
-  return classifyContact(occurrence).partialFormC;
+  return classify(occurrence).partialFormC;
 }
 
-std::u16string OhmUtXrefGraphicEntity::trimmedTerm(const TermList& terms, std::int32_t number) {
+std::u16string_view OhmUtXrefGraphicEntity::trimmedTerm(const TermList& terms, std::int32_t number) {
   const std::u16string* term = termOf(terms, number);
-  if (!term) return std::u16string();
-  // Printable ASCII at both ends is no white space: nothing to trim.
-  auto plain = [](char16_t unit) { return unit > u' ' && unit < 0x7F; };
-  if (term->empty() || (plain(term->front()) && plain(term->back()))) return *term;
-  return CString(*term).Trim().str();
+  if (!term) return {};
+  // As CString::Trim: white space off the end, then off the start.
+  std::u16string_view text = *term;
+  while (!text.empty() && CrtIsSpace(text.back())) text.remove_suffix(1);
+  while (!text.empty() && CrtIsSpace(text.front())) text.remove_prefix(1);
+  return text;
 }
 
 OhmUtXrefGraphicEntity::PinTriple OhmUtXrefGraphicEntity::identifyPartialFormCPins(
     const OhmDsComponentOcc& occurrence) const {
-  return identifyPartialFormCPins(termListOf(occurrence));
+  TermList terms;
+  readTerms(occurrence, terms);
+  const auto [common, no, nc] = partialFormCPins(terms);
+  return {std::u16string(common), std::u16string(no), std::u16string(nc)};
 }
 
-OhmUtXrefGraphicEntity::PinTriple OhmUtXrefGraphicEntity::identifyPartialFormCPins(const TermList& terms) const {
-  const std::u16string t1 = trimmedTerm(terms, 1);
-  const std::u16string t2 = trimmedTerm(terms, 2);
-  std::u16string common, no, nc;
+OhmUtXrefGraphicEntity::PartialPins OhmUtXrefGraphicEntity::partialFormCPins(const TermList& terms) const {
+  const std::u16string_view t1 = trimmedTerm(terms, 1);
+  const std::u16string_view t2 = trimmedTerm(terms, 2);
+  PartialPins pins;
   for (const auto& [c, n, x] : mFormCPins) {
     for (const std::int32_t key : {1, 2}) {
-      const std::u16string& value = key == 1 ? t1 : t2;
-      const std::u16string& other = key == 1 ? t2 : t1;
-      if (value != c) continue;
-      common = value;
-      no.clear();
-      nc.clear();
-      if (other == n) {
-        no = other;
+      const std::u16string_view value = key == 1 ? t1 : t2;
+      const std::u16string_view other = key == 1 ? t2 : t1;
+      if (!ohm_internal::sameUnits(value, c)) continue;
+      pins = {value, {}, {}};
+      if (ohm_internal::sameUnits(other, n)) {
+        pins.no = other;
         break;
       }
-      if (other == x) {
-        nc = other;
+      if (ohm_internal::sameUnits(other, x)) {
+        pins.nc = other;
         break;
       }
     }
   }
-  return {common, no, nc};
+  return pins;
 }
 
 OhmUtXrefGraphicEntity::GraphicalStyle OhmUtXrefGraphicEntity::getGraphicalStyle() const {
-  std::u16string graphic, family;
-  mSettingOverride.getSettingValue(OhmCfgSetting::WD_XREF_GRAPHIC, graphic);
-  mSettingOverride.getSettingValue(OhmCfgSetting::WD_XREF_GRAPHICSTYLE, family);
-  if (graphic == u"0") return family == u"1" ? GraphicalStyle2 : GraphicalStyle1;
-  if (graphic == u"1") return GraphicalContactMap;
-  if (graphic == u"2") return GraphicalNone;
+  const std::uint64_t changeCount = mSettingOverride.changeCount();
+  if (!mStyleSeen || mStyleSeen->first != changeCount) mStyleSeen.emplace(changeCount, readGraphicalStyle());
+  return mStyleSeen->second;
+}
+
+OhmUtXrefGraphicEntity::GraphicalStyle OhmUtXrefGraphicEntity::readGraphicalStyle() const {
+  using ohm_internal::sameUnits;
+  const std::u16string* graphic = mSettingOverride.findSettingValue(OhmCfgSetting::WD_XREF_GRAPHIC);
+  if (!graphic) return GraphicalStyle1;
+  if (sameUnits(*graphic, u"0")) {
+    const std::u16string* family = mSettingOverride.findSettingValue(OhmCfgSetting::WD_XREF_GRAPHICSTYLE);
+    return family && sameUnits(*family, u"1") ? GraphicalStyle2 : GraphicalStyle1;
+  }
+  if (sameUnits(*graphic, u"1")) return GraphicalContactMap;
+  if (sameUnits(*graphic, u"2")) return GraphicalNone;
   return GraphicalStyle1;
 }
 
 bool OhmUtXrefGraphicEntity::getContactName(const std::u16string& contact, std::u16string& name) const {
-  return getContactName(contactKindOf(contact), name);
+  const std::u16string* found = contactName(contactKindOf(contact));
+  name = found ? *found : std::u16string();
+  return found != nullptr;
 }
 
-bool OhmUtXrefGraphicEntity::getContactName(ContactKind kind, std::u16string& name) const {
-  name.clear();
-  if (mContactMap.size() < 3) return false;
+const std::u16string* OhmUtXrefGraphicEntity::contactName(ContactKind kind) const {
+  if (mContactMap.size() < 3) return nullptr;
   switch (kind) {
     case ContactKind::NO:
-      name = mContactMap[0];
-      return true;
+      return &mContactMap[0];
     case ContactKind::NC:
-      name = mContactMap[1];
-      return true;
+      return &mContactMap[1];
     case ContactKind::FormC:
-      name = mContactMap[2];
-      return true;
+      return &mContactMap[2];
     case ContactKind::Empty:
-      return true;
+      return &ohm_internal::emptyProperty();
     case ContactKind::Other:
-      return false;
+      return nullptr;
   }
-  return false;
+  return nullptr;
 }

@@ -6,14 +6,19 @@
 // exactly), partial Form C (an NO or NC CONTACT with terminals 1 and 2 that
 // are the common terminal and that side's terminal of a triple of the pin
 // list), and plain (everything else). The term map of an occurrence (terminal
-// number -> TERM text) is built once in each public call and never stored, so
-// a changed occurrence is always seen as it is now.
+// number -> TERM text) is built once in each public call, in working space
+// that the next call builds afresh, so a changed occurrence is always seen as
+// it is now.
 //
 // State: the contact map (option 68) and the pin list triples are taken at the
-// first public call (init) and fixed from then on; options 66 and 67 are read
-// at every use. A pin whose TERMCODE is no number makes every operation on its
+// first public call (init) and fixed from then on; options 66 and 67 take
+// effect at the next use: the style worked out from them is kept only until
+// the option set changes. A pin whose TERMCODE is no number makes every operation on its
 // occurrence throw std::invalid_argument("invalid stoi argument") or
 // std::out_of_range("stoi argument out of range"); nothing here catches them.
+//
+// Members marked hidden are working steps of the library's own, left out of
+// its exported interface so that calls to them bind within the library.
 //
 // Thread safety: one object, with its option set, by one thread at a time.
 // Operations on distinct objects with distinct option sets may run on several
@@ -22,7 +27,9 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <vector>
 
@@ -81,7 +88,7 @@ class OHMUTILS_EXPORT OhmUtXrefGraphicEntity : public OhmUtXrefEntity {
   // (common, no, nc) of a partial Form C contact; the last triple whose common
   // terminal is T1 or T2 decides.
   PinTriple identifyPartialFormCPins(const OhmDsComponentOcc& occurrence) const;
-  // From options 66 and 67, read now.
+  // From options 66 and 67 as they are now.
   GraphicalStyle getGraphicalStyle() const;
 
   bool getSymbolTextForContact(const OhmDsComponentOcc& occurrence, std::u16string& symbol);
@@ -114,36 +121,63 @@ class OHMUTILS_EXPORT OhmUtXrefGraphicEntity : public OhmUtXrefEntity {
     bool fullFormC = false;
     bool partialFormC = false;
   };
-  // Throws as getCompOccTermMap does.
-  Contact classifyContact(const OhmDsComponentOcc& occurrence) const;
-  // The symbol texts of the three contact classes, from a classified contact.
-  bool symbolOfPlainContact(const Contact& contact, GraphicalStyle style, std::u16string& symbol) const;
-  bool symbolsOfFullFormCContact(const Contact& contact, GraphicalStyle style, std::u16string& noSymbol,
-                                 std::u16string& ncSymbol) const;
-  bool symbolOfPartialFormCContact(const Contact& contact, GraphicalStyle style, std::u16string& symbol) const;
-  // (common, no, nc) from the untrimmed term map of a partial Form C contact.
-  PinTriple identifyPartialFormCPins(const TermList& terms) const;
-  // The terms of the occurrence's pins by the rules of getCompOccTermMap.
-  static TermList termListOf(const OhmDsComponentOcc& occurrence);
+  // The terminals of a partial Form C contact: (common, no, nc), viewing the
+  // occurrence's terms or empty.
+  struct PartialPins {
+    std::u16string_view common, no, nc;
+  };
+
+  // The occurrence classified into the entity's working space, which each
+  // public operation refills before it reads it: valid until the next call
+  // of classify. Throws as getCompOccTermMap does.
+  [[gnu::visibility("hidden")]] const Contact& classify(const OhmDsComponentOcc& occurrence);
+  // The symbol texts of the three contact classes in the style, from a
+  // classified contact; null where the contact or style gives none. They
+  // point at constants or into the contact map.
+  [[gnu::visibility("hidden")]] const std::u16string* plainSymbol(const Contact& contact, GraphicalStyle style) const;
+  // (NO side, NC side); both null when there is none.
+  [[gnu::visibility("hidden")]] std::pair<const std::u16string*, const std::u16string*> fullFormCSymbols(
+      const Contact& contact, GraphicalStyle style) const;
+  [[gnu::visibility("hidden")]] const std::u16string* partialFormCSymbol(const Contact& contact,
+                                                                         GraphicalStyle style) const;
+  // (common, no, nc) from the untrimmed terms of a partial Form C contact.
+  [[gnu::visibility("hidden")]] PartialPins partialFormCPins(const TermList& terms) const;
+  // Fills `terms` from the occurrence's pins by the rules of getCompOccTermMap.
+  [[gnu::visibility("hidden")]] static void readTerms(const OhmDsComponentOcc& occurrence, TermList& terms);
   // The terminal's text; null when the list lacks it.
-  static const std::u16string* termOf(const TermList& terms, std::int32_t number);
+  static const std::u16string* termOf(const TermList& terms, std::int32_t number) {
+    for (const auto& [n, term] : terms)
+      if (n == number) return term;
+    return nullptr;
+  }
   // The terminal's text trimmed; empty when the list lacks it.
-  static std::u16string trimmedTerm(const TermList& terms, std::int32_t number);
+  [[gnu::visibility("hidden")]] static std::u16string_view trimmedTerm(const TermList& terms, std::int32_t number);
+
+  // Working space for reference texts, refilled wherever it is used.
+  std::u16string mReference;
 
  private:
-  static ContactKind contactKindOf(const std::u16string& contact);
-  bool getContactName(ContactKind kind, std::u16string& name) const;
+  [[gnu::visibility("hidden")]] static ContactKind contactKindOf(const std::u16string& contact);
+  // The contact map's name for a kind; null as getContactName says false.
+  [[gnu::visibility("hidden")]] const std::u16string* contactName(ContactKind kind) const;
   // The contact map's name for a CONTACT value: [0] NO, [1] NC, [2] Form C,
   // empty for an empty value; false for any other value or a map of fewer
   // than three names.
   bool getContactName(const std::u16string& contact, std::u16string& name) const;
+  // Options 66 and 67 read afresh.
+  [[gnu::visibility("hidden")]] GraphicalStyle readGraphicalStyle() const;
   void updateContactMap();
   void updateFormCPins();
   // Whether T1/T2 are the common terminal and `side` (1 NO, 2 NC) of one triple.
   bool isPartialFormCSide(const TermMap& termMap, std::size_t side) const;
-  bool isPartialFormCSide(const std::u16string& t1, const std::u16string& t2, std::size_t side) const;
+  [[gnu::visibility("hidden")]] bool isPartialFormCSide(const std::u16string& t1, const std::u16string& t2,
+                                                        std::size_t side) const;
 
   std::u16string mPinList;
   std::vector<std::u16string> mContactMap;
   std::vector<PinTriple> mFormCPins;
+  Contact mContact;  // working space of classify
+  // The style at the option set's change count it was read at; read again
+  // once the set has changed.
+  mutable std::optional<std::pair<std::uint64_t, GraphicalStyle>> mStyleSeen;
 };

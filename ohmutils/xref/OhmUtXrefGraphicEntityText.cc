@@ -1,103 +1,113 @@
 // The texts of OhmUtXrefGraphicEntity: terminal texts, symbol and reference
 // joined end to end, one operation per contact class. Each public operation
 // classifies its occurrence once and works from that.
-#include "ohmutils/xref/OhmDsPropertyKeys.h"
+#include "ohmutils/xref/OhmDsOccurrence_internal.h"
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 
-bool OhmUtXrefGraphicEntity::symbolOfPlainContact(const Contact& contact, GraphicalStyle style,
-                                                  std::u16string& symbol) const {
-  symbol.clear();
-  if (contact.partialFormC || contact.fullFormC) return false;
-  if (style == GraphicalContactMap) return getContactName(contact.kind, symbol);
-  if (style == GraphicalNone) return true;
+namespace {
+
+const std::u16string* orEmpty(const std::u16string* symbol) { return symbol ? symbol : &ohm_internal::emptyProperty(); }
+
+// `text` becomes the pieces end to end, with one allocation at most.
+void join(std::u16string& text, std::initializer_list<std::u16string_view> pieces) {
+  std::size_t length = 0;
+  for (const std::u16string_view piece : pieces) length += piece.size();
+  text.clear();
+  text.reserve(length);
+  for (const std::u16string_view piece : pieces) text.append(piece);
+}
+
+}  // namespace
+
+const std::u16string* OhmUtXrefGraphicEntity::plainSymbol(const Contact& contact, GraphicalStyle style) const {
+  if (contact.partialFormC || contact.fullFormC) return nullptr;
+  if (style == GraphicalContactMap) return contactName(contact.kind);
+  if (style == GraphicalNone) return &ohm_internal::emptyProperty();
   const bool first = style == GraphicalStyle1;
   switch (contact.kind) {
     case ContactKind::NO:
-      symbol = first ? mStyle1SymbolTextForNO : mStyle2SymbolTextForNO;
-      return true;
+      return first ? &mStyle1SymbolTextForNO : &mStyle2SymbolTextForNO;
     case ContactKind::NC:
-      symbol = first ? mStyle1SymbolTextForNC : mStyle2SymbolTextForNC;
-      return true;
+      return first ? &mStyle1SymbolTextForNC : &mStyle2SymbolTextForNC;
     case ContactKind::Empty:
-      symbol = first ? mStyle1SymbolTextForNIL : mStyle2SymbolTextForNIL;
-      return true;
+      return first ? &mStyle1SymbolTextForNIL : &mStyle2SymbolTextForNIL;
     default:
-      return false;
+      return nullptr;
   }
 }
 
-bool OhmUtXrefGraphicEntity::symbolsOfFullFormCContact(const Contact& contact, GraphicalStyle style,
-                                                       std::u16string& noSymbol, std::u16string& ncSymbol) const {
-  noSymbol.clear();
-  ncSymbol.clear();
-  if (!contact.fullFormC) return false;
+std::pair<const std::u16string*, const std::u16string*> OhmUtXrefGraphicEntity::fullFormCSymbols(
+    const Contact& contact, GraphicalStyle style) const {
+  if (!contact.fullFormC) return {nullptr, nullptr};
   switch (style) {
     case GraphicalStyle1:
-      noSymbol = mStyle1SymbolTextForFORMC_NO;
-      ncSymbol = mStyle1SymbolTextForFORMC_NC;
-      return true;
+      return {&mStyle1SymbolTextForFORMC_NO, &mStyle1SymbolTextForFORMC_NC};
     case GraphicalStyle2:
-      noSymbol = mStyle2SymbolTextForFORMC_NO;
-      ncSymbol = mStyle2SymbolTextForFORMC_NC;
-      return true;
+      return {&mStyle2SymbolTextForFORMC_NO, &mStyle2SymbolTextForFORMC_NC};
     case GraphicalContactMap: {
-      const bool named = getContactName(contact.kind, noSymbol);
-      ncSymbol = noSymbol;
-      return named;
+      const std::u16string* name = contactName(contact.kind);
+      return {name, name};
     }
     case GraphicalNone:
-      return true;
+      break;
   }
-  return true;
+  return {&ohm_internal::emptyProperty(), &ohm_internal::emptyProperty()};
 }
 
-bool OhmUtXrefGraphicEntity::symbolOfPartialFormCContact(const Contact& contact, GraphicalStyle style,
-                                                         std::u16string& symbol) const {
-  symbol.clear();
-  if (!contact.partialFormC) return false;
+const std::u16string* OhmUtXrefGraphicEntity::partialFormCSymbol(const Contact& contact, GraphicalStyle style) const {
+  if (!contact.partialFormC) return nullptr;
   const bool noSide = contact.kind == ContactKind::NO;
   switch (style) {
     case GraphicalStyle1:
-      symbol = noSide ? mStyle1SymbolTextForFORMC_NO : mStyle1SymbolTextForFORMC_NC;
-      return true;
+      return noSide ? &mStyle1SymbolTextForFORMC_NO : &mStyle1SymbolTextForFORMC_NC;
     case GraphicalStyle2:
-      symbol = noSide ? mStyle2SymbolTextForFORMC_NO : mStyle2SymbolTextForFORMC_NC;
-      return true;
+      return noSide ? &mStyle2SymbolTextForFORMC_NO : &mStyle2SymbolTextForFORMC_NC;
     case GraphicalContactMap:
-      return getContactName(contact.kind, symbol);
+      return contactName(contact.kind);
     case GraphicalNone:
-      return true;
+      break;
   }
-  return true;
+  return &ohm_internal::emptyProperty();
 }
 
 bool OhmUtXrefGraphicEntity::getSymbolTextForContact(const OhmDsComponentOcc& occurrence, std::u16string& symbol) {
+  symbol.clear();
   init();
-  return symbolOfPlainContact(classifyContact(occurrence), getGraphicalStyle(), symbol);
+  const std::u16string* found = plainSymbol(classify(occurrence), getGraphicalStyle());
+  symbol = *orEmpty(found);
+  return found != nullptr;
 }
 
 bool OhmUtXrefGraphicEntity::getSymbolTextForFullFormCContact(const OhmDsComponentOcc& occurrence,
                                                               std::u16string& noSymbol, std::u16string& ncSymbol) {
+  noSymbol.clear();
+  ncSymbol.clear();
   init();
-  return symbolsOfFullFormCContact(classifyContact(occurrence), getGraphicalStyle(), noSymbol, ncSymbol);
+  const auto [no, nc] = fullFormCSymbols(classify(occurrence), getGraphicalStyle());
+  noSymbol = *orEmpty(no);
+  ncSymbol = *orEmpty(nc);
+  return no != nullptr;
 }
 
 bool OhmUtXrefGraphicEntity::getSymbolTextForPartialFormCContact(const OhmDsComponentOcc& occurrence,
                                                                  std::u16string& symbol) {
+  symbol.clear();
   init();
-  return symbolOfPartialFormCContact(classifyContact(occurrence), getGraphicalStyle(), symbol);
+  const std::u16string* found = partialFormCSymbol(classify(occurrence), getGraphicalStyle());
+  symbol = *orEmpty(found);
+  return found != nullptr;
 }
 
 bool OhmUtXrefGraphicEntity::getUnformattedXrefText(const OhmDsComponentOcc& occurrence, std::u16string& text) {
   text.clear();
   init();
-  const Contact contact = classifyContact(occurrence);
+  const Contact& contact = classify(occurrence);
   if (contact.partialFormC || contact.fullFormC) return false;
   if (!termOf(contact.terms, 1) || !termOf(contact.terms, 2)) return false;
-  std::u16string symbol, reference;
-  if (!symbolOfPlainContact(contact, getGraphicalStyle(), symbol)) return false;
-  if (!generateXrefText(occurrence, reference, false)) return false;
-  text = trimmedTerm(contact.terms, 1) + symbol + trimmedTerm(contact.terms, 2) + reference;
+  const std::u16string* symbol = plainSymbol(contact, getGraphicalStyle());
+  if (!symbol) return false;
+  generateXrefText(occurrence, mReference, false);
+  join(text, {trimmedTerm(contact.terms, 1), *symbol, trimmedTerm(contact.terms, 2), mReference});
   return true;
 }
 
@@ -106,14 +116,14 @@ bool OhmUtXrefGraphicEntity::getUnformattedXrefTextForFullFormCContact(const Ohm
   noText.clear();
   ncText.clear();
   init();
-  const Contact contact = classifyContact(occurrence);
+  const Contact& contact = classify(occurrence);
   if (!contact.fullFormC) return false;
-  std::u16string reference, noSymbol, ncSymbol;
-  if (!generateXrefText(occurrence, reference, false)) return false;
-  if (!symbolsOfFullFormCContact(contact, getGraphicalStyle(), noSymbol, ncSymbol)) return false;
+  const auto [noSymbol, ncSymbol] = fullFormCSymbols(contact, getGraphicalStyle());
+  if (!noSymbol) return false;
+  generateXrefText(occurrence, mReference, false);
   const TermList& terms = contact.terms;
-  noText = trimmedTerm(terms, 2) + noSymbol + trimmedTerm(terms, 1) + reference;
-  ncText = trimmedTerm(terms, 3) + ncSymbol + reference;
+  join(noText, {trimmedTerm(terms, 2), *noSymbol, trimmedTerm(terms, 1), mReference});
+  join(ncText, {trimmedTerm(terms, 3), *ncSymbol, mReference});
   return true;
 }
 
@@ -121,12 +131,16 @@ bool OhmUtXrefGraphicEntity::getUnformattedXrefTextForPartialFormCContact(const 
                                                                           std::u16string& text) {
   text.clear();
   init();
-  const Contact contact = classifyContact(occurrence);
+  const Contact& contact = classify(occurrence);
   if (!contact.partialFormC) return false;
-  const auto [common, no, nc] = identifyPartialFormCPins(contact.terms);
-  std::u16string symbol, reference;
-  if (!symbolOfPartialFormCContact(contact, getGraphicalStyle(), symbol)) return false;
-  if (!generateXrefText(occurrence, reference, false)) return false;
-  text = contact.kind == ContactKind::NO ? no + symbol + common + reference : nc + symbol + reference;
+  const PartialPins pins = partialFormCPins(contact.terms);
+  const std::u16string* symbol = partialFormCSymbol(contact, getGraphicalStyle());
+  if (!symbol) return false;
+  generateXrefText(occurrence, mReference, false);
+  if (contact.kind == ContactKind::NO) {
+    join(text, {pins.no, *symbol, pins.common, mReference});
+  } else {
+    join(text, {pins.nc, *symbol, mReference});
+  }
   return true;
 }

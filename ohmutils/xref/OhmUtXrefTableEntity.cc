@@ -85,7 +85,11 @@ void OhmUtXrefTableEntity::getVisColumnIdMap(VisColumnIdMap& visColumnIdMap) con
   }
 }
 
-void OhmUtXrefTableEntity::updateVisColumnIdMap() { getVisColumnIdMap(mVisColumnIdMap); }
+void OhmUtXrefTableEntity::updateVisColumnIdMap() {
+  mVisibleColumns.clear();
+  getVisColumnIdMap(mVisColumnIdMap);
+  mVisibleColumns.assign(mVisColumnIdMap.begin(), mVisColumnIdMap.end());
+}
 
 std::int32_t OhmUtXrefTableEntity::getVisibleColumnIndex(ColumnId column) {
   init();
@@ -95,107 +99,129 @@ std::int32_t OhmUtXrefTableEntity::getVisibleColumnIndex(ColumnId column) {
 
 // --- cell values ----------------------------------------------------------------
 
-bool OhmUtXrefTableEntity::copyTermOf(const TermList& terms, std::int32_t number, std::u16string& value) {
-  const std::u16string* term = termOf(terms, number);
-  if (term) value = *term;
-  return term != nullptr;
+namespace {
+
+constexpr std::u16string_view kFilledCell = u" ";
+
+}  // namespace
+
+bool OhmUtXrefTableEntity::assignCell(const std::optional<std::u16string_view>& cell, std::u16string& value) {
+  value.assign(cell.value_or(std::u16string_view()));
+  return cell.has_value();
 }
 
 bool OhmUtXrefTableEntity::getTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column,
                                              std::u16string& value) {
+  value.clear();
   // Only the symbol depends on what initialisation reads (the pin list's triples).
   if (column == ColumnSymbol) init();
-  return cellValue(occurrence, classifyContact(occurrence), getGraphicalStyle(), column, value);
+  const Contact& contact = classify(occurrence);
+  const GraphicalStyle style = getGraphicalStyle();
+  const bool found = assignCell(cellView(occurrence, contact, style, column), value);
+  // The filled cell stands also where the contact map has no name.
+  if (!found && column == ColumnSymbol && style == GraphicalContactMap) value.assign(1, u' ');
+  return found;
 }
 
 bool OhmUtXrefTableEntity::getFullFormCTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column,
                                                       std::u16string& noValue, std::u16string& ncValue) {
+  noValue.clear();
+  ncValue.clear();
   init();
-  return fullFormCCellValues(classifyContact(occurrence), getGraphicalStyle(), column, noValue, ncValue);
+  const auto cells = fullFormCCellViews(classify(occurrence), getGraphicalStyle(), column);
+  if (!cells) return false;
+  noValue.assign(cells->first);
+  ncValue.assign(cells->second);
+  return true;
 }
 
 bool OhmUtXrefTableEntity::getPartialFormCTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column,
                                                          std::u16string& value) {
+  value.clear();
   init();
-  return partialFormCCellValue(classifyContact(occurrence), getGraphicalStyle(), column, value);
+  return assignCell(partialFormCCellView(classify(occurrence), getGraphicalStyle(), column), value);
 }
 
-bool OhmUtXrefTableEntity::cellValue(const OhmDsComponentOcc& occurrence, const Contact& contact, GraphicalStyle style,
-                                     ColumnId column, std::u16string& value) const {
-  value.clear();
-  auto copyTerm = [&contact](std::int32_t number, std::u16string& out) {
-    return copyTermOf(contact.terms, number, out);
+std::optional<std::u16string_view> OhmUtXrefTableEntity::cellView(const OhmDsComponentOcc& occurrence,
+                                                                  const Contact& contact, GraphicalStyle style,
+                                                                  ColumnId column) {
+  auto term = [&contact](std::int32_t number) -> std::optional<std::u16string_view> {
+    const std::u16string* found = termOf(contact.terms, number);
+    if (!found) return std::nullopt;
+    return *found;
   };
   switch (column) {
     case ColumnTerm1:
-      return copyTerm(1, value);
+      return term(1);
     case ColumnTerm2:
-      return copyTerm(2, value);
+      return term(2);
     case ColumnReference:
-      generateXrefText(occurrence, value, false);
-      return true;
+      generateXrefText(occurrence, mReference, false);
+      return mReference;
     case ColumnSymbol: {
-      const bool found = symbolOfPlainContact(contact, style, value);
-      // A contact-map cell is never empty, so that a table shows it was filled.
-      if (value.empty() && style == GraphicalContactMap) value.assign(1, u' ');
-      return found;
+      const std::u16string* symbol = plainSymbol(contact, style);
+      if (!symbol) return std::nullopt;
+      // A contact-map symbol cell is never empty, so that a table shows it was filled.
+      if (symbol->empty() && style == GraphicalContactMap) return kFilledCell;
+      return *symbol;
     }
     case ColumnSheet:
-      value = ohm_internal::lookupProperty(occurrence.mSheetProperties, OhmDsKeys::SHEET);
-      return true;
+      return ohm_internal::lookupProperty(occurrence.mSheetProperties, OhmDsKeys::SHEET);
     case ColumnSheetDwgName:
-      value = ohm_internal::lookupProperty(occurrence.mSheetProperties, OhmDsKeys::SHEETDWGNAME);
-      return true;
+      return ohm_internal::lookupProperty(occurrence.mSheetProperties, OhmDsKeys::SHEETDWGNAME);
     case ColumnDwgName: {
       ZdString name;
-      if (OhmUtilsGetFileNameWithoutExt(ZdString(occurrence.mOccID.mDwgPath), name)) value = name.str();
-      return true;
+      mCellText.clear();
+      if (OhmUtilsGetFileNameWithoutExt(ZdString(occurrence.mOccID.mDwgPath), name)) mCellText = name.str();
+      return mCellText;
     }
     case ColumnDwgPath:
-      value = occurrence.mOccID.mDwgPath;
-      return true;
+      return occurrence.mOccID.mDwgPath;
     default:
-      return false;
+      return std::nullopt;
   }
 }
 
-bool OhmUtXrefTableEntity::fullFormCCellValues(const Contact& contact, GraphicalStyle style, ColumnId column,
-                                               std::u16string& noValue, std::u16string& ncValue) const {
-  noValue.clear();
-  ncValue.clear();
-  if (!contact.fullFormC) return false;
-  auto copyTerm = [&contact](std::int32_t number, std::u16string& out) {
-    return copyTermOf(contact.terms, number, out);
-  };
+std::optional<std::pair<std::u16string_view, std::u16string_view>> OhmUtXrefTableEntity::fullFormCCellViews(
+    const Contact& contact, GraphicalStyle style, ColumnId column) const {
+  if (!contact.fullFormC) return std::nullopt;
+  // A full Form C contact has exactly the terminals 1, 2 and 3, in this order.
+  const std::u16string& t1 = *contact.terms[0].second;
+  const std::u16string& t2 = *contact.terms[1].second;
+  const std::u16string& t3 = *contact.terms[2].second;
   switch (column) {
     case ColumnTerm1:
-      return copyTerm(2, noValue) && copyTerm(3, ncValue);
+      return std::pair<std::u16string_view, std::u16string_view>{t2, t3};
     case ColumnTerm2:
-      return copyTerm(1, noValue) && copyTerm(1, ncValue);
-    case ColumnSymbol:
-      return symbolsOfFullFormCContact(contact, style, noValue, ncValue);
+      return std::pair<std::u16string_view, std::u16string_view>{t1, t1};
+    case ColumnSymbol: {
+      const auto [no, nc] = fullFormCSymbols(contact, style);
+      if (!no) return std::nullopt;
+      return std::pair{std::u16string_view(*no), std::u16string_view(*nc)};
+    }
     default:
-      return false;
+      return std::nullopt;
   }
 }
 
-bool OhmUtXrefTableEntity::partialFormCCellValue(const Contact& contact, GraphicalStyle style, ColumnId column,
-                                                 std::u16string& value) const {
-  value.clear();
-  if (!contact.partialFormC) return false;
+std::optional<std::u16string_view> OhmUtXrefTableEntity::partialFormCCellView(const Contact& contact,
+                                                                              GraphicalStyle style,
+                                                                              ColumnId column) const {
+  if (!contact.partialFormC) return std::nullopt;
   switch (column) {
     case ColumnTerm1: {
-      const auto [common, no, nc] = identifyPartialFormCPins(contact.terms);
-      value = contact.kind == ContactKind::NO ? no : nc;
-      return true;
+      const PartialPins pins = partialFormCPins(contact.terms);
+      return contact.kind == ContactKind::NO ? pins.no : pins.nc;
     }
     case ColumnTerm2:
-      value = std::get<0>(identifyPartialFormCPins(contact.terms));
-      return true;
-    case ColumnSymbol:
-      return symbolOfPartialFormCContact(contact, style, value);
+      return partialFormCPins(contact.terms).common;
+    case ColumnSymbol: {
+      const std::u16string* symbol = partialFormCSymbol(contact, style);
+      if (!symbol) return std::nullopt;
+      return *symbol;
+    }
     default:
-      return false;
+      return std::nullopt;
   }
 }
 
@@ -223,15 +249,18 @@ bool OhmUtXrefTableEntity::isColumnApplicableToRowCheck(ColumnId column, Graphic
 }
 
 bool OhmUtXrefTableEntity::isCellMatching(const OhmDsComponentOcc& occurrence, const Contact& contact,
-                                          GraphicalStyle style, ColumnId column, const std::u16string& cell,
-                                          std::u16string& scratch) const {
-  if (ohm_internal::isContactColumn(column) && contact.partialFormC)
-    return partialFormCCellValue(contact, style, column, scratch) && cell == scratch;
-  if (ohm_internal::isContactColumn(column) && contact.fullFormC) {
-    std::u16string ncValue;
-    return fullFormCCellValues(contact, style, column, scratch, ncValue) && (cell == scratch || cell == ncValue);
+                                          GraphicalStyle style, ColumnId column, const std::u16string& cell) {
+  using ohm_internal::sameUnits;
+  if (ohm_internal::isContactColumn(column) && contact.partialFormC) {
+    const std::optional<std::u16string_view> value = partialFormCCellView(contact, style, column);
+    return value && sameUnits(cell, *value);
   }
-  return cellValue(occurrence, contact, style, column, scratch) && cell == scratch;
+  if (ohm_internal::isContactColumn(column) && contact.fullFormC) {
+    const auto values = fullFormCCellViews(contact, style, column);
+    return values && (sameUnits(cell, values->first) || sameUnits(cell, values->second));
+  }
+  const std::optional<std::u16string_view> value = cellView(occurrence, contact, style, column);
+  return value && sameUnits(cell, *value);
 }
 
 bool OhmUtXrefTableEntity::isCompOccMatchingRow(const OhmDsComponentOcc& occurrence,
@@ -241,14 +270,12 @@ bool OhmUtXrefTableEntity::isCompOccMatchingRow(const OhmDsComponentOcc& occurre
   const GraphicalStyle style = getGraphicalStyle();
   // Classified only when a cell needs it, which leaves a row of a wrong shape
   // as cheap as before; a TERMCODE that is no number throws from here.
-  std::optional<Contact> contact;
-  std::u16string scratch;
-  for (const auto& [column, position] : mVisColumnIdMap) {
+  const Contact* contact = nullptr;
+  for (const auto& [column, position] : mVisibleColumns) {
     if (position < 0 || static_cast<std::size_t>(position) >= cells.size()) return false;
     if (!isColumnApplicableToRowCheck(column, style)) continue;
-    if (!contact) contact = classifyContact(occurrence);
-    if (!isCellMatching(occurrence, *contact, style, column, cells[static_cast<std::size_t>(position)], scratch))
-      return false;
+    if (!contact) contact = &classify(occurrence);
+    if (!isCellMatching(occurrence, *contact, style, column, cells[static_cast<std::size_t>(position)])) return false;
   }
   return true;
 }

@@ -14,6 +14,9 @@
 // come from an untrimmed term map, partial Form C cells from the trimmed pins
 // of its triple. Comparisons with row cells are exact, unit by unit.
 //
+// Members marked hidden are working steps of the library's own, as in the
+// graphic entity.
+//
 // Thread safety: one object, with its option set, by one thread at a time.
 // Operations on distinct objects with distinct option sets may run on several
 // threads at once.
@@ -21,7 +24,10 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ohmutils/OhmUtilsExport.h"
@@ -84,24 +90,31 @@ class OHMUTILS_EXPORT OhmUtXrefTableEntity : public OhmUtXrefGraphicEntity {
                                   std::u16string& ncValue);
   // The terminal and symbol cells of a partial Form C contact; false otherwise.
   bool getPartialFormCTableCellValue(const OhmDsComponentOcc& occurrence, ColumnId column, std::u16string& value);
-  // Copies the terminal's text into `value`; false (value untouched) without it.
-  static bool copyTermOf(const TermList& terms, std::int32_t number, std::u16string& value);
-  // The three above from a classified contact and the style read once.
-  bool cellValue(const OhmDsComponentOcc& occurrence, const Contact& contact, GraphicalStyle style, ColumnId column,
-                 std::u16string& value) const;
-  bool fullFormCCellValues(const Contact& contact, GraphicalStyle style, ColumnId column, std::u16string& noValue,
-                           std::u16string& ncValue) const;
-  bool partialFormCCellValue(const Contact& contact, GraphicalStyle style, ColumnId column,
-                             std::u16string& value) const;
+  // `value` becomes the cell, or empty without one; whether there is one.
+  [[gnu::visibility("hidden")]] static bool assignCell(const std::optional<std::u16string_view>& cell,
+                                                       std::u16string& value);
+  // The three above from a classified contact and the style read once, as
+  // views of the occurrence, of constants or of the entity's working space
+  // (valid until the next call); nothing where the value can't be worked out.
+  [[gnu::visibility("hidden")]] std::optional<std::u16string_view> cellView(const OhmDsComponentOcc& occurrence,
+                                                                            const Contact& contact,
+                                                                            GraphicalStyle style, ColumnId column);
+  [[gnu::visibility("hidden")]] std::optional<std::pair<std::u16string_view, std::u16string_view>> fullFormCCellViews(
+      const Contact& contact, GraphicalStyle style, ColumnId column) const;
+  [[gnu::visibility("hidden")]] std::optional<std::u16string_view> partialFormCCellView(const Contact& contact,
+                                                                                        GraphicalStyle style,
+                                                                                        ColumnId column) const;
   // Whether the column takes part in row matching.
   bool isColumnApplicableToRowCheck(ColumnId column) const;
-  static bool isColumnApplicableToRowCheck(ColumnId column, GraphicalStyle style);
-  // Whether one applicable cell holds the occurrence's value for its column;
-  // `scratch` is working space.
-  bool isCellMatching(const OhmDsComponentOcc& occurrence, const Contact& contact, GraphicalStyle style,
-                      ColumnId column, const std::u16string& cell, std::u16string& scratch) const;
+  [[gnu::visibility("hidden")]] static bool isColumnApplicableToRowCheck(ColumnId column, GraphicalStyle style);
+  // Whether one applicable cell holds the occurrence's value for its column.
+  [[gnu::visibility("hidden")]] bool isCellMatching(const OhmDsComponentOcc& occurrence, const Contact& contact,
+                                                    GraphicalStyle style, ColumnId column, const std::u16string& cell);
 
   VisColumnIdMap mVisColumnIdMap;
+  // The same entries in the same order, for the loops that run per row.
+  std::vector<std::pair<ColumnId, std::int32_t>> mVisibleColumns;
+  std::u16string mCellText;  // working space of cellView
 
   friend class OhmUtXrefTableRows;
   friend struct OhmUtXrefTableEntityTestAccess;

@@ -1,0 +1,159 @@
+// How the entities read occurrences, against the plain form of each rule on
+// random inputs: property maps read through exact key lookups, TERMCODE
+// through the standard conversion, CONTACT through an upper-case copy, and
+// the text format through its ordered replacements.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <stdexcept>
+
+#include "ohmutils/xref/OhmDsPropertyKeys.h"
+#include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
+#include "ohmutils/xref/OhmUtXrefTableRows.h"
+#include "support/u16.h"
+
+namespace {
+
+using Map = OhmDsOccurrence::PropertyMap;
+
+std::u16string RandomText(std::mt19937& rng, const std::u16string& alphabet, std::size_t maxLength) {
+  std::u16string text(rng() % (maxLength + 1), u' ');
+  for (char16_t& unit : text) unit = alphabet[rng() % alphabet.size()];
+  return text;
+}
+
+// Each wanted key now and then, among names that differ from the keys in
+// one unit or in length; up to twelve entries, so that maps both below and
+// above the size at which lookups stop scanning occur.
+Map RandomMap(std::mt19937& rng, std::initializer_list<const std::u16string*> wanted) {
+  const std::u16string decoys[] = {u"SHEE",    u"SHEETS", u"sheet",   u"IEC_LOCX", u"IEC_PROJ ",   u"REF_",
+                                   u"TERMCOD", u"TERMS",  u"CONTACt", u"TERMDESC", u"SHEETDWGNAMe"};
+  Map map;
+  for (const std::u16string* key : wanted)
+    if (rng() % 4) map[*key] = RandomText(rng, u"12ab ", 5);
+  for (std::size_t n = rng() % 10; n > 0; --n) map[decoys[rng() % std::size(decoys)]] = u"decoy";
+  return map;
+}
+
+std::u16string Find(const Map& map, const std::u16string& key) {
+  const auto it = map.find(key);
+  return it == map.end() ? u"" : it->second;
+}
+
+// Every cell a plain contact gives, under a format of all eight tokens.
+TEST(XrefOccurrenceReading, CellsAsThePlainLookups) {
+  using namespace OhmDsKeys;
+  std::mt19937 rng(8123);
+  const std::u16string format = u"%S|%N|%I|%L|%P|%D|%A|%B";
+  OhmNoRxUtilsSettingOverride settings({{OhmCfgSetting::WD_XREF_FORMAT, format},
+                                        {OhmCfgSetting::WD_XREF_ALTFORMAT, format},
+                                        {OhmCfgSetting::WD_XREF_TBLINDEX, u"1,3,5,6,7,9"}});
+  for (int round = 0; round < 3000; ++round) {
+    OhmUtXrefTableEntity entity(settings, u"");
+    OhmDsComponentOcc occ;
+    occ.mOccID.mDwgPath = u"Z:\\p\\b.dxf";
+    occ.mProperties = RandomMap(rng, {&REF});
+    occ.mSheetProperties = RandomMap(rng, {&SHEET, &SHEETDWGNAME, &IEC_INST, &IEC_LOC, &IEC_PROJ});
+    occ.mXrefValueA = RandomText(rng, u"xy", 3);
+    for (const int code : {1, 2}) {
+      OhmDsComponentPinOcc pin;
+      pin.mProperties = RandomMap(rng, {&TERM});
+      pin.mProperties[TERMCODE] = std::u16string(1, static_cast<char16_t>(u'0' + code));
+      occ.mPins.push_back(pin);
+    }
+    const Map& sheet = occ.mSheetProperties;
+    const std::u16string reference = Find(sheet, SHEET) + u"|" + Find(occ.mProperties, REF) + u"|" +
+                                     Find(sheet, IEC_INST) + u"|" + Find(sheet, IEC_LOC) + u"|" +
+                                     Find(sheet, IEC_PROJ) + u"|" + Find(sheet, SHEETDWGNAME) + u"|" + occ.mXrefValueA +
+                                     u"|";
+    const std::vector<std::u16string> expected{Find(occ.mPins[0].mProperties, TERM),
+                                               Find(occ.mPins[1].mProperties, TERM),
+                                               reference,
+                                               Find(sheet, SHEET),
+                                               Find(sheet, SHEETDWGNAME),
+                                               occ.mOccID.mDwgPath};
+    ASSERT_EQ(OhmUtXrefTableRows::getRows(entity, occ), std::vector<std::vector<std::u16string>>{expected})
+        << "sheet map of " << sheet.size() << ", REF " << U8(Find(occ.mProperties, REF));
+  }
+}
+
+// TERMCODE texts of signs, blanks, letters and up to twelve digits: the
+// classification takes the numbers the standard conversion gives, and throws
+// what it throws for the first pin that it refuses.
+TEST(XrefOccurrenceReading, TermNumbersAsTheStandardConversion) {
+  std::mt19937 rng(5531);
+  OhmNoRxUtilsSettingOverride settings;
+  for (int round = 0; round < 20000; ++round) {
+    OhmUtXrefGraphicEntity entity(settings, u"");
+    OhmDsComponentOcc occ;
+    occ.mProperties[OhmDsKeys::CONTACT] = u"NONC";
+    std::map<int, int> numbers;
+    std::string thrown;
+    for (std::size_t n = 1 + rng() % 3; n > 0; --n) {
+      const std::u16string code =
+          rng() % 3 ? RandomText(rng, u"0123", 1 + rng() % 2) : RandomText(rng, u"0123456789 +-A\t", 12);
+      OhmDsComponentPinOcc pin;
+      pin.mProperties[OhmDsKeys::TERMCODE] = code;
+      occ.mPins.push_back(pin);
+      try {
+        if (thrown.empty() && std::stoi(U8(code)) >= 1) numbers[std::stoi(U8(code))] = 1;
+      } catch (const std::invalid_argument&) {
+        thrown = "invalid";
+      } catch (const std::out_of_range&) {
+        thrown = "range";
+      }
+    }
+    SCOPED_TRACE(U8(occ.mPins[0].getProperty(OhmDsKeys::TERMCODE)));
+    if (thrown == "invalid") {
+      ASSERT_THROW(entity.isFullFormCContact(occ), std::invalid_argument);
+    } else if (thrown == "range") {
+      ASSERT_THROW(entity.isFullFormCContact(occ), std::out_of_range);
+    } else {
+      const std::map<int, int> oneTwoThree{{1, 1}, {2, 1}, {3, 1}};
+      ASSERT_EQ(entity.isFullFormCContact(occ), numbers == oneTwoThree);
+    }
+  }
+}
+
+TEST(XrefOccurrenceReading, ContactKindsAsAnUpperCaseCopy) {
+  std::mt19937 rng(77);
+  for (int round = 0; round < 20000; ++round) {
+    const std::u16string contact = RandomText(rng, u"NOCnocx ", 5);
+    std::u16string upper = contact;
+    for (char16_t& unit : upper) unit = unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 32) : unit;
+    ASSERT_EQ(OhmUtXrefEntity::isValidContactForRelayCoilNO(contact), upper == u"NO") << U8(contact);
+    ASSERT_EQ(OhmUtXrefEntity::isValidContactForRelayCoilNC(contact), upper == u"NC") << U8(contact);
+    ASSERT_EQ(OhmUtXrefEntity::isValidContactForRelayCoilFormC(contact), upper == u"NONC" || upper == u"NCNO");
+  }
+}
+
+// Longer values and formats than the format's own test uses, so that runs of
+// every length are copied, with and without underline.
+TEST(XrefOccurrenceReading, LongTextsAsTheOrderedReplacements) {
+  std::mt19937 rng(4409);
+  const std::u16string alphabet = u"%SNABILPDx.-";
+  for (int round = 0; round < 20000; ++round) {
+    OhmNoRxUtilsXrefTextFormat::RefData data;
+    std::u16string* fields[] = {&data.mSheet,   &data.mRef,    &data.mValueA,     &data.mValueB,
+                                &data.mIecInst, &data.mIecLoc, &data.mIecProject, &data.mSheetDwgName};
+    for (std::u16string* field : fields) *field = RandomText(rng, u"abcdefghij%", 20);
+    const std::u16string format = RandomText(rng, alphabet, 40);
+    const bool underline = rng() % 2;
+    std::u16string expected = format;
+    const char16_t* tokens[] = {u"%S", u"%N", u"%A", u"%B", u"%I", u"%L", u"%P", u"%D"};
+    for (std::size_t step = 0; step < std::size(tokens); ++step) {
+      std::u16string replaced;
+      std::size_t from = 0;
+      for (std::size_t hit; (hit = expected.find(tokens[step], from)) != std::u16string::npos; from = hit + 2)
+        replaced += expected.substr(from, hit - from) + *fields[step];
+      expected = replaced + expected.substr(from);
+    }
+    if (underline) expected = u"%%u" + expected + u"%%u";
+    std::u16string out = RandomText(rng, alphabet, 30);
+    OhmNoRxUtilsXrefTextFormat::getXrefText({format, u"", underline}, u"", data, out);
+    ASSERT_EQ(out, expected) << U8(format);
+  }
+}
+
+}  // namespace
