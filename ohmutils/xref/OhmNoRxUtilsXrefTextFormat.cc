@@ -104,9 +104,9 @@ constexpr auto kSameLongPath = &sameLongPath;
 // Values that hold a '%', or a "%%" in the format, can make or eat a token of
 // a later step; only then does the order of the steps show in the text.
 bool holdsPercent(const std::u16string& text) noexcept {
-  for (const char16_t unit : text)
-    if (unit == u'%') return true;
-  return false;
+  bool found = false;
+  for (const char16_t unit : text) found |= unit == u'%';  // no branch per unit
+  return found;
 }
 
 // The token of each letter A-Z; -1 for the letters that name no substituted token.
@@ -131,14 +131,17 @@ const std::u16string* valueOfLetter(char16_t letter, const XrefTextValues& value
 // ordered replacements, that is when the tokens cannot interact; nothing otherwise.
 std::optional<std::size_t> independentTextLength(const std::u16string& format, const XrefTextValues& values) noexcept {
   std::size_t length = format.size();
+  bool interacting = false;  // tested once at the end: the usual format has no interaction
   for (std::size_t i = 0; i + 1 < format.size(); ++i) {
     if (format[i] != u'%') continue;
-    if (format[i + 1] == u'%') return std::nullopt;
-    const std::u16string* value = valueOfLetter(format[++i], values);
+    interacting |= format[i + 1] == u'%';
+    const std::u16string* value = valueOfLetter(format[i + 1], values);
     if (!value) continue;
-    if (holdsPercent(*value)) return std::nullopt;
+    interacting |= holdsPercent(*value);
     length += value->size() - 2;
+    ++i;
   }
+  if (interacting) return std::nullopt;
   return length;
 }
 
