@@ -12,11 +12,11 @@
 
 namespace ohm_internal {
 
-// The empty string that absent properties refer to; lives as long as the library.
-inline const std::u16string& emptyProperty() noexcept {
-  static const std::u16string empty;
-  return empty;
-}
+// The empty string that absent properties refer to; lives as long as the
+// library. Nothing reads it while the library loads, so the order in which
+// the library's constants are set up doesn't matter to it.
+inline const std::u16string kNoProperty;
+inline const std::u16string& emptyProperty() noexcept { return kNoProperty; }
 
 // Whether two texts hold the same units: lengths first, then four units at
 // a time, which is all that most keys and values take.
@@ -70,8 +70,7 @@ inline constexpr std::size_t kScannedMapSize = 8;
 template <std::size_t... N>
 [[gnu::always_inline]] inline std::array<const std::u16string*, sizeof...(N)> lookupProperties(
     const OhmDsOccurrence::PropertyMap& map, const char16_t (&... keys)[N]) {
-  std::array<const std::u16string*, sizeof...(N)> values;
-  values.fill(&emptyProperty());
+  std::array<const std::u16string*, sizeof...(N)> values{((void)keys, &emptyProperty())...};
   if (map.size() > kScannedMapSize) {
     std::size_t i = 0;
     ((values[i++] = &lookupProperty(map, std::u16string(keys))), ...);
@@ -87,7 +86,7 @@ template <std::size_t... N>
   // as a pin has, take no walk at all.
   if (map.empty()) return values;
   match(*map.begin());
-  if (map.size() == 1) return values;
+  if (map.size() == 1 || missing == 0) return values;
   match(*map.rbegin());
   if (map.size() == 2 || missing == 0) return values;
   auto entry = map.begin();

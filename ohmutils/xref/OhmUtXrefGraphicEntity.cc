@@ -151,9 +151,13 @@ void OhmUtXrefGraphicEntity::readTerms(const OhmDsComponentOcc& occurrence, Term
     const std::int32_t number = termNumberOf(*values[0]);
     if (number < 1) continue;
     // Pins come mostly in ascending order, so the search starts at the end.
+    if (terms.empty() || terms.back().first < number) {
+      terms.emplace_back(number, values[1]);
+      continue;
+    }
     auto at = terms.end();
     while (at != terms.begin() && std::prev(at)->first >= number) --at;
-    if (at != terms.end() && at->first == number) {
+    if (at->first == number) {
       at->second = values[1];  // the later of two equal numbers wins
     } else {
       terms.emplace(at, number, values[1]);

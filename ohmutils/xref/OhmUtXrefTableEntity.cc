@@ -86,9 +86,18 @@ void OhmUtXrefTableEntity::getVisColumnIdMap(VisColumnIdMap& visColumnIdMap) con
 }
 
 void OhmUtXrefTableEntity::updateVisColumnIdMap() {
-  mVisibleColumns.clear();
+  mRowCheck = {};
   getVisColumnIdMap(mVisColumnIdMap);
-  mVisibleColumns.assign(mVisColumnIdMap.begin(), mVisColumnIdMap.end());
+  // A row has as many cells as the map has entries.
+  const std::size_t rowSize = mVisColumnIdMap.size();
+  for (const auto& [column, position] : mVisColumnIdMap) {
+    if (position < 0 || static_cast<std::size_t>(position) >= rowSize) {
+      mRowCheck.endsBeyondRow = true;
+      break;
+    }
+    if (isColumnApplicableToRowCheck(column, GraphicalStyle1))
+      mRowCheck.cells.emplace_back(column, static_cast<std::size_t>(position));
+  }
 }
 
 std::int32_t OhmUtXrefTableEntity::getVisibleColumnIndex(ColumnId column) {
@@ -271,11 +280,10 @@ bool OhmUtXrefTableEntity::isCompOccMatchingRow(const OhmDsComponentOcc& occurre
   // Classified only when a cell needs it, which leaves a row of a wrong shape
   // as cheap as before; a TERMCODE that is no number throws from here.
   const Contact* contact = nullptr;
-  for (const auto& [column, position] : mVisibleColumns) {
-    if (position < 0 || static_cast<std::size_t>(position) >= cells.size()) return false;
-    if (!isColumnApplicableToRowCheck(column, style)) continue;
+  for (const auto& [column, position] : mRowCheck.cells) {
+    if (!isColumnApplicableToRowCheck(column, style)) continue;  // the symbol, in GraphicalNone
     if (!contact) contact = &classify(occurrence);
-    if (!isCellMatching(occurrence, *contact, style, column, cells[static_cast<std::size_t>(position)])) return false;
+    if (!isCellMatching(occurrence, *contact, style, column, cells[position])) return false;
   }
-  return true;
+  return !mRowCheck.endsBeyondRow;
 }

@@ -112,8 +112,15 @@ class OHMUTILS_EXPORT OhmUtXrefTableEntity : public OhmUtXrefGraphicEntity {
                                                     GraphicalStyle style, ColumnId column, const std::u16string& cell);
 
   VisColumnIdMap mVisColumnIdMap;
-  // The same entries in the same order, for the loops that run per row.
-  std::vector<std::pair<ColumnId, std::int32_t>> mVisibleColumns;
+  // What a row check runs through, worked out with the map: the entries that
+  // take part in some style, with their positions, in the map's order up to
+  // the first position that lies beyond a row, and whether there is one;
+  // no row matches once the check gets there.
+  struct RowCheck {
+    std::vector<std::pair<ColumnId, std::size_t>> cells;
+    bool endsBeyondRow = false;
+  };
+  RowCheck mRowCheck;
   std::u16string mCellText;  // working space of cellView
 
   friend class OhmUtXrefTableRows;
