@@ -5,10 +5,10 @@
 
 #include <functional>
 
-#include "HostTestSupport.h"
 #include "ohmutils/host/OhmGetBuildVersion.h"
 #include "ohmutils/host/OhmOSVersion.h"
 #include "ohmutils/host/OhmResDll.h"
+#include "support/TempFolder.h"
 #include "support/u16.h"
 #include "win/WinError.h"
 #include "win/module/Module_testing.h"
@@ -23,7 +23,6 @@
 
 namespace {
 
-using host_test::Windows;
 namespace fs = std::filesystem;
 
 const fs::path kLibraryDir = OHM_LIBRARY_DIR;
