@@ -90,11 +90,7 @@ TEST(OhmTool, ExitStatusesAndMessages) {
   const std::string ctrl01 = kExample + "/CTRL01.dxf";
   const std::vector<StatusCase> cases = {
       {"version", {"--version"}, 0, "ohm ", ""},
-      {"help", {"--help"}, 0, "xref", ""},
-      {"subcommand help", {"xref", "--help"}, 0, "PROJECT", ""},
       {"no subcommand", {}, 2, "", "subcommand"},
-      {"unknown subcommand", {"frobnicate"}, 2, "", ""},
-      {"missing argument", {"layouts"}, 2, "", "DRAWING"},
       {"unknown option", {"layouts", ctrl01, "--frob"}, 2, "", "--frob"},
       {"missing project", {"xref", folder.posix("none.json")}, 2, "", "none.json: can't read"},
       {"missing drawing", {"layouts", folder.posix("none.dxf")}, 2, "", "none.dxf: no such file"},
