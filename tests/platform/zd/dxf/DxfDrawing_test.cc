@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "support/TempFolder.h"
+#include "support/TestName.h"
 #include "support/u16.h"
 #include "win/fs/PathMapping.h"
 #include "zd/ZdCodes.h"
@@ -540,11 +541,8 @@ TEST_P(DxfMalformedTest, FailsAndLeavesTheDatabaseAsItWas) {
   EXPECT_EQ(db.handseed(), seed);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, DxfMalformedTest, ::testing::ValuesIn(malformedCases()), [](const auto& test) {
-  std::string name = test.param.what;
-  for (char& c : name) c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
-  return name;
-});
+INSTANTIATE_TEST_SUITE_P(Cases, DxfMalformedTest, ::testing::ValuesIn(malformedCases()),
+                         [](const auto& test) { return TestName(test.param.what); });
 
 struct AcceptedCase {
   const char* what;
@@ -611,11 +609,8 @@ TEST_P(DxfAcceptedTest, ReadsTheDrawing) {
   expectLines(describe(db, {false, false, false}), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, DxfAcceptedTest, ::testing::ValuesIn(acceptedCases()), [](const auto& test) {
-  std::string name = test.param.what;
-  for (char& c : name) c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
-  return name;
-});
+INSTANTIATE_TEST_SUITE_P(Cases, DxfAcceptedTest, ::testing::ValuesIn(acceptedCases()),
+                         [](const auto& test) { return TestName(test.param.what); });
 
 // Whole drawings as other programs write them, read plainly or in recover
 // mode: what the database then says, with layouts, and the repairs listed.
@@ -734,11 +729,8 @@ TEST_P(DxfDrawingCaseTest, ReadsWhatTheFileSaysAndWritesItBack) {
   expectLines(describe(again, noHandles), c.expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, DxfDrawingCaseTest, ::testing::ValuesIn(drawingCases()), [](const auto& test) {
-  std::string name = test.param.what;
-  for (char& c : name) c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
-  return name;
-});
+INSTANTIATE_TEST_SUITE_P(Cases, DxfDrawingCaseTest, ::testing::ValuesIn(drawingCases()),
+                         [](const auto& test) { return TestName(test.param.what); });
 
 // Xdata is decoded when it is first asked for, not when the file is read:
 // with every value allocation failing the read still succeeds; each
