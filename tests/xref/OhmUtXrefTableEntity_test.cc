@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "ContactOcc.h"
+#include "support/StoiFailure.h"
 #include "support/u16.h"
 #include "zd/db/ZdDbDrawingBuilder.h"
 
@@ -84,24 +85,11 @@ TEST(OhmUtXrefTableEntity, ExtremeIndicesAndColumnNames) {
 }
 
 TEST(OhmUtXrefTableEntity, BadOption71ThrowsOnceAndLeavesNoColumnVisible) {
-  struct Case {
-    std::u16string option;
-    bool outOfRange;
-  } cases[] = {{u"1,x", false}, {u"1,99999999999", true}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.option));
-    OhmNoRxUtilsSettingOverride settings(Settings(c.option));
+  for (const auto& [option, failure] : {std::pair{u"1,x", "invalid"}, std::pair{u"1,99999999999", "out of range"}}) {
+    SCOPED_TRACE(failure);
+    OhmNoRxUtilsSettingOverride settings(Settings(option));
     Table entity(settings, u"");
-    try {
-      entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {u"13"});
-      ADD_FAILURE() << "no exception";
-    } catch (const std::out_of_range& e) {
-      EXPECT_TRUE(c.outOfRange);
-      EXPECT_STREQ(e.what(), "stoi argument out of range");
-    } catch (const std::invalid_argument& e) {
-      EXPECT_FALSE(c.outOfRange);
-      EXPECT_STREQ(e.what(), "invalid stoi argument");
-    }
+    EXPECT_EQ(StoiFailure([&] { entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {u"13"}); }), failure);
     EXPECT_EQ(entity.getVisibleColumnIndex(Table::ColumnTerm1), -1);
     EXPECT_TRUE(entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {}));
   }
