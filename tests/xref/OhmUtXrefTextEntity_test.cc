@@ -75,14 +75,6 @@ TEST_F(OhmUtXrefTextEntityTest, TrueWithEmptyTextWhenTheFormatIsEmpty) {
   EXPECT_EQ(text, u"");
 }
 
-TEST_F(OhmUtXrefTextEntityTest, TagTests) {
-  EXPECT_TRUE(OhmUtXrefTextEntity::isXrefTag(u"Xref"));
-  EXPECT_FALSE(OhmUtXrefTextEntity::isXrefTag(u"XREFNC"));
-  EXPECT_TRUE(OhmUtXrefTextEntity::isXrefTagForRelayCoilNC(u"xrefnc"));
-  EXPECT_FALSE(OhmUtXrefTextEntity::isXrefTagForRelayCoil(u"XREF"));
-  EXPECT_TRUE(OhmUtXrefTextEntity::isXrefTagForRelayCoil(u"xrefNO"));
-}
-
 TEST_F(OhmUtXrefTextEntityTest, LabelPrefix) {
   entity.setXrefAttPrompt(u"Ref");
   struct Case {
