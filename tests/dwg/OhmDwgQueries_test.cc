@@ -149,6 +149,7 @@ TEST_F(DrawingQueries, BlocksOfOneKindInBothSpaces) {
   ZdDbBlockReference* derived = build.insertDerived(u"ThirdPartyInsert", ZdDbBlockReference::desc(), u"PLCIO1");
   ZdDbBlockReference* plain = build.insertBlock(u"PLAIN");
   ZdDbTable* table = build.addTable();
+  build.addEntity(u"ZdDbLine");  // not a reference: never listed
 
   OhmDwgUtils::BlockMap blocks{{ZdDbObjectId(999999), nullptr}};
   ASSERT_EQ(OhmDwgUtils::getBlocks(u"C:/PROJ/sht01.dxf", blocks, OhmDwgUtils::EntityTag1), Zeda::eOk);

@@ -82,6 +82,7 @@ TEST_F(XmlDom, LoadAcceptsOnlyWellFormedDocuments) {
   const LoadCase cases[] = {
       {"missing file", nullptr, false},
       {"two root elements", "<a/><b/>", false},
+      {"text beside the root", "<a/>stray", false},
       {"document type", "<!DOCTYPE a><a/>", false},
       {"plain document", "<a/>", true},
   };

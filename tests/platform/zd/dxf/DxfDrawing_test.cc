@@ -470,6 +470,8 @@ std::vector<MalformedCase> malformedCases() {
       {"missing EOF", replaced(kBase, "  0\nEOF\n", ""), Zeda::eBadDxfFile, "43: ends before EOF"},
       {"missing ENDSEC", replaced(kBase, "  0\nENDSEC\n  0\nEOF", "  0\nEOF"), Zeda::eBadDxfFile},
       {"bad group code", replaced(kBase, " 66\n", " 6x\n"), Zeda::eBadDxfFile, "21: group code expected"},
+      {"negative group code", replaced(kBase, " 66\n", " -3\n"), Zeda::eBadDxfFile,
+       "21: group code -3 is not a DXF group code"},
       {"undefined group code", replaced(kBase, "1070\n5\n", "1070\n5\n 85\n1\n"), Zeda::eBadDxfFile,
        "29: group code 85 is not a DXF group code"},
       {"odd number of lines", replaced(kBase, "  8\nSYMS\n 66\n", "  8\n 66\n"), Zeda::eBadDxfFile},
