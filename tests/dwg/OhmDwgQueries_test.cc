@@ -8,6 +8,7 @@
 #include "zd/app/ZdDocManager_testing.h"
 #include "zd/db/ZdDbDatabase_testing.h"
 #include "zd/db/ZdDbDrawingBuilder.h"
+#include "zd/dxf/DxfDocument.h"
 
 namespace {
 
@@ -196,6 +197,22 @@ TEST(OhmDwgUtils, HandleStrings) {
   for (const Case& c : cases) {
     EXPECT_EQ(OhmDwgUtils::getOhmHandleString(ZdDbHandle(c.value)).str(), std::u16string(c.text)) << c.value;
   }
+}
+
+// A drawing opened from its file: references nested in block definitions stay out.
+TEST_F(DrawingQueries, BlocksOfADrawingOpenedFromItsFileLeaveNestedReferencesOut) {
+  const std::u16string fixture = PosixPathToWindows(OHM_FIXTURES_DIR "/dxf/ac1015_ansi.dxf");
+  ZdApDocument* document = nullptr;
+  ASSERT_EQ(openDxfDocument(fixture.c_str(), true, document), Zeda::eOk);
+  OhmDwgUtils::BlockMap blocks;
+  ASSERT_EQ(OhmDwgUtils::getBlocks(fixture.c_str(), blocks, OhmDwgUtils::EntityFP), Zeda::eOk);
+  std::vector<std::u16string> handles;
+  for (const auto& [id, entity] : blocks) {
+    ZdDbHandle handle;
+    entity->getZdDbHandle(handle);
+    handles.push_back(OhmDwgUtils::getOhmHandleString(handle).str());
+  }
+  EXPECT_EQ(handles, std::vector<std::u16string>{u"h=100"});  // not h=B2 inside block PANEL
 }
 
 }  // namespace
