@@ -119,7 +119,7 @@ TEST_F(OSVersion, ProbesOnceFromTheMajorVersionAndRetriesAFailure) {
   unsigned major = 99, minor = 99;
   win_testing::setWorkstationVersion(5, 2);
   EXPECT_FALSE(OhmOSVersion().IsVistaOrLaterOS());
-  win_testing::setWorkstationVersion(6, 1);
+  win_testing::setWorkstationVersion(6, 0);
   OhmOSVersion os;
   const long calls = win_testing::netWkstaGetInfoCalls();
   EXPECT_TRUE(os.IsVistaOrLater());
@@ -128,7 +128,7 @@ TEST_F(OSVersion, ProbesOnceFromTheMajorVersionAndRetriesAFailure) {
   OhmOSVersion copy;
   copy = os;
   copy.GetOsVersion(major, minor);
-  EXPECT_EQ(major * 10 + minor, 61u);
+  EXPECT_EQ(major * 10 + minor, 60u);
   EXPECT_EQ(win_testing::netWkstaGetInfoCalls(), calls + 1);
 
   win_testing::failNetWkstaGetInfo(ERROR_ACCESS_DENIED);

@@ -126,6 +126,7 @@ TEST_F(RegistryTest, HandlesRefuseWhatTheirRightsDoNotAllow) {
     std::function<LONG(HKEY)> run;
   };
   const auto set = [](HKEY key) { return SetText(key, u"v", u"new"); };
+  const auto query = [&](HKEY key) { return RegQueryValueExW(key, u"v", nullptr, nullptr, nullptr, &size); };
   const auto createNew = [&](HKEY key) {
     return RegCreateKeyExW(key, u"New", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr);
   };
@@ -137,8 +138,8 @@ TEST_F(RegistryTest, HandlesRefuseWhatTheirRightsDoNotAllow) {
       {"create new", KEY_CREATE_SUB_KEY, ERROR_SUCCESS, createNew},
       {"create existing", KEY_READ, ERROR_SUCCESS,
        [&](HKEY key) { return RegCreateKeyExW(key, u"child", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr); }},
-      {"query", KEY_SET_VALUE, ERROR_ACCESS_DENIED,
-       [&](HKEY key) { return RegQueryValueExW(key, u"v", nullptr, nullptr, nullptr, &size); }},
+      {"query", KEY_SET_VALUE, ERROR_ACCESS_DENIED, query},
+      {"query", KEY_READ, ERROR_SUCCESS, query},
       {"enum keys", KEY_QUERY_VALUE, ERROR_ACCESS_DENIED,
        [&](HKEY key) { return RegEnumKeyExW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr); }},
       {"info", KEY_ENUMERATE_SUB_KEYS, ERROR_ACCESS_DENIED,
