@@ -30,15 +30,21 @@ class CRegistryKeyTest : public RegistryStoreFixture {
     const auto* begin = reinterpret_cast<const BYTE*>(text.c_str());
     return std::vector<BYTE>(begin, begin + (text.size() + (terminator ? 1 : 0)) * 2);
   }
-  static std::vector<std::u16string> Names(CList<SUBKEY, SUBKEY&>& list) {
+  template <class Item>
+  static std::vector<std::u16string> Names(CList<Item, Item&>& list) {
     std::vector<std::u16string> names;
     for (POSITION pos = list.GetHeadPosition(); pos;) names.push_back(list.GetNext(pos).name.str());
     return names;
   }
-  static std::vector<std::u16string> Names(CList<REGITEM, REGITEM&>& list) {
-    std::vector<std::u16string> names;
-    for (POSITION pos = list.GetHeadPosition(); pos;) names.push_back(list.GetNext(pos).name.str());
-    return names;
+  // Each listed value as "name type number text".
+  static std::vector<std::string> Values(CList<REGITEM, REGITEM&>& list) {
+    std::vector<std::string> values;
+    for (POSITION pos = list.GetHeadPosition(); pos;) {
+      const REGITEM& item = list.GetNext(pos);
+      values.push_back(U8(item.name.str()) + " " + std::to_string(item.type) + " " + std::to_string(item.dwordValue) +
+                       " " + U8(item.stringValue.str()));
+    }
+    return values;
   }
   void ExpectBox(std::size_t index, const std::u16string& text, const std::u16string& caption, UINT type) {
     ASSERT_GT(boxes().size(), index);
@@ -171,15 +177,8 @@ TEST_F(CRegistryKeyTest, ListsAppendToTheCallersListAndKeepEverythingListedBefor
 
   CList<REGITEM, REGITEM&> values;
   EXPECT_EQ(key.GetValueList(&values), 0);
-  ASSERT_EQ(values.GetCount(), 3);
-  const REGITEM& text = values.GetHead();
-  EXPECT_EQ(text.stringValue, u"hello");
-  EXPECT_EQ(text.dwordValue, 0u);
-  const REGITEM& number = values.GetAt(values.FindIndex(1));
-  EXPECT_EQ(number.type, REG_DWORD);
-  EXPECT_EQ(number.dwordValue, 0x0201u) << "least significant byte first";
-  EXPECT_TRUE(number.stringValue.IsEmpty());
-  EXPECT_EQ(values.GetTail().type, REG_BINARY);
+  // A number's least significant byte first; the text only of text, the number only of a number.
+  EXPECT_EQ(Values(values), (std::vector<std::string>{"text 1 0 hello", "number 4 513 ", "bytes 3 0 "}));
   EXPECT_EQ(key.valueList.GetCount(), 3);
   EXPECT_TRUE(boxes().empty());
   key.Close();

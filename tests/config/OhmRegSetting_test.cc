@@ -11,7 +11,7 @@
 #include <string>
 
 #include "RegistryStoreFixture.h"
-#include "host/HostTestSupport.h"
+#include "support/ChildProcess.h"
 #include "support/u16.h"
 #include "win/WinError.h"
 #include "win/registry/Registry.h"
@@ -33,9 +33,9 @@ class OhmRegSettingTest : public RegistryStoreFixture {
     if (key) RegCloseKey(key);
     return status == ERROR_SUCCESS;
   }
-  std::unique_ptr<host_test::Child> Writer(const std::string& tag, int count) {
-    return std::make_unique<host_test::Child>(OHM_REGISTRY_WRITER, std::vector<std::string>{tag, std::to_string(count)},
-                                              std::vector<std::string>{"OHM_REGISTRY_STORE=" + mStorePath});
+  std::unique_ptr<Child> Writer(const std::string& tag, int count) {
+    return std::make_unique<Child>(OHM_REGISTRY_WRITER, std::vector<std::string>{tag, std::to_string(count)},
+                                   std::vector<std::string>{"OHM_REGISTRY_STORE=" + mStorePath});
   }
 };
 
@@ -107,7 +107,7 @@ TEST_F(OhmRegSettingTest, AStoreThatIsNotADatabaseReadsAndWritesAsFalse) {
 TEST_F(OhmRegSettingTest, FourProcessesWritingUnderOneKeyAtOnceLoseNothing) {
   constexpr int kCount = 150;
   const std::string tags[] = {"a", "b", "c", "d"};
-  std::vector<std::unique_ptr<host_test::Child>> writers;
+  std::vector<std::unique_ptr<Child>> writers;
   for (const std::string& tag : tags) writers.push_back(Writer(tag, kCount));
   for (auto& writer : writers) {
     ASSERT_TRUE(writer->started());

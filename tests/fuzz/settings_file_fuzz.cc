@@ -3,45 +3,34 @@
 // loads again with that property; a settings file of the wrong shape may
 // refuse the set with _com_error, as the class documents. Never a crash, a
 // hang or a leak.
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <string>
 
 #include "com/ComApartment.h"
 #include "com/ComError.h"
 #include "ohmutils/config/OhmCfgXML.h"
-#include "win/fs/PathMapping.h"
+#include "support/TempFolder.h"
 #include "zd/app/GblPm.h"
 
 namespace {
 
 // A folder of this process for App.config, named to the settings once.
-const std::string& Folder() {
-  static const std::string folder = [] {
-    const std::string path =
-        (std::filesystem::temp_directory_path() / ("ohm-settings-fuzz-" + std::to_string(::getpid()))).string();
-    std::filesystem::create_directories(path);
-    GblPm_SetGblValue(u"GBL_wd_DocSetBase", (PosixPathToWindows(path) + u"\\\\").c_str());
-    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    return path;
+const TempFolder& Folder() {
+  static const TempFolder folder;
+  static const bool named = [] {
+    GblPm_SetGblValue(u"GBL_wd_DocSetBase", (folder.windows() + u"\\\\").c_str());
+    return SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
   }();
-  static const struct Remover {
-    ~Remover() {
-      std::error_code ignored;
-      std::filesystem::remove_all(folder, ignored);
-    }
-  } remover;
+  (void)named;
   return folder;
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  std::ofstream(Folder() + "/App.config", std::ios::binary)
+  std::ofstream(Folder().posix("App.config"), std::ios::binary)
       .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
   OhmCfgXML& config = OhmCfgXML::GetInstance();
   if (!config.loadCfgXML()) return 0;

@@ -2,12 +2,13 @@
 // registers, what detach gives back, and where the resource library is found.
 #include "ohmutils/host/OhmUtilsModule.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "HostTestSupport.h"
 #include "mfc/AfxExtensionModule_testing.h"
+#include "support/ChildProcess.h"
 #include "support/u16.h"
 #include "win/LastError.h"
 #include "win/WinError.h"
@@ -22,8 +23,6 @@
 
 namespace {
 
-using host_test::Child;
-using host_test::Windows;
 namespace fs = std::filesystem;
 
 const fs::path kLibraryDir = OHM_LIBRARY_DIR;
@@ -69,18 +68,14 @@ TEST_F(ModuleLoad, AttachTakesTheResourceLibraryAndRegistersTheLispNames) {
 TEST_F(ModuleLoad, TheHostsLispLearnsTheNames) {
   const HMODULE module = Load();
   ASSERT_NE(module, nullptr);
-  const std::vector<std::u16string> names = zdLispDefunNames();
-  for (const char16_t* name :
-       {u"wdupda_chkdwglockstatus_internal", u"c:ohm_upd_unlock_dwgs", u"wd_mdb2_WFRM2ALL_verify"}) {
-    SCOPED_TRACE(U8(name));
-    EXPECT_NE(std::find(names.begin(), names.end(), name), names.end());
-  }
+  EXPECT_THAT(zdLispDefunNames(),
+              ::testing::IsSupersetOf(std::vector<std::u16string>{
+                  u"wdupda_chkdwglockstatus_internal", u"c:ohm_upd_unlock_dwgs", u"wd_mdb2_WFRM2ALL_verify"}));
   zdUnloadModule(module);
 }
 
 TEST_F(ModuleLoad, WithoutCurrentDocumentAttachSucceedsAndRegistersNothing) {
-  zdDocManagerPtr()->closeDocument(mDocument);
-  mDocument = nullptr;
+  zdDocManagerPtr()->closeDocument(std::exchange(mDocument, nullptr));
   RecordEvaluations();
   const HMODULE module = Load();
   ASSERT_NE(module, nullptr);
@@ -146,12 +141,8 @@ TEST_P(ResourcePlacement, FoundBesideTheModuleBeforeTheSearchPath) {
 
 INSTANTIATE_TEST_SUITE_P(Placements, ResourcePlacement,
                          ::testing::Values(PlacementCase{"both", true, true, "module"},
-                                           PlacementCase{"search path only", false, true, "search"},
+                                           PlacementCase{"search_path_only", false, true, "search"},
                                            PlacementCase{"nowhere", false, false, nullptr}),
-                         [](const auto& placement) {
-                           std::string name = placement.param.label;
-                           std::replace(name.begin(), name.end(), ' ', '_');
-                           return name;
-                         });
+                         [](const auto& placement) { return std::string(placement.param.label); });
 
 }  // namespace

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "DxfSnippets.h"
 #include "project/AttributeTextEdit.h"
 #include "project/ProjectUpdate.h"
 #include "project/UpdateReport.h"
+#include "support/DxfSnippet.h"
 #include "support/TempFolder.h"
 #include "win/Utf8.h"
 

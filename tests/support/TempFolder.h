@@ -12,6 +12,9 @@
 
 #include "win/fs/PathMapping.h"
 
+// The library's Windows form of a POSIX path.
+inline std::u16string Windows(const std::filesystem::path& path) { return PosixPathToWindows(path.string()); }
+
 class TempFolder {
  public:
   TempFolder() {

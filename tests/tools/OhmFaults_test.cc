@@ -9,7 +9,7 @@
 #include <string>
 #include <thread>
 
-#include "ToolProcess.h"
+#include "support/ChildProcess.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -29,16 +29,16 @@ TEST(OhmFaults, AKilledLockHolderKeepsTheLockUntilItsCommandEnds) {
     TempFolder folder, holder, checker;
     folder.makeFile("a.dxf");
     const std::string drawing = folder.posix("a.dxf"), done = folder.posix("done");
-    const pid_t ohm = Spawn(holder, {"lock", drawing, "--run", "sleep 0.3; touch " + done});
+    const pid_t ohm = Spawn(OHM_TOOL, holder, {"lock", drawing, "--run", "sleep 0.3; touch " + done});
     ASSERT_TRUE(WaitFor(holder.posix("out"), "locked"));
     ::kill(ohm, signal);
     Wait(ohm);
-    EXPECT_EQ(Wait(Spawn(checker, {"lock", "--check", drawing})), 1);  // the command still holds it
+    EXPECT_EQ(Wait(Spawn(OHM_TOOL, checker, {"lock", "--check", drawing})), 1);  // the command still holds it
     EXPECT_NE(ReadFile(checker.posix("out")).find("not available"), std::string::npos);
     for (int i = 0; i < 500 && !std::filesystem::exists(done); ++i)
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    EXPECT_EQ(Wait(Spawn(checker, {"lock", "--check", drawing})), 0);  // and gives it back when it ends
+    EXPECT_EQ(Wait(Spawn(OHM_TOOL, checker, {"lock", "--check", drawing})), 0);  // and gives it back when it ends
   }
 }
 
@@ -60,7 +60,7 @@ TEST(OhmFaults, ASaveClearsWhatSavesOfDeadProcessesLeftBesideTheFile) {
   const std::string living = "cfg/App.config.~" + std::to_string(::getpid()) + ".900";  // a save under way
   const std::string other = "cfg/Other.config.~" + dead + ".0";
   for (const std::string& name : {left, living, other}) folder.makeFile(name, "half a save");
-  EXPECT_EQ(Wait(Spawn(folder, {"config", "set", "3", "Order", "2", "--folder", folder.posix("cfg")})), 0);
+  EXPECT_EQ(Wait(Spawn(OHM_TOOL, folder, {"config", "set", "3", "Order", "2", "--folder", folder.posix("cfg")})), 0);
   EXPECT_FALSE(folder.exists(left));
   EXPECT_TRUE(folder.exists(living));
   EXPECT_TRUE(folder.exists(other));

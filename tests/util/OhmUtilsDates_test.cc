@@ -8,7 +8,7 @@
 #include <regex>
 #include <string>
 
-#include "support/ScopedLocale.h"
+#include "support/ScopedEnv.h"
 #include "support/TempFolder.h"
 #include "support/u16.h"
 #include "win/WinError.h"
@@ -19,7 +19,7 @@ namespace {
 constexpr SYSTEMTIME kAfternoon{2017, 3, 0, 5, 14, 7, 9, 0};  // 5 March 2017, 14:07:09
 
 TEST(FormatDate, ReplacesOrAppendsWithOneBlank) {
-  ScopedLocale locale("de_DE.UTF-8");
+  ScopedEnv locale("LC_ALL", "de_DE.UTF-8");
   CString output(u"x");
   FormatDate(&kAfternoon, output, true, DATE_SHORTDATE, nullptr);
   EXPECT_EQ(output, u"x 05.03.2017");
@@ -32,7 +32,7 @@ TEST(FormatDate, ReplacesOrAppendsWithOneBlank) {
 }
 
 TEST(FormatDate, AFailingFormatGivesTheEmptyText) {
-  ScopedLocale locale("en_US");
+  ScopedEnv locale("LC_ALL", "en_US");
   CString output(u"x");
   win_testing::failNextGetDateFormat(ERROR_INVALID_PARAMETER);
   FormatDate(&kAfternoon, output, true, DATE_SHORTDATE, nullptr);
@@ -47,7 +47,7 @@ TEST(FormatDate, AFailingFormatGivesTheEmptyText) {
 }
 
 TEST(GetLocaleDateTime, IsTheShortDateABlankAndTheDefaultTimeOfNow) {
-  ScopedLocale locale("en_US");
+  ScopedEnv locale("LC_ALL", "en_US");
   CString output(u"old");
   GetLocaleDateTime(output);
   const std::regex form(R"(\d{1,2}/\d{1,2}/\d{4} \d{1,2}:\d{2}:\d{2} (AM|PM))");
@@ -77,7 +77,7 @@ class FileTimeTest : public ::testing::Test {
     ASSERT_EQ(::utimensat(AT_FDCWD, mTemp.posix(name).c_str(), times, 0), 0);
   }
   std::u16string path(const std::string& name = "sheet.dwg") const { return mTemp.windows(name); }
-  ScopedLocale mLocale{"en_US.UTF-8"};
+  ScopedEnv mLocale{"LC_ALL", "en_US.UTF-8"};
   TempFolder mTemp;
 };
 
@@ -104,7 +104,7 @@ TEST_F(FileTimeTest, StampIsFourteenDigitsInTheLocalTime) {
   GetFileLocaleDateTime(path().c_str(), output, 2, &stamp);
   EXPECT_EQ(stamp, u"20170305140709");
   EXPECT_EQ(output, u"3/5/2017");
-  ScopedLocale german("de_DE");  // the stamp doesn't follow the locale
+  ScopedEnv german("LC_ALL", "de_DE");  // the stamp doesn't follow the locale
   GetFileLocaleDateTime(path().c_str(), output, 0, &stamp);
   EXPECT_EQ(stamp, u"20170305140709");
   EXPECT_EQ(output, u"05.03.2017 14:07:09");
@@ -152,14 +152,14 @@ TEST(LocaleSeparators, FollowTheLocaleAndFallBackWhenTheQueryFails) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.locale);
-    ScopedLocale locale(c.locale);
+    ScopedEnv locale("LC_ALL", c.locale);
     CString decimal(u"old"), list(u"old");
     GetLocaleDecimalSep(decimal);
     GetLocaleListSep(list);
     EXPECT_EQ(decimal, c.decimal);
     EXPECT_EQ(list, c.list);
   }
-  ScopedLocale german("de_DE.UTF-8");
+  ScopedEnv german("LC_ALL", "de_DE.UTF-8");
   CString separator;
   win_testing::failNextGetLocaleInfo(ERROR_INVALID_PARAMETER);
   GetLocaleDecimalSep(separator);

@@ -25,65 +25,41 @@ TEST(EnsureEndingBackslash, OnlyTheBackslashCounts) {
   }
 }
 
-TEST(OhmUtilsGetFileNameWithoutExt, TakesTheNameBetweenFolderAndLastDot) {
+// The three functions that take a part of a path: true with the part, false
+// with an empty output when a part or the path is too long.
+TEST(PathParts, NameWithoutAndWithExtensionAndFolder) {
+  using Part = bool (*)(const ZdString&, ZdString&);
+  const Part without = OhmUtilsGetFileNameWithoutExt, with = OhmUtilsGetFileNameWithExt, folder = OhmUtilsGetFolderPath;
+  const std::u16string n255(255, u'n'), n256(256, u'n'), d250(250, u'd');
   struct Case {
+    Part part;
     std::u16string path;
     bool result;
-    std::u16string name;
+    std::u16string expected;
   } cases[] = {
-      {u"C:\\a\\b.c.dwg", true, u"b.c"},
-      {u"C:\\a\\", true, u""},
-      {u"a/b/noext", true, u"noext"},
-      {u"C:\\" + std::u16string(255, u'n') + u".dwg", true, std::u16string(255, u'n')},
-      {u"C:\\" + std::u16string(256, u'n') + u".dwg", false, u""},     // name over 255 units
-      {u"C:\\" + std::u16string(255, u'd') + u"\\x.dwg", false, u""},  // folder of 257 with its separators
+      {without, u"C:\\a\\b.c.dwg", true, u"b.c"},
+      {without, u"C:\\a\\", true, u""},
+      {without, u"a/b/noext", true, u"noext"},
+      {without, u"C:\\" + n255 + u".dwg", true, n255},
+      {without, u"C:\\" + n256 + u".dwg", false, u""},                          // name over 255 units
+      {without, u"C:\\" + std::u16string(255, u'd') + u"\\x.dwg", false, u""},  // folder of 257 with its separators
+      {with, u"C:\\a\\b.dwg", true, u"b.dwg"},
+      {with, u"b.dwg", true, u"b.dwg"},
+      {with, u"", true, u""},
+      {with, u"C:\\" + n256, true, n256},         // 259 units
+      {with, u"C:\\" + n256 + u"n", false, u""},  // 260 units
+      {folder, u"C:\\a\\b.dwg", true, u"C:\\a"},
+      {folder, u"C:\\a", true, u"C:\\"},
+      {folder, u"C:\\", false, u""},
+      {folder, u"b.dwg", true, u""},
+      {folder, u"C:\\" + d250 + u"\\x.dwg", true, u"C:\\" + d250},
+      {folder, u"C:\\" + d250 + u"d\\x.dwg", false, u""},  // 260 units
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(U8(c.path.substr(0, 40)));
     ZdString out(u"old");
-    EXPECT_EQ(OhmUtilsGetFileNameWithoutExt(ZdString(c.path), out), c.result);
-    EXPECT_EQ(out.str(), c.name);
-  }
-}
-
-TEST(OhmUtilsGetFileNameWithExt, KeepsTheLastComponent) {
-  struct Case {
-    std::u16string path;
-    bool result;
-    std::u16string name;
-  } cases[] = {
-      {u"C:\\a\\b.dwg", true, u"b.dwg"},
-      {u"b.dwg", true, u"b.dwg"},
-      {u"", true, u""},
-      {u"C:\\" + std::u16string(256, u'n'), true, std::u16string(256, u'n')},  // 259 units
-      {u"C:\\" + std::u16string(257, u'n'), false, u""},                       // 260 units
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.path.substr(0, 40)));
-    ZdString out(u"old");
-    EXPECT_EQ(OhmUtilsGetFileNameWithExt(ZdString(c.path), out), c.result);
-    EXPECT_EQ(out.str(), c.name);
-  }
-}
-
-TEST(OhmUtilsGetFolderPath, CutsTheLastComponent) {
-  struct Case {
-    std::u16string path;
-    bool result;
-    std::u16string folder;
-  } cases[] = {
-      {u"C:\\a\\b.dwg", true, u"C:\\a"},
-      {u"C:\\a", true, u"C:\\"},
-      {u"C:\\", false, u""},
-      {u"b.dwg", true, u""},
-      {u"C:\\" + std::u16string(250, u'd') + u"\\x.dwg", true, u"C:\\" + std::u16string(250, u'd')},
-      {u"C:\\" + std::u16string(251, u'd') + u"\\x.dwg", false, u""},  // 260 units
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.path.substr(0, 40)));
-    ZdString out(u"old");
-    EXPECT_EQ(OhmUtilsGetFolderPath(ZdString(c.path), out), c.result);
-    EXPECT_EQ(out.str(), c.folder);
+    EXPECT_EQ(c.part(ZdString(c.path), out), c.result);
+    EXPECT_EQ(out.str(), c.expected);
   }
 }
 

@@ -48,60 +48,6 @@ INSTANTIATE_TEST_SUITE_P(HostSheet02, WorkedExample,
                                            TextCase{u"c:\\proj\\sht02.dwg", true, u"%%u3.105%%u"},
                                            TextCase{u"", false, u"K1+M2/SHT03-3.105"}));
 
-struct FormatCase {
-  const char* name;
-  std::u16string format;
-  std::u16string expected;
-};
-
-TEST(OhmNoRxUtilsXrefTextFormat, TokenRules) {
-  Format::RefData data = WorkedData(u"");
-  data.mExtra1 = u"E1";
-  data.mExtra2 = u"E2";
-  const FormatCase cases[] = {
-      {"no tokens", u"plain text", u"plain text"},
-      {"token twice", u"%N/%N", u"105/105"},
-      {"G and F stay", u"%G:%P:%S", u"%G::3"},
-      {"lower case is no token", u"%n%s", u"%n%s"},
-      {"double percent takes the second", u"%%S", u"%3"},
-      {"lone percent at the end", u"%S%", u"3%"},
-      {"long format", u"=%P+%I-%L Sheet %S (%D) ref %N / %A", u"=+K1-M2 Sheet 3 (SHT03) ref 105 / "},
-  };
-  for (const FormatCase& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(Text({c.format, u"", false}, u"", data), c.expected);
-  }
-}
-
-TEST(OhmNoRxUtilsXrefTextFormat, ValuesExpandOnlyLaterTokens) {
-  Format::RefData data;
-  data.mSheet = u"X%N";
-  data.mRef = u"7";
-  EXPECT_EQ(Text({u"%S", u"", false}, u"", data), u"X7");
-  data.mSheet = u"3";
-  data.mRef = u"%S";
-  EXPECT_EQ(Text({u"%N", u"", false}, u"", data), u"%S");
-  data.mValueA = u"%D";
-  data.mSheetDwgName = u"%D!";
-  EXPECT_EQ(Text({u"%A|%D", u"", false}, u"", data), u"%D!|%D!");
-}
-
-TEST(OhmNoRxUtilsXrefTextFormat, PathsCompareIgnoringOnlyAsciiCase) {
-  const Format::Option option{u"same", u"other", false};
-  Format::RefData data;
-  data.mDwgPath = u"c:\\Ä\\x.dwg";
-  EXPECT_EQ(Text(option, u"C:\\ä\\X.DWG", data), u"other");  // Ä/ä lie outside a-z
-  EXPECT_EQ(Text(option, u"C:\\Ä\\X.DWG", data), u"same");
-  EXPECT_EQ(Text(option, u"", Format::RefData{}), u"same");  // two empty paths are equal
-  EXPECT_EQ(Text(option, u"C:\\X.DWG", Format::RefData{}), u"other");
-}
-
-TEST(OhmNoRxUtilsXrefTextFormat, UnderlineWrapsWhateverTheTextHolds) {
-  EXPECT_EQ(Text({u"", u"", true}, u"", {}), u"%%u%%u");
-  EXPECT_EQ(Text({u"%%u%S", u"", true}, u"", WorkedData(u"")), u"%%u%%u3%%u");
-  EXPECT_EQ(Text({u"%S.%N", u"", false}, u"", {}), u".");
-}
-
 TEST(OhmNoRxUtilsXrefTextFormat, OutputMayBeOneOfTheInputs) {
   Format::Option option{u"%S-%N", u"", false};
   Format::RefData data = WorkedData(u"");
@@ -120,7 +66,7 @@ TEST(ReplaceStringInString, SaysWhetherAnythingWasReplaced) {
   EXPECT_EQ(text, u"a+b+c");
 }
 
-// The design's text, written out plainly: the eight whole-text replacements in
+// The token rules, written out plainly: the eight whole-text replacements in
 // their fixed order. Every input must give exactly this.
 std::u16string SequentialReference(std::u16string text, const Format::RefData& d) {
   const std::pair<std::u16string, const std::u16string*> steps[] = {

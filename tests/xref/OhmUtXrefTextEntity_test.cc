@@ -49,14 +49,12 @@ TEST_F(OhmUtXrefTextEntityTest, Outcomes) {
       // the rest of the table
       {u"xref", 64, u"nonc", true, plain},  // Form C under XREF: not underlined
       {u"XREF", 12, u"NO", false, u""},     // types are values, not bits
-      {u"XREF", 0, u"", false, u""},
-      {u"XREF", 4, u"", true, plain},      // no CONTACT needed for XREF
-      {u"XREFNO", 0, u"no", true, plain},  // type not looked at
+      {u"XREF", 4, u"", true, plain},       // no CONTACT needed for XREF
+      {u"XREFNO", 0, u"no", true, plain},   // type not looked at
       {u"XREFNO", 4, u"", false, u""},
       {u"XREFNC", 4, u"", false, u""},
       {u"XrefNc", 99, u"nc", true, underlined},
       {u"XREF1", 8, u"NO", false, u""},
-      {u"XREF ", 8, u"NO", false, u""},
       {u"XREFNO", 8, u"NC/NO", false, u""},
   };
   for (const OutcomeCase& c : cases) {
@@ -75,14 +73,6 @@ TEST_F(OhmUtXrefTextEntityTest, TrueWithEmptyTextWhenTheFormatIsEmpty) {
   EXPECT_EQ(text, u"%%u%%u");
   EXPECT_TRUE(bare.getXrefText(u"XREF", Occurrence(8, u"NO"), text));
   EXPECT_EQ(text, u"");
-}
-
-TEST_F(OhmUtXrefTextEntityTest, TagTests) {
-  EXPECT_TRUE(OhmUtXrefTextEntity::isXrefTag(u"Xref"));
-  EXPECT_FALSE(OhmUtXrefTextEntity::isXrefTag(u"XREFNC"));
-  EXPECT_TRUE(OhmUtXrefTextEntity::isXrefTagForRelayCoilNC(u"xrefnc"));
-  EXPECT_FALSE(OhmUtXrefTextEntity::isXrefTagForRelayCoil(u"XREF"));
-  EXPECT_TRUE(OhmUtXrefTextEntity::isXrefTagForRelayCoil(u"xrefNO"));
 }
 
 TEST_F(OhmUtXrefTextEntityTest, LabelPrefix) {

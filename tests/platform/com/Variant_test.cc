@@ -5,6 +5,7 @@
 
 #include "com/ComError.h"
 #include "com/Variant_testing.h"
+#include "support/TestName.h"
 
 namespace {
 
@@ -56,12 +57,7 @@ INSTANTIATE_TEST_SUITE_P(
                       ConversionCase{"trailing junk", _variant_t(u"12a"), VT_I4, DISP_E_TYPEMISMATCH, {}},
                       ConversionCase{"too big", _variant_t(u"2147483648"), VT_I4, DISP_E_OVERFLOW, {}},
                       ConversionCase{"unknown type", _variant_t(u"1"), 4, DISP_E_BADVARTYPE, {}}),
-    [](const auto& param) {
-      std::string name = param.param.name;
-      for (char& c : name)
-        if (c == ' ') c = '_';
-      return name;
-    });
+    [](const auto& param) { return TestName(param.param.name); });
 
 TEST(Variant, ConvertsInPlaceAndRefusesNullArguments) {
   VARIANT value = _variant_t(99);

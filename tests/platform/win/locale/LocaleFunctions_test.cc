@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "support/ScopedLocale.h"
+#include "support/ScopedEnv.h"
 #include "support/u16.h"
 #include "win/LastError.h"
 #include "win/WinError.h"
@@ -43,7 +43,7 @@ class UserLocaleTest : public ::testing::TestWithParam<LocaleCase> {};
 
 TEST_P(UserLocaleTest, ShortDateDefaultTimeAndSeparatorsFollowTheEnvironment) {
   const LocaleCase& c = GetParam();
-  ScopedLocale locale(c.locale);
+  ScopedEnv locale("LC_ALL", c.locale);
   EXPECT_EQ(date(kAfternoon, nullptr, DATE_SHORTDATE), c.shortDate);
   EXPECT_EQ(date(kAfternoon, nullptr, 0), c.shortDate);
   EXPECT_EQ(time(kAfternoon, nullptr), c.afternoon);
@@ -56,24 +56,20 @@ INSTANTIATE_TEST_SUITE_P(
     Locales, UserLocaleTest,
     ::testing::Values(LocaleCase{"en_US.UTF-8", u"3/5/2017", u"2:07:09 PM", u"9:05:03 AM", u".", u","},
                       LocaleCase{"de_DE.UTF-8", u"05.03.2017", u"14:07:09", u"09:05:03", u",", u";"},
-                      LocaleCase{"fr_FR@euro", u"05/03/2017", u"14:07:09", u"09:05:03", u",", u";"},
                       LocaleCase{"C", u"3/5/2017", u"2:07:09 PM", u"9:05:03 AM", u".", u","}),
     [](const ::testing::TestParamInfo<LocaleCase>& param) { return std::string(param.param.locale).substr(0, 5); });
 
 TEST(UserLocale, LcAllComesBeforeLcTimeAndLang) {
-  ScopedLocale unset("");
-  ::setenv("LANG", "de_DE.UTF-8", 1);
+  ScopedEnv all("LC_ALL", ""), lang("LANG", "de_DE.UTF-8");
   EXPECT_EQ(info(LOCALE_SDECIMAL), u",");
-  ::setenv("LC_TIME", "ja_JP.UTF-8", 1);
+  ScopedEnv time("LC_TIME", "ja_JP.UTF-8");
   EXPECT_EQ(date(kAfternoon, nullptr), u"2017/03/05");
-  ::setenv("LC_ALL", "en_US.UTF-8", 1);
+  ScopedEnv english("LC_ALL", "en_US.UTF-8");
   EXPECT_EQ(date(kAfternoon, nullptr), u"3/5/2017");
-  ::unsetenv("LC_TIME");
-  ::unsetenv("LANG");
 }
 
 TEST(DatePictures, FieldsQuotesAndLettersOfTheOtherKind) {
-  ScopedLocale locale("en_US");
+  ScopedEnv locale("LC_ALL", "en_US");
   struct Case {
     SYSTEMTIME time;
     const char16_t* picture;
@@ -97,7 +93,7 @@ TEST(DatePictures, FieldsQuotesAndLettersOfTheOtherKind) {
 }
 
 TEST(TimePictures, ClocksMarkersAndLettersOfTheOtherKind) {
-  ScopedLocale locale("en_US");
+  ScopedEnv locale("LC_ALL", "en_US");
   const SYSTEMTIME midnight{2017, 3, 0, 5, 0, 0, 0, 0};
   const SYSTEMTIME noon{2017, 3, 0, 5, 12, 30, 0, 0};
   struct Case {
@@ -116,12 +112,12 @@ TEST(TimePictures, ClocksMarkersAndLettersOfTheOtherKind) {
 }
 
 TEST(DatePictures, NamesComeFromTheLocale) {
-  ScopedLocale locale("de_DE");
+  ScopedEnv locale("LC_ALL", "de_DE");
   EXPECT_EQ(date(kAfternoon, u"dddd, d. MMMM yyyy"), u"Sonntag, 5. März 2017");
 }
 
 TEST(LocaleFunctions, FailuresGiveZeroAndTheLastError) {
-  ScopedLocale locale("en_US");
+  ScopedEnv locale("LC_ALL", "en_US");
   const SYSTEMTIME february30{2017, 2, 0, 30, 0, 0, 0, 0};
   const SYSTEMTIME hour24{2017, 2, 0, 3, 24, 0, 0, 0};
   char16_t buffer[256] = u"untouched";

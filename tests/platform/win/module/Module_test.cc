@@ -21,8 +21,6 @@ namespace fs = std::filesystem;
 
 const fs::path kLibraryDir = OHM_LIBRARY_DIR;
 
-std::u16string Windows(const fs::path& path) { return PosixPathToWindows(path.string()); }
-
 DWORD Error(LONG code) { return static_cast<DWORD>(code); }
 
 TEST(ModuleNameToFileName, OneRuleForDllNames) {
@@ -170,18 +168,6 @@ TEST_F(Resources, CStringLoadsFromAnExplicitLibrary) {
   const CString loaded = text;
   EXPECT_FALSE(text.LoadString(mUtils, 9999));
   EXPECT_EQ(text, loaded);
-}
-
-TEST_F(Resources, CannedDatabaseIsAnSQLiteFile) {
-  const HRSRC found = FindResourceW(mCanned, MAKEINTRESOURCEW(234), RT_RCDATA);
-  ASSERT_NE(found, nullptr);
-  const DWORD size = SizeofResource(mCanned, found);
-  const auto* bytes = static_cast<const char*>(LockResource(LoadResource(mCanned, found)));
-  ASSERT_NE(bytes, nullptr);
-  ASSERT_GE(size, 100u);
-  EXPECT_EQ(std::string(bytes, 16), std::string("SQLite format 3\0", 16));
-  const unsigned pageSize = static_cast<unsigned char>(bytes[16]) << 8 | static_cast<unsigned char>(bytes[17]);
-  EXPECT_EQ(size % pageSize, 0u);
 }
 
 TEST_F(Resources, FindResourceSaysWhatIsMissing) {

@@ -8,6 +8,7 @@
 
 #include <cstring>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <vector>
 
@@ -113,55 +114,52 @@ TEST_F(RegistryTest, CreateMakesTheWholePathOnceAndKeepsTheFirstSpelling) {
   RegCloseKey(a);
 }
 
-// Each call against a handle that lacks the right it needs.
+// Each call against a handle that lacks the right it needs, and with it.
 TEST_F(RegistryTest, HandlesRefuseWhatTheirRightsDoNotAllow) {
-  RegCloseKey(Create(u"K\\Child"));
+  HKEY made = nullptr;
+  DWORD size = 16, count = 0;
+  char16_t name[16];
   struct Case {
     const char* call;
     REGSAM access;
     LONG expected;
+    std::function<LONG(HKEY)> run;
+  };
+  const auto set = [](HKEY key) { return SetText(key, u"v", u"new"); };
+  const auto query = [&](HKEY key) { return RegQueryValueExW(key, u"v", nullptr, nullptr, nullptr, &size); };
+  const auto createNew = [&](HKEY key) {
+    return RegCreateKeyExW(key, u"New", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr);
   };
   const Case cases[] = {
-      {"set", KEY_READ, ERROR_ACCESS_DENIED},
-      {"set", KEY_SET_VALUE, ERROR_SUCCESS},
-      {"delete value", KEY_READ, ERROR_ACCESS_DENIED},
-      {"create new", KEY_READ, ERROR_ACCESS_DENIED},
-      {"create existing", KEY_READ, ERROR_SUCCESS},
-      {"create new", KEY_CREATE_SUB_KEY, ERROR_SUCCESS},
-      {"query", KEY_SET_VALUE, ERROR_ACCESS_DENIED},
-      {"query", KEY_READ, ERROR_SUCCESS},
-      {"enum keys", KEY_QUERY_VALUE, ERROR_ACCESS_DENIED},
-      {"info", KEY_ENUMERATE_SUB_KEYS, ERROR_ACCESS_DENIED},
-      {"delete key", KEY_QUERY_VALUE, ERROR_SUCCESS},  // the handle's rights don't matter to a delete
+      {"set", KEY_READ, ERROR_ACCESS_DENIED, set},
+      {"set", KEY_SET_VALUE, ERROR_SUCCESS, set},
+      {"delete value", KEY_READ, ERROR_ACCESS_DENIED, [](HKEY key) { return RegDeleteValueW(key, u"v"); }},
+      {"create new", KEY_READ, ERROR_ACCESS_DENIED, createNew},
+      {"create new", KEY_CREATE_SUB_KEY, ERROR_SUCCESS, createNew},
+      {"create existing", KEY_READ, ERROR_SUCCESS,
+       [&](HKEY key) { return RegCreateKeyExW(key, u"child", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr); }},
+      {"query", KEY_SET_VALUE, ERROR_ACCESS_DENIED, query},
+      {"query", KEY_READ, ERROR_SUCCESS, query},
+      {"enum keys", KEY_QUERY_VALUE, ERROR_ACCESS_DENIED,
+       [&](HKEY key) { return RegEnumKeyExW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr); }},
+      {"info", KEY_ENUMERATE_SUB_KEYS, ERROR_ACCESS_DENIED,
+       [&](HKEY key) {
+         return RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                 nullptr, nullptr);
+       }},
+      // The handle's rights don't matter to a delete.
+      {"delete key", KEY_QUERY_VALUE, ERROR_SUCCESS, [](HKEY key) { return RegDeleteKeyW(key, u"Child"); }},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.call) + " with access " + std::to_string(c.access));
-    HKEY writer = Open(u"K", KEY_ALL_ACCESS);
+    HKEY writer = Create(u"K");
     SetText(writer, u"v", u"old");
     RegCloseKey(Create(u"K\\Child"));
     HKEY key = Open(u"K", c.access);
-    HKEY made = nullptr;
-    DWORD count = 0;
-    char16_t name[16];
-    DWORD size = 16;
-    const std::string call = c.call;
-    LONG status = -1;
-    if (call == "set") status = SetText(key, u"v", u"new");
-    if (call == "delete value") status = RegDeleteValueW(key, u"v");
-    if (call == "create new") status = RegCreateKeyExW(key, u"New", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr);
-    if (call == "create existing")
-      status = RegCreateKeyExW(key, u"child", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr);
-    if (call == "query") status = RegQueryValueExW(key, u"v", nullptr, nullptr, nullptr, &size);
-    if (call == "enum keys") status = RegEnumKeyExW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr);
-    if (call == "info")
-      status = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                nullptr, nullptr);
-    if (call == "delete key") status = RegDeleteKeyW(key, u"Child");
-    EXPECT_EQ(status, c.expected);
-    if (call == "set") {
-      EXPECT_EQ(Text(writer, u"v"), status ? u"old" : u"new");
-    }
-    if (made) RegCloseKey(made);
+    size = 16;
+    EXPECT_EQ(c.run(key), c.expected);
+    EXPECT_EQ(Text(writer, u"v"), std::string(c.call) == "set" && !c.expected ? u"new" : u"old");
+    if (made) RegCloseKey(std::exchange(made, nullptr));
     RegDeleteKeyW(writer, u"New");
     RegCloseKey(key);
     RegCloseKey(writer);

@@ -14,6 +14,7 @@
 #include <thread>
 
 #include "mfc/CWnd.h"
+#include "support/ScopedEnv.h"
 #include "support/TempFolder.h"
 #include "support/u16.h"
 #include "win/LastError.h"
@@ -33,25 +34,6 @@
 #include "zd/ui/ZdTaskDialog_testing.h"
 
 namespace {
-
-// Sets an environment variable for a scope and puts the old value back.
-class ScopedEnv {
- public:
-  ScopedEnv(const char* name, const std::string& value) : mName(name) {
-    if (const char* old = std::getenv(name)) mOld = old;
-    ::setenv(name, value.c_str(), 1);
-  }
-  ~ScopedEnv() {
-    if (mOld)
-      ::setenv(mName, mOld->c_str(), 1);
-    else
-      ::unsetenv(mName);
-  }
-
- private:
-  const char* mName;
-  std::optional<std::string> mOld;
-};
 
 // --- paths and the temporary folder -------------------------------------------
 

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include "support/ScopedEnv.h"
 #include "support/TempFolder.h"
 #include "support/u16.h"
 #include "win/fs/PathMapping.h"
@@ -46,13 +47,12 @@ TEST(ZdSysVars, TypedReadAndWrite) {
 
 TEST(ZdEnv, SettingsSeededFromTheEnvironment) {
   zd_testing::resetEnv();
-  ::setenv("OHM_ENV_TEMPLATEPATH", "Z:\\tmp\\templates", 1);
+  const ScopedEnv templates("OHM_ENV_TEMPLATEPATH", "Z:\\tmp\\templates");
   char16_t buffer[32];
   ASSERT_EQ(zdedGetEnv(u"TemplatePath", buffer, 32), RTNORM);
   EXPECT_EQ(std::u16string(buffer), u"Z:\\tmp\\templates");
   EXPECT_EQ(zdedGetEnv(u"TemplatePath", buffer, 16), RTREJ);  // 16 units: no room for the terminator
   EXPECT_EQ(zdedGetEnv(u"NoSuchSetting", buffer, 32), RTERROR);
-  ::unsetenv("OHM_ENV_TEMPLATEPATH");
   zd_testing::resetEnv();
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "support/TestName.h"
 #include "support/u16.h"
 #include "win/fs/PathMapping.h"
 #include "zd/app/ZdDocManager.h"
@@ -76,11 +77,8 @@ TEST_P(DxfDocumentTest, OpensTheDrawingAsADocument) {
   EXPECT_EQ(mOpened->database()->blockTableRecordIds().size(), 3u);  // model, paper and the second paper space
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, DxfDocumentTest, ::testing::ValuesIn(openCases()), [](const auto& test) {
-  std::string name = test.param.what;
-  for (char& ch : name) ch = std::isalnum(static_cast<unsigned char>(ch)) ? ch : '_';
-  return name;
-});
+INSTANTIATE_TEST_SUITE_P(Cases, DxfDocumentTest, ::testing::ValuesIn(openCases()),
+                         [](const auto& test) { return TestName(test.param.what); });
 
 TEST(DxfDocumentNullTest, RefusesANullName) {
   ZdApDocument* document = reinterpret_cast<ZdApDocument*>(&document);
