@@ -5,8 +5,8 @@
 //   contact's pins once and joins the same pieces by hand;
 // - isCompOccMatchingRow of 10 visible columns over a 1,000-row table,
 //   against a floor that compares the rows with cell values worked out once.
-// The entities rebuild an occurrence's term map at every step by design; the
-// ratio shows what that costs.
+// The entities read an occurrence afresh at every call, once per call; the
+// ratio shows what that costs against values worked out once.
 #include <benchmark/benchmark.h>
 
 #include <string>
