@@ -1,5 +1,6 @@
 #include "JsonLocation.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <set>
@@ -114,8 +115,9 @@ class Scanner {
 std::vector<std::string> Tokens(const nlohmann::json::json_pointer& pointer) {
   std::vector<std::string> tokens;
   for (nlohmann::json::json_pointer rest = pointer; !rest.empty(); rest.pop_back()) {
-    tokens.insert(tokens.begin(), rest.back());
+    tokens.push_back(rest.back());
   }
+  std::reverse(tokens.begin(), tokens.end());
   return tokens;
 }
 
