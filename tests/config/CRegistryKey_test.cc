@@ -77,7 +77,7 @@ TEST_F(CRegistryKeyTest, GetValueChecksTypeSizeAndTerminator) {
   const std::vector<BYTE> number{0x78, 0x56, 0x34, 0x12};
   // label, type, data, read as ('n' number, 'b' buffer of 8 units, 's' CString), status, text read back
   const std::tuple<const char*, DWORD, std::vector<BYTE>, char, long, std::u16string> cases[] = {
-      {"number", REG_DWORD, number, 'n', 0, u""},
+      {"number", REG_DWORD, number, 'n', 0, u"305419896"},  // 0x12345678
       {"number from a short string", REG_SZ, Bytes(u"x"), 'n', ERROR_INVALID_DATA, u""},
       {"number from a long string", REG_SZ, Bytes(u"long"), 'n', ERROR_MORE_DATA, u""},
       {"string", REG_SZ, Bytes(u"abc"), 'b', 0, u"abc"},
@@ -102,8 +102,8 @@ TEST_F(CRegistryKeyTest, GetValueChecksTypeSizeAndTerminator) {
                         : form == 'b' ? key.GetValue(u"v", buffer, 8)
                                       : key.GetValue(u"v", text);
     EXPECT_EQ(status, expected);
-    if (status == 0 && form == 'n') EXPECT_EQ(value, 0x12345678u);
-    if (status == 0 && form != 'n') EXPECT_EQ(form == 'b' ? std::u16string(buffer) : text.str(), readBack);
+    if (status != 0) continue;
+    EXPECT_EQ(form == 'n' ? U16(std::to_string(value)) : form == 'b' ? buffer : text.str(), readBack);
   }
   DWORD number32 = 0;
   EXPECT_EQ(key.GetValue(u"missing", number32), ERROR_FILE_NOT_FOUND);
