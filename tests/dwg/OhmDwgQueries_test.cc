@@ -42,13 +42,15 @@ TEST_F(DrawingQueries, IsDrawingOpenComparesPathsWithoutCase) {
                                                     {u"C:/Proj/odd.dxf", false},
                                                     {u"", false},
                                                     {nullptr, false}};
-  ZdApDocument* const marker = reinterpret_cast<ZdApDocument*>(&cases);  // must stay unless found
+  ZdApDocument* const marker = reinterpret_cast<ZdApDocument*>(std::uintptr_t{0x10});  // must stay unless found
   for (const auto& [name, isOpen] : cases) {
     SCOPED_TRACE(name ? U8(name) : "null");
     ZdApDocument* document = marker;
     EXPECT_EQ(OhmDwgUtils::isDrawingOpen(name, &document), isOpen);
-    EXPECT_EQ(isOpen ? U8(document->fileName()) : "", isOpen ? "C:\\Proj\\SHT01.dxf" : "");
-    if (!isOpen) EXPECT_EQ(document, marker);
+    EXPECT_EQ(isOpen               ? U8(document->fileName())
+              : document == marker ? "marker"
+                                   : "changed",
+              isOpen ? "C:\\Proj\\SHT01.dxf" : "marker");
   }
   EXPECT_TRUE(OhmDwgUtils::isDrawingOpen(u"C:\\PROJ\\SHT01.DXF", nullptr));
   zd_testing::failNextDocumentIterator();
