@@ -4,10 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 #include <functional>
 #include <thread>
+#include <tuple>
 
 #include "com/ComApartment.h"
 #include "com/ComApartment_testing.h"
@@ -201,19 +200,15 @@ TEST_F(OhmCfgXMLTest, ChangesReachTheFileOnlyThroughSaveAndSurviveAReload) {
 }
 
 TEST_F(OhmCfgXMLTest, WithoutAUsableDocumentEverythingRaisesInvalidPointer) {
-  struct StateCase {
-    const char* name;
-    std::function<void()> reach;
-  };
-  const StateCase states[] = {
+  const std::tuple<const char*, std::function<void()>> states[] = {
       {"never loaded", [] {}},
       {"after save", [&] { loadFile("<Settings/>"), mConfig.saveCfgXML(); }},
       {"wrong root held", [&] { write("<Other/>"), mConfig.loadCfgXML(); }},
   };
-  for (const StateCase& state : states) {
-    SCOPED_TRACE(state.name);
+  for (const auto& [name, reach] : states) {
+    SCOPED_TRACE(name);
     dropDocument();
-    state.reach();
+    reach();
     EXPECT_EQ(raisedBy([&] { get(SettingType::SchSortOrder, u"p"); }), E_POINTER);
     EXPECT_EQ(raisedBy([&] { set(u"v", SettingType::SchSortOrder, u"p"); }), E_POINTER);
     EXPECT_EQ(raisedBy([&] { mConfig.setDefaultNode(SettingType::SchSortOrder); }), E_POINTER);
