@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 #include "ohmutils/xref/ReplaceStringInString.h"
 #include "support/u16.h"
@@ -82,25 +83,32 @@ std::u16string SequentialReference(std::u16string text, const Format::RefData& d
   return text;
 }
 
+// Short texts dense with tokens, then longer values and formats, so that
+// runs of every length are copied, with and without underline.
 TEST(OhmNoRxUtilsXrefTextFormat, AgreesWithTheOrderedReplacementsOnRandomInput) {
   std::mt19937 rng(20261123);
-  const std::u16string alphabet = u"%%%SNABILPDGFx.-";
-  auto randomText = [&](std::size_t maxLength) {
+  auto randomText = [&](const std::u16string& alphabet, std::size_t maxLength) {
     std::u16string text(rng() % (maxLength + 1), u' ');
     for (char16_t& unit : text) unit = alphabet[rng() % alphabet.size()];
     return text;
   };
-  for (int round = 0; round < 20000; ++round) {
-    Format::RefData data;
-    for (std::u16string* field : {&data.mSheet, &data.mRef, &data.mValueA, &data.mValueB, &data.mIecInst, &data.mIecLoc,
-                                  &data.mIecProject, &data.mSheetDwgName})
-      *field = randomText(4);
-    const std::u16string format = randomText(10);
-    const bool underline = rng() % 2;
-    std::u16string out = randomText(3);
-    Format::getXrefText({format, u"", underline}, u"", data, out);
-    const std::u16string expected = SequentialReference(format, data);
-    ASSERT_EQ(out, underline ? u"%%u" + expected + u"%%u" : expected) << "format " << U8(format);
+  const std::u16string tokens = u"%%%SNABILPDGFx.-";
+  // Alphabet and greatest length of the values, then of the format and the output's old content.
+  const std::tuple<std::u16string, std::size_t, std::u16string, std::size_t> sizes[] = {
+      {tokens, 4, tokens, 10}, {u"abcdefghij%", 20, u"%SNABILPDx.-", 40}};
+  for (const auto& [valueAlphabet, valueLength, formatAlphabet, formatLength] : sizes) {
+    for (int round = 0; round < 20000; ++round) {
+      Format::RefData data;
+      for (std::u16string* field : {&data.mSheet, &data.mRef, &data.mValueA, &data.mValueB, &data.mIecInst,
+                                    &data.mIecLoc, &data.mIecProject, &data.mSheetDwgName})
+        *field = randomText(valueAlphabet, valueLength);
+      const std::u16string format = randomText(formatAlphabet, formatLength);
+      const bool underline = rng() % 2;
+      std::u16string out = randomText(formatAlphabet, formatLength);
+      Format::getXrefText({format, u"", underline}, u"", data, out);
+      const std::u16string expected = SequentialReference(format, data);
+      ASSERT_EQ(out, underline ? u"%%u" + expected + u"%%u" : expected) << "format " << U8(format);
+    }
   }
 }
 
