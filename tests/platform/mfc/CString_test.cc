@@ -2,22 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/u16.h"
 
 namespace {
 
 TEST(CString, FindFollowsTheRuntimeBounds) {
   const CString text(u"a,b,,c");
-  struct Case {
-    LPCWSTR sub;
-    int start;
-    int expected;
-  } cases[] = {
+  const std::tuple<LPCWSTR, int, int> cases[] = {
       {u",", 0, 1}, {u",", 2, 3}, {u",,", 0, 3}, {u"x", 0, -1}, {u"", 0, 0}, {u"", 6, 6}, {u",", 6, -1}, {u",", -1, -1},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.sub) + " from " + std::to_string(c.start));
-    EXPECT_EQ(text.Find(c.sub, c.start), c.expected);
+  for (const auto& [sub, start, expected] : cases) {
+    SCOPED_TRACE(U8(sub) + " from " + std::to_string(start));
+    EXPECT_EQ(text.Find(sub, start), expected);
   }
   EXPECT_EQ(text.Find(u'c', 5), 5);
   EXPECT_EQ(text.Find(u'c', 6), -1);  // a unit is not found at the end position
