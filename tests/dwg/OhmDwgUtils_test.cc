@@ -2,10 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <optional>
 #include <tuple>
-
-#include <functional>
 
 #include "support/u16.h"
 #include "zd/ZdCodes.h"

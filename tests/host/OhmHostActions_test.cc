@@ -5,9 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 #include <cstdlib>
+#include <tuple>
 
 #include "support/ScopedEnv.h"
 #include "support/TempFolder.h"

@@ -3,9 +3,8 @@
 // version and the themed look.
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 #include <functional>
+#include <tuple>
 
 #include "ohmutils/host/OhmGetBuildVersion.h"
 #include "ohmutils/host/OhmOSVersion.h"

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <tuple>
-
 #include <vector>
 
 #include "win/ui/Cursor.h"
