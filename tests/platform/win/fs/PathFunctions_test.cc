@@ -19,11 +19,7 @@ std::u16string inPlace(const std::u16string& path, Function function) {
 }
 
 TEST(PathRemoveFileSpecW, CutsTheLastComponentAndKeepsRoots) {
-  struct Case {
-    std::u16string path;
-    BOOL removed;
-    std::u16string expected;
-  } cases[] = {
+  const std::tuple<std::u16string, BOOL, std::u16string> cases[] = {
       {u"C:\\a\\b.dwg", TRUE, u"C:\\a"},
       {u"C:\\a\\", TRUE, u"C:\\a"},
       {u"C:\\a", TRUE, u"C:\\"},
@@ -35,11 +31,11 @@ TEST(PathRemoveFileSpecW, CutsTheLastComponentAndKeepsRoots) {
       {u"C:b.dwg", TRUE, u"C:"},
       {u"a/b", TRUE, u""},  // only the backslash separates here
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.path));
-    BOOL removed = -1;
-    EXPECT_EQ(inPlace(c.path, [&](char16_t* buffer) { removed = PathRemoveFileSpecW(buffer); }), c.expected);
-    EXPECT_EQ(removed, c.removed);
+  for (const auto& [path, removed, expected] : cases) {
+    SCOPED_TRACE(U8(path));
+    BOOL result = -1;
+    EXPECT_EQ(inPlace(path, [&](char16_t* buffer) { result = PathRemoveFileSpecW(buffer); }), expected);
+    EXPECT_EQ(result, removed);
   }
 }
 
