@@ -53,23 +53,18 @@ class RegistryTest : public ::testing::Test {
     if (status) return U16("<" + std::to_string(status) + ">");
     return buffer;
   }
-  // Names of sub keys or values in enumeration order.
-  static std::vector<std::u16string> SubKeys(HKEY key) {
+  // Names of sub keys or values in enumeration order, as RegEnumKeyExW or RegEnumValueW give them.
+  template <class Enumerate>
+  static std::vector<std::u16string> Names(HKEY key, Enumerate enumerate) {
     std::vector<std::u16string> names;
     char16_t name[256];
-    for (DWORD i = 0, size = 256; RegEnumKeyExW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0;
+    for (DWORD i = 0, size = 256; enumerate(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0;
          ++i, size = 256)
       names.emplace_back(name, size);
     return names;
   }
-  static std::vector<std::u16string> Values(HKEY key) {
-    std::vector<std::u16string> names;
-    char16_t name[256];
-    for (DWORD i = 0, size = 256; RegEnumValueW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0;
-         ++i, size = 256)
-      names.emplace_back(name, size);
-    return names;
-  }
+  static std::vector<std::u16string> SubKeys(HKEY key) { return Names(key, RegEnumKeyExW); }
+  static std::vector<std::u16string> Values(HKEY key) { return Names(key, RegEnumValueW); }
 
   TempFolder mFolder;
 };
