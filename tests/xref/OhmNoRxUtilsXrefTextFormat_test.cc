@@ -29,25 +29,18 @@ std::u16string Text(const Format::Option& option, const std::u16string& host, co
   return out;
 }
 
-struct TextCase {
-  std::u16string dwgPath;
-  bool underline;
-  std::u16string expected;
-};
-
-class WorkedExample : public ::testing::TestWithParam<TextCase> {};
-
-TEST_P(WorkedExample, GivesTheDocumentedText) {
-  const TextCase& c = GetParam();
-  const Format::Option option{u"%S.%N", u"%I+%L/%D-%S.%N", c.underline};
-  EXPECT_EQ(Text(option, u"C:\\PROJ\\SHT02.DWG", WorkedData(c.dwgPath)), c.expected);
+// The host drawing is SHT02; the occurrence's drawing, whether to underline, the text.
+TEST(OhmNoRxUtilsXrefTextFormat, WorkedExampleGivesTheDocumentedText) {
+  const std::tuple<std::u16string, bool, std::u16string> cases[] = {
+      {u"c:\\proj\\sht02.dwg", false, u"3.105"},
+      {u"C:\\PROJ\\SHT03.DWG", false, u"K1+M2/SHT03-3.105"},
+      {u"c:\\proj\\sht02.dwg", true, u"%%u3.105%%u"},
+      {u"", false, u"K1+M2/SHT03-3.105"}};
+  for (const auto& [dwgPath, underline, expected] : cases) {
+    const Format::Option option{u"%S.%N", u"%I+%L/%D-%S.%N", underline};
+    EXPECT_EQ(Text(option, u"C:\\PROJ\\SHT02.DWG", WorkedData(dwgPath)), expected) << U8(dwgPath) << underline;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(HostSheet02, WorkedExample,
-                         ::testing::Values(TextCase{u"c:\\proj\\sht02.dwg", false, u"3.105"},
-                                           TextCase{u"C:\\PROJ\\SHT03.DWG", false, u"K1+M2/SHT03-3.105"},
-                                           TextCase{u"c:\\proj\\sht02.dwg", true, u"%%u3.105%%u"},
-                                           TextCase{u"", false, u"K1+M2/SHT03-3.105"}));
 
 TEST(OhmNoRxUtilsXrefTextFormat, OutputMayBeOneOfTheInputs) {
   Format::Option option{u"%S-%N", u"", false};
