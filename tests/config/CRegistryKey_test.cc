@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 #include "RegistryStoreFixture.h"
@@ -71,19 +72,11 @@ TEST_F(CRegistryKeyTest, ANewObjectWorksOnTheRootOfTheCurrentUser) {
   EXPECT_TRUE(boxes().empty());
 }
 
-struct ReadCase {
-  const char* label;
-  DWORD type;
-  std::vector<BYTE> data;
-  char form;  // 'n' number, 'b' buffer of 8 units, 's' CString
-  long status;
-  std::u16string text;  // read back through 'b' or 's' on success
-};
-
 TEST_F(CRegistryKeyTest, GetValueChecksTypeSizeAndTerminator) {
   const std::vector<BYTE> number{0x78, 0x56, 0x34, 0x12};
-  const ReadCase cases[] = {
-      {"number", REG_DWORD, number, 'n', 0, u""},
+  // label, type, data, read as ('n' number, 'b' buffer of 8 units, 's' CString), status, text read back
+  const std::tuple<const char*, DWORD, std::vector<BYTE>, char, long, std::u16string> cases[] = {
+      {"number", REG_DWORD, number, 'n', 0, u"305419896"},  // 0x12345678
       {"number from a short string", REG_SZ, Bytes(u"x"), 'n', ERROR_INVALID_DATA, u""},
       {"number from a long string", REG_SZ, Bytes(u"long"), 'n', ERROR_MORE_DATA, u""},
       {"string", REG_SZ, Bytes(u"abc"), 'b', 0, u"abc"},
@@ -98,22 +91,18 @@ TEST_F(CRegistryKeyTest, GetValueChecksTypeSizeAndTerminator) {
   };
   CRegistryKey key;
   ASSERT_EQ(key.Create(u"Types"), 0);
-  for (const ReadCase& c : cases) {
-    SCOPED_TRACE(c.label);
-    Put(u"Types", u"v", c.type, c.data);
+  for (const auto& [label, type, data, form, expected, readBack] : cases) {
+    SCOPED_TRACE(label);
+    Put(u"Types", u"v", type, data);
     DWORD value = 0;
     char16_t buffer[8] = {u'?', 0};
     CString text;
-    const long status = c.form == 'n'   ? key.GetValue(u"v", value)
-                        : c.form == 'b' ? key.GetValue(u"v", buffer, 8)
-                                        : key.GetValue(u"v", text);
-    EXPECT_EQ(status, c.status);
-    const std::u16string read = c.form == 'b' ? std::u16string(buffer) : text.str();
-    if (status == 0 && c.form == 'n') {
-      EXPECT_EQ(value, 0x12345678u);
-    } else if (status == 0) {
-      EXPECT_EQ(read, c.text);
-    }
+    const long status = form == 'n'   ? key.GetValue(u"v", value)
+                        : form == 'b' ? key.GetValue(u"v", buffer, 8)
+                                      : key.GetValue(u"v", text);
+    EXPECT_EQ(status, expected);
+    if (status != 0) continue;
+    EXPECT_EQ(form == 'n' ? U16(std::to_string(value)) : form == 'b' ? buffer : text.str(), readBack);
   }
   DWORD number32 = 0;
   EXPECT_EQ(key.GetValue(u"missing", number32), ERROR_FILE_NOT_FOUND);
@@ -143,17 +132,12 @@ TEST_F(CRegistryKeyTest, SetValueWritesTextWithItsTerminatorAndEveryOtherItemAsA
   items.AddTail(binary);
   items.AddTail(number);
   EXPECT_EQ(key.SetValue(&items), 0);
-  struct Stored {
-    const char16_t* name;
-    DWORD type;
-    DWORD size;
-  };
-  for (const Stored& s : {Stored{u"t", REG_SZ, 12}, Stored{u"b", REG_DWORD, 4}, Stored{u"n", REG_DWORD, 4}}) {
-    SCOPED_TRACE(U8(s.name));
+  for (const auto& [name, storedType, storedSize] :
+       {std::tuple{u"t", REG_SZ, 12u}, {u"b", REG_DWORD, 4u}, {u"n", REG_DWORD, 4u}}) {
     DWORD type = 0, size = 0;
-    EXPECT_EQ(RegQueryValueExW(key, s.name, nullptr, &type, nullptr, &size), 0);
-    EXPECT_EQ(type, s.type);
-    EXPECT_EQ(size, s.size);
+    EXPECT_EQ(RegQueryValueExW(key, name, nullptr, &type, nullptr, &size), 0);
+    EXPECT_EQ(type, DWORD(storedType)) << U8(name);
+    EXPECT_EQ(size, storedSize) << U8(name);
   }
   DWORD value = 0;
   EXPECT_EQ(key.GetValue(u"b", value), 0);

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <thread>
+#include <tuple>
 
 #include "com/ComApartment.h"
 #include "com/ComApartment_testing.h"
@@ -83,26 +84,17 @@ class OhmCfgXMLTest : public ::testing::Test {
   OhmCfgXML& mConfig = OhmCfgXML::GetInstance();
 };
 
-struct LoadCase {
-  const char* name;
-  const char* content;  // nullptr: no file
-  bool loads;
-};
-
 TEST_F(OhmCfgXMLTest, LoadNeedsAWellFormedFileWithASettingsRoot) {
-  const LoadCase cases[] = {
-      {"missing file", nullptr, false},
-      {"root in lower case", "<settings/>", false},
-      {"empty Settings", "<Settings/>", true},
-  };
-  for (const LoadCase& c : cases) {
-    SCOPED_TRACE(c.name);
+  // The file's content (nullptr: no file) and whether it loads.
+  for (const auto& [content, loads] :
+       {std::pair{static_cast<const char*>(nullptr), false}, {"<settings/>", false}, {"<Settings/>", true}}) {
+    SCOPED_TRACE(content ? content : "no file");
     std::filesystem::remove(folder().posix("App.config"));
-    if (c.content) write(c.content);
-    EXPECT_EQ(mConfig.loadCfgXML(), c.loads);
-    HRESULT readCode = raisedBy([&] { get(SettingType::SchSortOrder, u"p"); });
-    EXPECT_EQ(readCode, c.loads ? S_OK : E_POINTER) << "a failed load leaves nothing to read";
-    EXPECT_EQ(std::filesystem::exists(folder().posix("App.config")), c.content != nullptr)
+    if (content) write(content);
+    EXPECT_EQ(mConfig.loadCfgXML(), loads);
+    EXPECT_EQ(raisedBy([&] { get(SettingType::SchSortOrder, u"p"); }), loads ? S_OK : E_POINTER)
+        << "a failed load leaves nothing to read";
+    EXPECT_EQ(std::filesystem::exists(folder().posix("App.config")), content != nullptr)
         << "a missing file is not made";
   }
 }
@@ -162,18 +154,11 @@ TEST_F(OhmCfgXMLTest, SettingChangesOnlyTheValue) {
             u"<Property Name=\"q\" Value=\"q\"/></Setting></Settings>");
 }
 
-struct TwoSetsCase {
-  const char* name;
-  int type;
-  const char16_t* secondProperty;
-  const char16_t* readBack;  // the first property, read under the type after both sets
-  const char16_t* savedXml;
-};
-
 // Two setSetting calls on a file that lacks the Setting: "v1" into property
-// "p", then "v2" into `secondProperty`.
+// "p", then "v2" into a second property; then "p" is read back under the
+// type and the file saved.
 TEST_F(OhmCfgXMLTest, MissingSettingIsAddedAtTheEndWithNameThenValue) {
-  const TwoSetsCase cases[] = {
+  const std::tuple<const char*, int, const char16_t*, const char16_t*, const char16_t*> cases[] = {
       {"new Setting, two properties", SettingType::TermSchSortOrder, u"q", u"v1",
        u"<Settings><Setting Name=\"Custom\"/><Setting Name=\"TermSchSortOrder\">"
        u"<Property Name=\"p\" Value=\"v1\"/><Property Name=\"q\" Value=\"v2\"/></Setting></Settings>"},
@@ -184,14 +169,14 @@ TEST_F(OhmCfgXMLTest, MissingSettingIsAddedAtTheEndWithNameThenValue) {
        u"<Settings><Setting Name=\"Custom\"/><Setting Name=\"\"><Property Name=\"p\" Value=\"v1\"/></Setting>"
        u"<Setting Name=\"\"><Property Name=\"p\" Value=\"v2\"/></Setting></Settings>"},
   };
-  for (const TwoSetsCase& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [name, type, secondProperty, readBack, savedXml] : cases) {
+    SCOPED_TRACE(name);
     loadFile("<Settings><Setting Name=\"Custom\"/></Settings>");
-    set(u"v1", c.type, u"p");
-    set(u"v2", c.type, c.secondProperty);
-    EXPECT_EQ(get(c.type, u"p"), c.readBack);
+    set(u"v1", type, u"p");
+    set(u"v2", type, secondProperty);
+    EXPECT_EQ(get(type, u"p"), readBack);
     ASSERT_TRUE(mConfig.saveCfgXML());
-    EXPECT_EQ(fileXml(), c.savedXml);
+    EXPECT_EQ(fileXml(), savedXml);
   }
 }
 
@@ -215,19 +200,15 @@ TEST_F(OhmCfgXMLTest, ChangesReachTheFileOnlyThroughSaveAndSurviveAReload) {
 }
 
 TEST_F(OhmCfgXMLTest, WithoutAUsableDocumentEverythingRaisesInvalidPointer) {
-  struct StateCase {
-    const char* name;
-    std::function<void()> reach;
-  };
-  const StateCase states[] = {
+  const std::tuple<const char*, std::function<void()>> states[] = {
       {"never loaded", [] {}},
       {"after save", [&] { loadFile("<Settings/>"), mConfig.saveCfgXML(); }},
       {"wrong root held", [&] { write("<Other/>"), mConfig.loadCfgXML(); }},
   };
-  for (const StateCase& state : states) {
-    SCOPED_TRACE(state.name);
+  for (const auto& [name, reach] : states) {
+    SCOPED_TRACE(name);
     dropDocument();
-    state.reach();
+    reach();
     EXPECT_EQ(raisedBy([&] { get(SettingType::SchSortOrder, u"p"); }), E_POINTER);
     EXPECT_EQ(raisedBy([&] { set(u"v", SettingType::SchSortOrder, u"p"); }), E_POINTER);
     EXPECT_EQ(raisedBy([&] { mConfig.setDefaultNode(SettingType::SchSortOrder); }), E_POINTER);
@@ -241,25 +222,19 @@ TEST_F(OhmCfgXMLTest, WithoutAUsableDocumentEverythingRaisesInvalidPointer) {
   EXPECT_EQ(raisedBy([&] { mConfig.saveCfgXML(); }), E_POINTER) << "a second save in a row";
 }
 
-struct NamelessCase {
-  const char* name;
-  const char* xml;
-  HRESULT expected;
-};
-
 TEST_F(OhmCfgXMLTest, ElementsLookedAtNeedAName) {
-  const NamelessCase cases[] = {
+  const std::tuple<const char*, const char*, HRESULT> cases[] = {
       {"Setting before the match", "<Setting/><Setting Name=\"SchSortOrder\"/>", DISP_E_TYPEMISMATCH},
       {"Setting behind the match", "<Setting Name=\"SchSortOrder\"/><Setting/>", S_OK},
       {"Property before the match",
        "<Setting Name=\"SchSortOrder\"><Property Value=\"1\"/><Property Name=\"p\"/></Setting>", DISP_E_TYPEMISMATCH},
       {"Property of another Setting", "<Setting Name=\"Audit\"><Property/></Setting>", S_OK},
   };
-  for (const NamelessCase& c : cases) {
-    SCOPED_TRACE(c.name);
-    loadFile(std::string("<Settings>") + c.xml + "</Settings>");
-    EXPECT_EQ(raisedBy([&] { get(SettingType::SchSortOrder, u"p"); }), c.expected);
-    EXPECT_EQ(raisedBy([&] { set(u"v", SettingType::SchSortOrder, u"p"); }), c.expected);
+  for (const auto& [name, xml, expected] : cases) {
+    SCOPED_TRACE(name);
+    loadFile(std::string("<Settings>") + xml + "</Settings>");
+    EXPECT_EQ(raisedBy([&] { get(SettingType::SchSortOrder, u"p"); }), expected);
+    EXPECT_EQ(raisedBy([&] { set(u"v", SettingType::SchSortOrder, u"p"); }), expected);
   }
 }
 

@@ -56,27 +56,17 @@ TEST_F(OhmRegSettingTest, AWrittenSettingReadsBackFromItsSectionKey) {
   EXPECT_EQ(Get(u"", u"Top"), u"in Settings itself") << "a path ending in a backslash names Settings";
 }
 
-struct UnreadableCase {
-  const char* label;
-  DWORD type;
-  std::u16string text;
-};
-
 TEST_F(OhmRegSettingTest, ValuesThatAreNotShortTextReadAsFalse) {
-  const UnreadableCase cases[] = {
-      {"a number", REG_DWORD, u"ab"},
-      {"text without terminator", REG_SZ, u"abcd"},
-      {"1999 units", REG_SZ, std::u16string(1999, u'x') + u'\0'},
-  };
+  // A number, text without terminator, 1999 units.
+  const std::pair<DWORD, std::u16string> cases[] = {
+      {REG_DWORD, u"ab"}, {REG_SZ, u"abcd"}, {REG_SZ, std::u16string(1999, u'x') + u'\0'}};
   ASSERT_TRUE(OhmSetRegSetting(u"Typed", u"v", u"seed"));
   HKEY key = nullptr;
   ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, (std::u16string(kSettings) + u"\\Typed").c_str(), 0, KEY_ALL_ACCESS, &key),
             0);
-  for (const UnreadableCase& c : cases) {
-    SCOPED_TRACE(c.label);
-    RegSetValueExW(key, u"v", 0, c.type, reinterpret_cast<const BYTE*>(c.text.data()),
-                   static_cast<DWORD>(c.text.size() * 2));
-    EXPECT_EQ(Get(u"Typed", u"v"), u"<false>");
+  for (const auto& [type, text] : cases) {
+    RegSetValueExW(key, u"v", 0, type, reinterpret_cast<const BYTE*>(text.data()), static_cast<DWORD>(text.size() * 2));
+    EXPECT_EQ(Get(u"Typed", u"v"), u"<false>") << type << " " << text.size();
   }
   RegCloseKey(key);
   ASSERT_TRUE(OhmSetRegSetting(u"Typed", u"v", std::u16string(1998, u'y').c_str()));

@@ -109,15 +109,6 @@ TEST_F(ObjectTypeFaults, BlockDefinitionOpenForWriteElsewhereStaysSo) {
   record->close();
 }
 
-TEST_F(ObjectTypeFaults, UnreadableAttributesDontExist) {
-  ZdDbBlockReference* reference = mBuild.insertBlock(u"X", {{u"TAG1", u"CR1"}, {u"TAG2", u""}});
-  ZdDbBlockReference* nullTag = mBuild.insertBlock(u"X", {{u"TAG2", u""}});
-  static_cast<ZdDbAttribute*>(mDb.objectAt(nullTag->attributeIds()[0]))->setTag(std::nullopt);
-  zd_testing::failOpenOf(reference->attributeIds()[0]);
-  EXPECT_EQ(OhmDwgUtils::getOhmObjectType(reference), OhmDwgUtils::EntityTag2);
-  EXPECT_EQ(OhmDwgUtils::getOhmObjectType(nullTag), OhmDwgUtils::EntityUnknown);
-}
-
 TEST_F(ObjectTypeFaults, NoAttributeIteratorMeansNoAttributes) {
   ZdDbBlockReference* strip = mBuild.insertBlock(u"AT0", {{u"TAGSTRIP", u""}, {u"TAG1", u""}});
   zd_testing::failNextObjectIterators(100);

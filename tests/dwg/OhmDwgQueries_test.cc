@@ -34,26 +34,23 @@ class DrawingQueries : public ::testing::Test {
 TEST_F(DrawingQueries, IsDrawingOpenComparesPathsWithoutCase) {
   open(u"C:\\Proj\\SHT01.dxf");
   zdDocManagerPtr()->addDocument(u"C:/Proj/odd.dxf", nullptr);
-  struct Case {
-    const char16_t* name;
-    bool open;
-  } cases[] = {{u"C:\\Proj\\SHT01.dxf", true},
-               {u"c:\\proj\\sht01.DXF", true},
-               {u"C:/Proj/SHT01.dxf", true},
-               {u"C:\\Proj\\SHT02.dxf", false},
-               {u"C:\\Proj\\odd.dxf", false},
-               {u"C:/Proj/odd.dxf", false},
-               {u"", false},
-               {nullptr, false}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name ? U8(c.name) : "null");
-    ZdApDocument* document = reinterpret_cast<ZdApDocument*>(&cases);  // a marker that must stay unless found
-    EXPECT_EQ(OhmDwgUtils::isDrawingOpen(c.name, &document), c.open);
-    if (c.open) {
-      EXPECT_STREQ(U8(document->fileName()).c_str(), "C:\\Proj\\SHT01.dxf");
-    } else {
-      EXPECT_EQ(document, reinterpret_cast<ZdApDocument*>(&cases));
-    }
+  const std::pair<const char16_t*, bool> cases[] = {{u"C:\\Proj\\SHT01.dxf", true},
+                                                    {u"c:\\proj\\sht01.DXF", true},
+                                                    {u"C:/Proj/SHT01.dxf", true},
+                                                    {u"C:\\Proj\\SHT02.dxf", false},
+                                                    {u"C:\\Proj\\odd.dxf", false},
+                                                    {u"C:/Proj/odd.dxf", false},
+                                                    {u"", false},
+                                                    {nullptr, false}};
+  ZdApDocument* const marker = reinterpret_cast<ZdApDocument*>(std::uintptr_t{0x10});  // must stay unless found
+  for (const auto& [name, isOpen] : cases) {
+    SCOPED_TRACE(name ? U8(name) : "null");
+    ZdApDocument* document = marker;
+    EXPECT_EQ(OhmDwgUtils::isDrawingOpen(name, &document), isOpen);
+    EXPECT_EQ(isOpen               ? U8(document->fileName())
+              : document == marker ? "marker"
+                                   : "changed",
+              isOpen ? "C:\\Proj\\SHT01.dxf" : "marker");
   }
   EXPECT_TRUE(OhmDwgUtils::isDrawingOpen(u"C:\\PROJ\\SHT01.DXF", nullptr));
   zd_testing::failNextDocumentIterator();
@@ -75,27 +72,22 @@ TEST_F(DrawingQueries, OpenedDatabaseBelongsToItsDocument) {
 }
 
 TEST_F(DrawingQueries, LayoutsInTabOrderWithoutModel) {
-  struct Layout {
-    std::u16string name;
-    std::int32_t tabOrder;
-  };
-  struct Case {
-    std::vector<Layout> layouts;  // in dictionary order, after a fresh database's none
-    std::vector<std::u16string> listed;
-  } cases[] = {
+  // Layouts in dictionary order, after a fresh database's none, and what is listed.
+  using Layouts = std::vector<std::pair<std::u16string, std::int32_t>>;
+  const std::pair<Layouts, std::vector<std::u16string>> cases[] = {
       {{{u"Model", 0}, {u"Layout2", 2}, {u"Layout1", 1}}, {u"Layout1", u"Layout2"}},
       {{{u"MODEL", 3}, {u"model", 4}, {u"Sheet", 5}}, {u"Sheet"}},
       {{{u"A", 1}, {u"B", 1}}, {u"B"}},
       {{{u"Neg", -1}, {u"Zero", 0}}, {u"Neg", u"Zero"}},
       {{{u"Model", 0}}, {}},
   };
-  for (const Case& c : cases) {
+  for (const auto& [layouts, listed] : cases) {
     ZdDbDatabase db(false, true);
-    for (const Layout& layout : c.layouts) db.addLayout(layout.name, layout.tabOrder, db.paperSpaceId());
+    for (const auto& [name, tabOrder] : layouts) db.addLayout(name, tabOrder, db.paperSpaceId());
     OhmDwgUtils::LayoutList list;
     list.append(ZdString(u"stale"));
-    EXPECT_EQ(OhmDwgUtils::getAllLayoutNames(&db, list), !c.listed.empty());
-    EXPECT_EQ(names(list), c.listed);
+    EXPECT_EQ(OhmDwgUtils::getAllLayoutNames(&db, list), !listed.empty());
+    EXPECT_EQ(names(list), listed);
   }
   OhmDwgUtils::LayoutList list;
   list.append(ZdString(u"stale"));
@@ -190,13 +182,9 @@ TEST_F(DrawingQueries, BlocksFailures) {
 }
 
 TEST(OhmDwgUtils, HandleStrings) {
-  struct Case {
-    std::uint64_t value;
-    const char16_t* text;
-  } cases[] = {{0, u""}, {0x2F, u"h=2F"}, {0xABCDEF0123456789ull, u"h=ABCDEF0123456789"}};
-  for (const Case& c : cases) {
-    EXPECT_EQ(OhmDwgUtils::getOhmHandleString(ZdDbHandle(c.value)).str(), std::u16string(c.text)) << c.value;
-  }
+  for (const auto& [value, text] :
+       {std::pair{0ull, u""}, {0x2Full, u"h=2F"}, {0xABCDEF0123456789ull, u"h=ABCDEF0123456789"}})
+    EXPECT_EQ(OhmDwgUtils::getOhmHandleString(ZdDbHandle(value)).str(), std::u16string(text)) << value;
 }
 
 // A drawing opened from its file: references nested in block definitions stay out.

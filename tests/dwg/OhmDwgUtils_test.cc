@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
+#include <tuple>
 
 #include "support/u16.h"
 #include "zd/ZdCodes.h"
@@ -28,32 +30,26 @@ class OhmDwgUtilsTest : public ::testing::Test {
 };
 
 TEST_F(OhmDwgUtilsTest, XDataRecordsOfEveryShape) {
-  struct Case {
-    const char* shape;
-    std::function<void(ZdDbObject&)> set;
-    bool found;
-    std::u16string value;
-  } cases[] = {
-      {"name, control, text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u"%S.%N"); }, true,
-       u"%S.%N"},
+  // The shape, how it is set, and the text found (nullopt: none).
+  const std::tuple<const char*, std::function<void(ZdDbObject&)>, std::optional<std::u16string>> cases[] = {
+      {"name, control, text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u"%S.%N"); }, u"%S.%N"},
       {"further items",
-       [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u"v", XD_SHORT, 3, XD_CONTROL, u"}"); }, true,
-       u"v"},
-      {"empty text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u""); }, true, u""},
-      {"control string's content not read", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"}", XD_STRING, u"x"); }, true,
+       [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u"v", XD_SHORT, 3, XD_CONTROL, u"}"); }, u"v"},
+      {"empty text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u""); }, u""},
+      {"control string's content not read", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"}", XD_STRING, u"x"); },
        u"x"},
-      {"text instead of control", [](ZdDbObject& o) { SetXData(o, XD_STRING, u"{", XD_STRING, u"x"); }, false, u""},
-      {"too short", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{"); }, false, u""},
-      {"number for text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_SHORT, 1); }, false, u""},
-      {"no xdata", [](ZdDbObject&) {}, false, u""},
+      {"text instead of control", [](ZdDbObject& o) { SetXData(o, XD_STRING, u"{", XD_STRING, u"x"); }, std::nullopt},
+      {"too short", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{"); }, std::nullopt},
+      {"number for text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_SHORT, 1); }, std::nullopt},
+      {"no xdata", [](ZdDbObject&) {}, std::nullopt},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.shape);
+  for (const auto& [shape, set, found] : cases) {
+    SCOPED_TRACE(shape);
     ZdDbEntity* entity = build.addEntity(u"ZdDbLine");
-    c.set(*entity);
+    set(*entity);
     std::u16string value = u"preset";
-    EXPECT_EQ(OhmDwgUtils::getOhmEntityXData(entity, u"APP", value), c.found);
-    EXPECT_EQ(value, c.found ? c.value : u"preset");
+    EXPECT_EQ(OhmDwgUtils::getOhmEntityXData(entity, u"APP", value), found.has_value());
+    EXPECT_EQ(value, found.value_or(u"preset"));
   }
   std::u16string value = u"preset";
   EXPECT_FALSE(OhmDwgUtils::getOhmEntityXData(nullptr, u"APP", value));
@@ -73,21 +69,11 @@ TEST_F(OhmDwgUtilsTest, XDataValueAllocationFailureReadsAsAbsent) {
 TEST_F(OhmDwgUtilsTest, AttributeLookupFollowsDrawingOrder) {
   ZdDbBlockReference* coil =
       build.insertBlock(u"HCR1", {{u"DESC1", u"d"}, {u"TAG1F", u"K1"}, {u"TAG1", u"K2"}, {u"EMPTY", u""}});
-  struct Case {
-    const char16_t* pattern;
-    const char16_t* text;
-  } cases[] = {
-      {u"TAG1,TAG1F", u"K1"}, {u"tag1", u"K2"}, {u"TAG*", u"K1"}, {u"EMPTY", u""}, {u"NONE", nullptr},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.pattern));
-    const char16_t* text = OhmDwgUtils::getAttributeValue(coil, c.pattern);
-    if (!c.text) {
-      EXPECT_EQ(text, nullptr);
-    } else {
-      ASSERT_NE(text, nullptr);
-      EXPECT_EQ(std::u16string(text), c.text);
-    }
+  // The pattern and the text found ("<none>": a null pointer).
+  for (const auto& [pattern, expected] :
+       {std::pair{u"TAG1,TAG1F", u"K1"}, {u"tag1", u"K2"}, {u"TAG*", u"K1"}, {u"EMPTY", u""}, {u"NONE", u"<none>"}}) {
+    const char16_t* text = OhmDwgUtils::getAttributeValue(coil, pattern);
+    EXPECT_EQ(std::u16string(text ? text : u"<none>"), expected) << U8(pattern);
   }
   EXPECT_EQ(OhmDwgUtils::getAttributeValue(nullptr, u"*"), nullptr);
   EXPECT_EQ(OhmDwgUtils::getAttributeValue(coil, nullptr), nullptr);

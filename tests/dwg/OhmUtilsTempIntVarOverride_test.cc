@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "zd/ZdCodes.h"
 
 #include "zd/ZdValueNode.h"
@@ -25,18 +27,15 @@ class TempIntVarOverride : public ::testing::Test {
 };
 
 TEST_F(TempIntVarOverride, SetsForTheScopeAndRestores) {
-  struct Case {
-    short old;
-    int value;
-    short during;
-  } cases[] = {{1, 0, 0}, {5, 5, 5}, {0, 70000, static_cast<short>(70000)}};
-  for (const Case& c : cases) {
-    zd_testing::defineSysVar(u"CMDECHO", c.old);
+  // The value before, the one set, and what the host holds during the scope.
+  const std::tuple<short, int, short> cases[] = {{1, 0, 0}, {5, 5, 5}, {0, 70000, static_cast<short>(70000)}};
+  for (const auto& [old, value, during] : cases) {
+    zd_testing::defineSysVar(u"CMDECHO", old);
     {
-      OhmUtilsTempIntVarOverride scope(ZdString(u"CMDECHO"), c.value);
-      EXPECT_EQ(ShortVar(u"CMDECHO"), c.during) << c.value;
+      OhmUtilsTempIntVarOverride scope(ZdString(u"CMDECHO"), value);
+      EXPECT_EQ(ShortVar(u"CMDECHO"), during) << value;
     }
-    EXPECT_EQ(ShortVar(u"CMDECHO"), c.old) << c.value;
+    EXPECT_EQ(ShortVar(u"CMDECHO"), old) << value;
   }
 }
 

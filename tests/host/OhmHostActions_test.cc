@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <tuple>
 
 #include "support/ScopedEnv.h"
 #include "support/TempFolder.h"
@@ -31,13 +32,10 @@ TEST(OpenURL, AsksTheFileProtocolHandlerToOpenTheAddress) {
   const std::u16string address = u"http://www.ohm-suite.example/a?b=c d";
   OpenURL(address.c_str());
   ASSERT_EQ(ui.shellRequests().size(), 1u);
-  const UiShellExecute& request = ui.shellRequests()[0];
-  EXPECT_EQ(request.owner, nullptr);
-  EXPECT_EQ(request.verb, u"open");
-  EXPECT_EQ(request.file, u"rundll32.exe");
-  EXPECT_EQ(request.parameters, u"url.dll,FileProtocolHandler " + address);
-  EXPECT_EQ(request.directory, u"");
-  EXPECT_EQ(request.show, SW_SHOWNORMAL);
+  const UiShellExecute& r = ui.shellRequests()[0];
+  EXPECT_EQ(std::tie(r.owner, r.verb, r.file, r.parameters, r.directory, r.show),
+            std::make_tuple(nullptr, u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler " + address, u"",
+                            SW_SHOWNORMAL));
 }
 
 TEST(QuitZeda, AsksTheHostToQuitAfterWhatIsQueuedUnlessItHasNoAutomationApplication) {

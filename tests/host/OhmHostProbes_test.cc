@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <tuple>
 
 #include "ohmutils/host/OhmGetBuildVersion.h"
 #include "ohmutils/host/OhmOSVersion.h"
@@ -47,6 +48,8 @@ TEST(LoadResDll, LoadsFromBesideTheModuleAndUnloads) {
   UnloadResDll(nullptr);
 }
 
+// A module that isn't loaded looks in the program's folder, then the search
+// path; neither has the library.
 TEST(LoadResDll, MissingLibraryShowsOneStopBoxAndGivesNull) {
   win_testing::RecordingUiSink ui;
   EXPECT_EQ(LoadResDll(u"OhmUtils.dll", u"NoSuchRes.dll"), nullptr);
@@ -55,13 +58,8 @@ TEST(LoadResDll, MissingLibraryShowsOneStopBoxAndGivesNull) {
   EXPECT_EQ(ui.boxes()[0].text, u"Error loading NoSuchRes.dll.\nThe specified module could not be found.\r\n");
   EXPECT_EQ(ui.boxes()[0].type, MB_OK | MB_ICONSTOP);
   EXPECT_EQ(ui.boxes()[0].owner, nullptr);
-}
-
-TEST(LoadResDll, UnloadedModuleLooksInTheProgramsFolderThenTheSearchPath) {
-  win_testing::RecordingUiSink ui;
-  // Neither the program's folder nor the search path has the library.
   EXPECT_EQ(LoadResDll(u"NotLoadedHere.dll", u"OhmUtilsRes.dll"), nullptr);
-  EXPECT_EQ(ui.boxes().size(), 1u);
+  EXPECT_EQ(ui.boxes().size(), 2u);
 }
 
 // --- the main module's version ---------------------------------------------------------
@@ -82,20 +80,16 @@ TEST_F(BuildVersion, FileVersionOfTheMainModuleOnTheSearchPath) {
 }
 
 TEST_F(BuildVersion, NoVersionLeavesTheOutputAlone) {
-  struct Case {
-    const char* label;
-    std::function<void(const fs::path&)> place;
-  };
-  const Case cases[] = {
+  const std::pair<const char*, std::function<void(const fs::path&)>> cases[] = {
       {"not on the search path", [](const fs::path&) {}},
       {"not a module", [](const fs::path& file) { std::ofstream(file) << "MZ not really\n"; }},
       {"module without version block", [](const fs::path& file) { fs::copy_file(OHM_TEST_PLAIN_MODULE, file); }},
   };
   SearchPath(mFolder.windows());
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.label);
+  for (const auto& [label, place] : cases) {
+    SCOPED_TRACE(label);
     fs::remove(mFolder.posix("libohmmain.so"));
-    c.place(mFolder.posix("libohmmain.so"));
+    place(mFolder.posix("libohmmain.so"));
     CString version(u"kept");
     EXPECT_FALSE(OhmGetBuildVersion(version));
     EXPECT_EQ(version, u"kept");
@@ -142,22 +136,19 @@ TEST_F(OSVersion, ProbesOnceFromTheMajorVersionAndRetriesAFailure) {
 }
 
 TEST_F(OSVersion, ThemedOnlyForExactlyOneAndNotAskedBeforeVista) {
-  struct Case {
-    DWORD major;
-    int themed;
-    bool isThemed, vistaTheme;
-    long queries;  // of IsVistaTheme
-  };
-  for (const Case& c : {Case{10, 1, true, true, 1}, Case{10, 0, false, false, 1}, Case{10, 2, false, false, 1},
-                        Case{5, 1, true, false, 0}}) {
-    SCOPED_TRACE(std::to_string(c.major) + " themed " + std::to_string(c.themed));
-    win_testing::setWorkstationVersion(c.major, 0);
-    zd_testing::setAppThemed(c.themed);
+  // Major version, the host's answer, IsThemed, IsVistaTheme, and how often IsVistaTheme asked.
+  for (const auto& [major, themed, isThemed, vistaTheme, asked] : {std::tuple{10u, 1, true, true, 1L},
+                                                                   {10u, 0, false, false, 1L},
+                                                                   {10u, 2, false, false, 1L},
+                                                                   {5u, 1, true, false, 0L}}) {
+    SCOPED_TRACE(std::to_string(major) + " themed " + std::to_string(themed));
+    win_testing::setWorkstationVersion(major, 0);
+    zd_testing::setAppThemed(themed);
     OhmOSVersion os;
-    EXPECT_EQ(os.IsThemed(), c.isThemed);
+    EXPECT_EQ(os.IsThemed(), isThemed);
     const long queries = zd_testing::appThemedQueries();
-    EXPECT_EQ(os.IsVistaTheme(), c.vistaTheme);
-    EXPECT_EQ(zd_testing::appThemedQueries() - queries, c.queries);
+    EXPECT_EQ(os.IsVistaTheme(), vistaTheme);
+    EXPECT_EQ(zd_testing::appThemedQueries() - queries, asked);
   }
 }
 

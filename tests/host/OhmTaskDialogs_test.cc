@@ -152,21 +152,17 @@ TEST_F(TaskDialogs, OwnerIsTheActiveWindowElseTheFrameElseNone) {
   const HWND frame = zdedGetZedaFrame()->GetSafeHwnd();
   const HWND palette = win_testing::createWindow(WS_OVERLAPPED, 0, 0, 10, 10, nullptr);
   const HWND active = GetActiveWindow();
-  struct OwnerCase {
-    const char* name;
-    std::function<void()> arrange;
-    HWND owner;
-  } cases[] = {
+  const std::tuple<const char*, std::function<void()>, HWND> cases[] = {
       {"a palette is active", [&] { win_testing::setActiveWindow(palette); }, palette},
       {"nothing is active", [] { win_testing::setActiveWindow(nullptr); }, frame},
       {"headless", [] { zd_testing::setHeadless(true); }, nullptr},
   };
-  for (const OwnerCase& c : cases) {
-    SCOPED_TRACE(c.name);
-    c.arrange();
+  for (const auto& [name, arrange, owner] : cases) {
+    SCOPED_TRACE(name);
+    arrange();
     DisplayMissingDbEngineTaskDialog();
     ASSERT_FALSE(mUi.taskDialogs().empty());
-    EXPECT_EQ(mUi.taskDialogs().back().owner, c.owner);
+    EXPECT_EQ(mUi.taskDialogs().back().owner, owner);
   }
   zd_testing::setHeadless(false);
   win_testing::destroyWindow(palette);

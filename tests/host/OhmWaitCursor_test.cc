@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 #include "win/ui/Cursor.h"
@@ -75,15 +76,8 @@ TEST_F(WaitCursor, EndWithoutBeginAndBeginWithoutAViewChangeNothing) {
 // During the wait each message is posted to the view and the cursor is set
 // to the arrow; the filter swallows the message or not, and sets the wait
 // cursor again when it swallows.
-struct FilterCase {
-  const char* name;
-  UINT message;
-  LPARAM lParam;
-  bool swallowed;
-};
-
 TEST_F(WaitCursor, FilterSwallowsOnlyMouseMovesWithAPosition) {
-  const FilterCase cases[] = {
+  const std::tuple<const char*, UINT, LPARAM, bool> cases[] = {
       {"mouse move at 0, 0 of the view", WM_MOUSEMOVE, 0, false},
       {"mouse move at 5, 7", WM_MOUSEMOVE, MAKELPARAM(5, 7), true},
       {"mouse move at 0, 1", WM_MOUSEMOVE, MAKELPARAM(0, 1), true},
@@ -91,43 +85,34 @@ TEST_F(WaitCursor, FilterSwallowsOnlyMouseMovesWithAPosition) {
   };
   ASSERT_TRUE(OhmBeginWaitCursor());
   ViewMouseMoves();
-  for (const FilterCase& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [name, message, lParam, swallowed] : cases) {
+    SCOPED_TRACE(name);
     SetCursor(Cursor(IDC_ARROW));
-    ASSERT_TRUE(PostMessageW(mView, c.message, 0, c.lParam));
+    ASSERT_TRUE(PostMessageW(mView, message, 0, lParam));
     zdHostPumpMessages();
     const std::vector<MSG> delivered = zd_testing::deliveredMessages(mView);
-    EXPECT_EQ(delivered.size(), c.swallowed ? 0u : 1u);
-    if (!delivered.empty()) {
-      EXPECT_EQ(delivered[0].lParam, c.lParam);
-    }
-    EXPECT_EQ(win_testing::cursorOnShow(), Cursor(c.swallowed ? IDC_WAIT : IDC_ARROW));
+    EXPECT_EQ(delivered.size() == 1 ? delivered[0].lParam : -1, swallowed ? -1 : lParam) << delivered.size();
+    EXPECT_EQ(win_testing::cursorOnShow(), Cursor(swallowed ? IDC_WAIT : IDC_ARROW));
     zd_testing::resetMessages();
   }
 }
 
 // At the end the view gets two moves at the pointer's place in its own
 // coordinates, each cut to 16 bits, x low and y high.
-struct EndCase {
-  const char* name;
-  POINT screen;
-  LPARAM packed;
-};
-
 TEST_F(WaitCursor, EndPostsThePointersViewPositionPackedTwice) {
-  const EndCase cases[] = {
+  const std::tuple<const char*, POINT, LPARAM> cases[] = {
       {"inside the view", {150, 130}, 50 | (32 << 16)},
       {"left of and above the view", {90, 95}, 0xFFF6 | (0xFFFDL << 16)},
       {"far right, cut to 16 bits", {100 + 0x12345, 98 + 2}, 0x2345 | (2 << 16)},
   };
-  for (const EndCase& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [name, screen, packed] : cases) {
+    SCOPED_TRACE(name);
     ASSERT_TRUE(OhmBeginWaitCursor());
     ViewMouseMoves();
-    win_testing::movePointerTo(c.screen.x, c.screen.y);
+    win_testing::movePointerTo(screen.x, screen.y);
     OhmEndWaitCursor();
     EXPECT_EQ(win_testing::cursorOnShow(), Cursor(IDC_CROSS));
-    EXPECT_EQ(ViewMouseMoves(), (std::vector<LPARAM>{c.packed, c.packed}));
+    EXPECT_EQ(ViewMouseMoves(), (std::vector<LPARAM>{packed, packed}));
     SetCursor(Cursor(IDC_CROSS));
   }
 }

@@ -7,6 +7,7 @@
 #include <ctime>
 #include <regex>
 #include <string>
+#include <tuple>
 
 #include "support/ScopedEnv.h"
 #include "support/TempFolder.h"
@@ -82,20 +83,11 @@ class FileTimeTest : public ::testing::Test {
 };
 
 TEST_F(FileTimeTest, ModeChoosesDateTimeOrBoth) {
-  struct Case {
-    int mode;
-    const char16_t* expected;
-  } cases[] = {
-      {1, u"3/5/2017 2:07:09 PM"},
-      {7, u"3/5/2017 2:07:09 PM"},
-      {2, u"3/5/2017"},
-      {3, u"2:07:09 PM"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.mode);
+  for (const auto& [mode, expected] :
+       {std::pair{1, u"3/5/2017 2:07:09 PM"}, {7, u"3/5/2017 2:07:09 PM"}, {2, u"3/5/2017"}, {3, u"2:07:09 PM"}}) {
     CString output(u"old text");
-    GetFileLocaleDateTime(path().c_str(), output, c.mode, nullptr);
-    EXPECT_EQ(output, c.expected);
+    GetFileLocaleDateTime(path().c_str(), output, mode, nullptr);
+    EXPECT_EQ(output, expected) << mode;
   }
 }
 
@@ -122,42 +114,24 @@ TEST_F(FileTimeTest, NothingChangesWithoutAFileOrALocalTime) {
   mTemp.makeFile("old.dwg");
   setWriteTime("old.dwg", -86400 * 400);  // 1968
   const std::u16string missing = path("missing.dwg"), old = path("old.dwg");
-  struct Case {
-    const char* what;
-    const char16_t* path;
-  } cases[] = {
-      {"null path", nullptr},
-      {"empty path", u""},
-      {"missing file", missing.c_str()},
-      {"unmapped drive", u"Q:\\sheet.dwg"},
-      {"written before 1970", old.c_str()},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
+  for (const char16_t* path :
+       {static_cast<const char16_t*>(nullptr), u"", missing.c_str(), u"Q:\\sheet.dwg", old.c_str()}) {
+    SCOPED_TRACE(path ? U8(path) : "null");
     CString output(u"output"), stamp(u"stamp");
-    GetFileLocaleDateTime(c.path, output, 0, &stamp);
+    GetFileLocaleDateTime(path, output, 0, &stamp);
     EXPECT_EQ(output, u"output");
     EXPECT_EQ(stamp, u"stamp");
   }
 }
 
 TEST(LocaleSeparators, FollowTheLocaleAndFallBackWhenTheQueryFails) {
-  struct Case {
-    const char* locale;
-    const char16_t* decimal;
-    const char16_t* list;
-  } cases[] = {
-      {"en_US.UTF-8", u".", u","},
-      {"de_DE.UTF-8", u",", u";"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.locale);
-    ScopedEnv locale("LC_ALL", c.locale);
-    CString decimal(u"old"), list(u"old");
-    GetLocaleDecimalSep(decimal);
-    GetLocaleListSep(list);
-    EXPECT_EQ(decimal, c.decimal);
-    EXPECT_EQ(list, c.list);
+  for (const auto& [name, decimal, list] : {std::tuple{"en_US.UTF-8", u".", u","}, {"de_DE.UTF-8", u",", u";"}}) {
+    ScopedEnv locale("LC_ALL", name);
+    CString gotDecimal(u"old"), gotList(u"old");
+    GetLocaleDecimalSep(gotDecimal);
+    GetLocaleListSep(gotList);
+    EXPECT_EQ(gotDecimal, decimal) << name;
+    EXPECT_EQ(gotList, list) << name;
   }
   ScopedEnv german("LC_ALL", "de_DE.UTF-8");
   CString separator;

@@ -18,14 +18,13 @@ class FoldersTest : public ::testing::Test {
   TempFolder mTemp;
 };
 
-TEST_F(FoldersTest, DeleteFolderRemovesFilesReadOnlyOnesIncludedAndTheFolder) {
+// Read-only files go too; a subfolder stays, with what is in it, and the
+// result is false.
+TEST_F(FoldersTest, DeleteFolderRemovesTheFilesAndTheFolderIfItIsThenEmpty) {
   mTemp.makeFile("t/a.txt");
   mTemp.makeFile("t/b.dwg", "x", true);
   EXPECT_TRUE(OhmUtilsDeleteFolder(folder("t")));
   EXPECT_FALSE(mTemp.exists("t"));
-}
-
-TEST_F(FoldersTest, DeleteFolderWithASubfolderRemovesOnlyTheFiles) {
   mTemp.makeFile("t/a.txt", "x", true);
   mTemp.makeFile("t/sub/c.txt");
   EXPECT_FALSE(OhmUtilsDeleteFolder(folder("t")));
@@ -35,20 +34,10 @@ TEST_F(FoldersTest, DeleteFolderWithASubfolderRemovesOnlyTheFiles) {
 
 TEST_F(FoldersTest, DeleteFolderRefusesWhatItCannotList) {
   mTemp.makeFile("t/a.txt");
-  const std::u16string withoutBackslash = mTemp.windows("t");  // the pattern becomes "...t*"
-  struct Case {
-    const char* what;
-    ZdString folder;
-  } cases[] = {
-      {"empty text", ZdString(u"")},
-      {"259 units", ZdString(u"\\" + std::u16string(257, u'x') + u"\\")},
-      {"missing folder", folder("gone")},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_FALSE(OhmUtilsDeleteFolder(c.folder));
-  }
-  EXPECT_FALSE(OhmUtilsDeleteFolder(ZdString(withoutBackslash)));  // lists the parent's "t" entry, a folder
+  // A folder without its backslash lists the parent's "t" entry, a folder.
+  for (const ZdString& path : {ZdString(u""), ZdString(u"\\" + std::u16string(257, u'x') + u"\\"), folder("gone"),
+                               ZdString(mTemp.windows("t"))})
+    EXPECT_FALSE(OhmUtilsDeleteFolder(path)) << U8(path.str());
   EXPECT_TRUE(mTemp.exists("t/a.txt"));
 }
 
@@ -79,18 +68,8 @@ TEST_F(FoldersTest, CreateDirectoryRecursivelyStopsAtTheFirstFailureAndKeepsWhat
 }
 
 TEST_F(FoldersTest, CreateDirectoryRecursivelyGivesUpWhenNoAncestorExists) {
-  struct Case {
-    const char* what;
-    CString path;
-  } cases[] = {
-      {"unmapped drive", CString(u"Q:\\x\\y")},
-      {"relative without parent", CString(u"ohm-no-such-folder\\y")},
-      {"empty", CString(u"")},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_FALSE(CreateDirectoryRecursively(c.path));
-  }
+  for (const char16_t* path : {u"Q:\\x\\y", u"ohm-no-such-folder\\y", u""})
+    EXPECT_FALSE(CreateDirectoryRecursively(CString(path))) << U8(path);
 }
 
 TEST_F(FoldersTest, RemoveDirectoryRecursivelyRemovesTheTree) {

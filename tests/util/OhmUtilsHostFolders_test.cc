@@ -31,32 +31,22 @@ class HostFoldersTest : public ::testing::Test {
   }
 };
 
-TEST_F(HostFoldersTest, GetZedaPathAppendsTheNonEmptyPieces) {
-  struct Case {
-    const char16_t* value;
-    std::vector<std::u16string> expected;
-  } cases[] = {
-      {u"a;;b;", {u"old", u"a", u"b"}},
-      {u";;", {u"old"}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.value));
-    ASSERT_EQ(zdedSetEnv(u"ZEDA", c.value), RTNORM);
-    std::vector<std::u16string> folders{u"old"};
+TEST_F(HostFoldersTest, GetZedaPathAppendsTheNonEmptyPiecesOfAReadableSetting) {
+  using Folders = std::vector<std::u16string>;
+  for (const auto& [value, expected] : {std::pair{u"a;;b;", Folders{u"old", u"a", u"b"}}, {u";;", Folders{u"old"}}}) {
+    ASSERT_EQ(zdedSetEnv(u"ZEDA", value), RTNORM);
+    Folders folders{u"old"};
     EXPECT_TRUE(GetZedaPath(folders));
-    EXPECT_EQ(folders, c.expected);
+    EXPECT_EQ(folders, expected) << U8(value);
   }
-}
-
-TEST_F(HostFoldersTest, GetZedaPathAddsNothingWhenTheSettingCantBeRead) {
   const std::u16string tooLong(32768, u'a');  // with its terminator, one unit over the buffer
   ASSERT_EQ(zdedSetEnv(u"ZEDA", tooLong.c_str()), RTNORM);
-  std::vector<std::u16string> folders{u"old"};
+  Folders folders{u"old"};
   EXPECT_TRUE(GetZedaPath(folders));
   ASSERT_EQ(zdedSetEnv(u"ZEDA", tooLong.substr(1).c_str()), RTNORM);
   zd_testing::failNextGetEnv(RTERROR);
   EXPECT_TRUE(GetZedaPath(folders));
-  EXPECT_EQ(folders, std::vector<std::u16string>{u"old"});
+  EXPECT_EQ(folders, Folders{u"old"});
   EXPECT_TRUE(GetZedaPath(folders));  // the longest value that fits
   EXPECT_EQ(folders.size(), 2u);
 }

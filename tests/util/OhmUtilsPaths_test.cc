@@ -2,26 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/u16.h"
 #include "zd/ZdString.h"
 
 namespace {
 
 TEST(EnsureEndingBackslash, OnlyTheBackslashCounts) {
-  struct Case {
-    const char16_t* path;
-    const char16_t* expected;
-  } cases[] = {
-      {u"", u""},
-      {u"a", u"a\\"},
-      {u"a\\", u"a\\"},
-      {u"a/", u"a/\\"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.path));
-    CString path(c.path);
+  for (const auto& [before, after] : {std::pair{u"", u""}, {u"a", u"a\\"}, {u"a\\", u"a\\"}, {u"a/", u"a/\\"}}) {
+    CString path(before);
     EnsureEndingBackslash(path);
-    EXPECT_EQ(path, c.expected);
+    EXPECT_EQ(path, after) << U8(before);
   }
 }
 
@@ -31,12 +23,7 @@ TEST(PathParts, NameWithoutAndWithExtensionAndFolder) {
   using Part = bool (*)(const ZdString&, ZdString&);
   const Part without = OhmUtilsGetFileNameWithoutExt, with = OhmUtilsGetFileNameWithExt, folder = OhmUtilsGetFolderPath;
   const std::u16string n255(255, u'n'), n256(256, u'n'), d250(250, u'd');
-  struct Case {
-    Part part;
-    std::u16string path;
-    bool result;
-    std::u16string expected;
-  } cases[] = {
+  const std::tuple<Part, std::u16string, bool, std::u16string> cases[] = {
       {without, u"C:\\a\\b.c.dwg", true, u"b.c"},
       {without, u"C:\\a\\", true, u""},
       {without, u"a/b/noext", true, u"noext"},
@@ -55,21 +42,16 @@ TEST(PathParts, NameWithoutAndWithExtensionAndFolder) {
       {folder, u"C:\\" + d250 + u"\\x.dwg", true, u"C:\\" + d250},
       {folder, u"C:\\" + d250 + u"d\\x.dwg", false, u""},  // 260 units
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.path.substr(0, 40)));
+  for (const auto& [part, path, result, expected] : cases) {
+    SCOPED_TRACE(U8(path.substr(0, 40)));
     ZdString out(u"old");
-    EXPECT_EQ(c.part(ZdString(c.path), out), c.result);
-    EXPECT_EQ(out.str(), c.expected);
+    EXPECT_EQ(part(ZdString(path), out), result);
+    EXPECT_EQ(out.str(), expected);
   }
 }
 
 TEST(EnsureExtension, AddsOrReplacesOnlyARealExtension) {
-  struct Case {
-    const char16_t* path;
-    const char16_t* extension;
-    bool replace;
-    const char16_t* expected;
-  } cases[] = {
+  const std::tuple<const char16_t*, const char16_t*, bool, const char16_t*> cases[] = {
       {u"a", u"dwg", false, u"a.dwg"},
       {u"a.txt", u"dwg", false, u"a.txt"},
       {u"a.txt", u"dwg", true, u"a.dwg"},
@@ -79,14 +61,11 @@ TEST(EnsureExtension, AddsOrReplacesOnlyARealExtension) {
       {u"c.d\\e", u"dwg", false, u"c.d\\e.dwg"},
       {u"c.d/e", u"dwg", true, u"c.d/e.dwg"},
       {u"a", nullptr, true, u"a"},
-      {u"", u"dwg", true, u""},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << U8(c.path) << " " << (c.extension ? U8(c.extension) : "null") << " "
-                                    << c.replace);
-    CString path(c.path);
-    EnsureExtension(path, c.extension, c.replace);
-    EXPECT_EQ(path, c.expected);
+      {u"", u"dwg", true, u""}};
+  for (const auto& [before, extension, replace, after] : cases) {
+    CString path(before);
+    EnsureExtension(path, extension, replace);
+    EXPECT_EQ(path, after) << U8(before) << " " << (extension ? U8(extension) : "null") << " " << replace;
   }
 }
 

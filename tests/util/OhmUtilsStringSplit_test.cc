@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <tuple>
 
 #include "support/StoiFailure.h"
 #include "support/u16.h"
@@ -12,25 +13,14 @@ namespace {
 using Items = std::vector<std::u16string>;
 
 TEST(OhmUtilsSplitString, NSeparatorsGiveNPlusOneItems) {
-  struct Case {
-    std::u16string source;
-    Items expected;
-  } cases[] = {
-      {u"", {u""}},
-      {u"a,,b,", {u"a", u"", u"b", u""}},
-      {u",", {u"", u""}},
-      {u" a , b", {u" a ", u" b"}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.source));
+  const std::pair<std::u16string, Items> cases[] = {
+      {u"", {u""}}, {u"a,,b,", {u"a", u"", u"b", u""}}, {u",", {u"", u""}}, {u" a , b", {u" a ", u" b"}}};
+  for (const auto& [source, expected] : cases) {
     Items items{u"old", u"items"};
-    OhmUtilsSplitString(c.source, u',', items);
-    EXPECT_EQ(items, c.expected);
+    OhmUtilsSplitString(source, u',', items);
+    EXPECT_EQ(items, expected) << U8(source);
   }
-}
-
-TEST(OhmUtilsSplitString, SourceMayBeAnItemOfTheOutput) {
-  Items items{u"x;y"};
+  Items items{u"x;y"};  // the source may be an item of the output
   OhmUtilsSplitString(items[0], u';', items);
   EXPECT_EQ(items, (Items{u"x", u"y"}));
 }
@@ -44,14 +34,12 @@ TEST(OhmUtilsCvtStringToIntArray, ReadsAsTheStandardConversion) {
 }
 
 TEST(OhmUtilsCvtStringToIntArray, FailuresKeepWhatWasConverted) {
-  const std::pair<std::u16string, const char*> cases[] = {
-      {u"", "invalid"},
-      {u"x1", "invalid"},
-      {u"-", "invalid"},
-      {u"2147483648", "out of range"},
-      {u"-2147483649", "out of range"},
-      {u"99999999999999999999999", "out of range"},
-  };
+  const std::pair<std::u16string, const char*> cases[] = {{u"", "invalid"},
+                                                          {u"x1", "invalid"},
+                                                          {u"-", "invalid"},
+                                                          {u"2147483648", "out of range"},
+                                                          {u"-2147483649", "out of range"},
+                                                          {u"99999999999999999999999", "out of range"}};
   for (const auto& [bad, failure] : cases) {
     SCOPED_TRACE(U8(bad));
     std::vector<std::int32_t> values;
@@ -60,37 +48,30 @@ TEST(OhmUtilsCvtStringToIntArray, FailuresKeepWhatWasConverted) {
   }
 }
 
-struct TokenCase {
-  const char16_t* source;
-  const char16_t* delimiters;
-  bool whole;
-  bool result;
-  const char16_t* token;  // expected token ("prior" if untouched)
-  const char16_t* rest;   // expected source afterwards
-  const char16_t* found;  // expected delimiter found ("prior" if untouched)
-};
-
 TEST(GetToken, CutsTheFirstToken) {
-  const TokenCase cases[] = {
-      {u"a,b", u",", false, true, u"a", u"b", u","},           {u"b", u",", false, false, u"prior", u"b", u"prior"},
-      {u",,a,b", u",", false, true, u"a", u"b", u","},         {u",,", u",", false, false, u"prior", u"", u"prior"},
-      {u"a;b,c", u",;", false, true, u"a", u"b,c", u";"},      {u"a::b", u"::", true, true, u"a", u"b", u":"},
-      {u"::a::b", u"::", true, true, u":a", u"b", u":"},  // a leading whole delimiter goes one unit at a time
-      {u"abc", u"", false, false, u"prior", u"abc", u"prior"}, {u"abc", u"", true, false, u"prior", u"abc", u"prior"},
-      {u"", u"", true, false, u"prior", u"", u"prior"},
-  };
-  for (const TokenCase& c : cases) {
-    SCOPED_TRACE(U8(c.source) + " / " + U8(c.delimiters));
-    CString source(c.source), token(u"prior"), found(u"prior");
-    EXPECT_EQ(GetToken(source, token, c.delimiters, &found, c.whole), c.result);
-    EXPECT_EQ(token, c.token);
-    EXPECT_EQ(source, c.rest);
-    EXPECT_EQ(found, c.found);
+  // source, delimiters, whole, result, token, rest of the source, delimiter found ("prior": untouched)
+  const std::tuple<const char16_t*, const char16_t*, bool, bool, const char16_t*, const char16_t*, const char16_t*>
+      cases[] = {
+          {u"a,b", u",", false, true, u"a", u"b", u","},
+          {u"b", u",", false, false, u"prior", u"b", u"prior"},
+          {u",,a,b", u",", false, true, u"a", u"b", u","},
+          {u",,", u",", false, false, u"prior", u"", u"prior"},
+          {u"a;b,c", u",;", false, true, u"a", u"b,c", u";"},
+          {u"a::b", u"::", true, true, u"a", u"b", u":"},
+          {u"::a::b", u"::", true, true, u":a", u"b", u":"},  // a leading whole delimiter goes one unit at a time
+          {u"abc", u"", false, false, u"prior", u"abc", u"prior"},
+          {u"abc", u"", true, false, u"prior", u"abc", u"prior"},
+          {u"", u"", true, false, u"prior", u"", u"prior"},
+      };
+  for (const auto& [text, delimiters, whole, result, token, rest, found] : cases) {
+    SCOPED_TRACE(U8(text) + " / " + U8(delimiters));
+    CString source(text), gotToken(u"prior"), gotFound(u"prior");
+    EXPECT_EQ(GetToken(source, gotToken, delimiters, &gotFound, whole), result);
+    EXPECT_EQ(gotToken, token);
+    EXPECT_EQ(source, rest);
+    EXPECT_EQ(gotFound, found);
   }
-}
-
-TEST(GetToken, NullArgumentsAreSafe) {
-  CString source(u"a,b"), token;
+  CString source(u"a,b"), token;  // null delimiters and no place for the found one
   EXPECT_FALSE(GetToken(source, token, nullptr, nullptr, false));
   EXPECT_EQ(source, u"a,b");
   EXPECT_TRUE(GetToken(source, token, u",", nullptr, false));
@@ -98,21 +79,15 @@ TEST(GetToken, NullArgumentsAreSafe) {
 }
 
 TEST(OhmUtilsReplaceSpecialXMLCharsInString, ReplacesTheNineCharacters) {
-  struct Case {
-    const char16_t* text;
-    char16_t with;
-    const char16_t* expected;
-  } cases[] = {
+  const std::tuple<const char16_t*, char16_t, const char16_t*> cases[] = {
       {u"a&b'c", u'_', u"a&b'c"},
       {u"<>/\\\":?*|", u'-', u"---------"},
       {u"a<b", u'|', u"a|b"},  // the replacement may itself be special
-      {u"ab/cd", u'\0', u"ab"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.text));
+      {u"ab/cd", u'\0', u"ab"}};
+  for (const auto& [text, with, expected] : cases) {
     ZdString out(u"old");
-    OhmUtilsReplaceSpecialXMLCharsInString(ZdString(c.text), c.with, out);
-    EXPECT_EQ(out.str(), c.expected);
+    OhmUtilsReplaceSpecialXMLCharsInString(ZdString(text), with, out);
+    EXPECT_EQ(out.str(), expected) << U8(text);
   }
 }
 

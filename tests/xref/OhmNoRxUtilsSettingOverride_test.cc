@@ -21,6 +21,9 @@ TEST(OhmNoRxUtilsSettingOverride, LayeringOfOneEntity) {
   std::u16string between = u"preset";
   EXPECT_FALSE(set.getSettingValue(kBetween, between));
   EXPECT_EQ(between, u"preset");  // the caller's default survives
+  OhmNoRxUtilsSettingOverride empty(Map{{kBetween, u""}});
+  EXPECT_TRUE(empty.getSettingValue(kBetween, between)) << "a value that is there but empty";
+  EXPECT_EQ(between, u"");
 }
 
 TEST(OhmNoRxUtilsSettingOverride, OverridesDoNotAddUp) {
@@ -60,13 +63,6 @@ TEST(OhmNoRxUtilsSettingOverride, CopyKeepsOverridesAndClearsToSettings) {
     s->clearOverride();
     EXPECT_EQ(s->getSettingMap(), kSettings);
   }
-}
-
-TEST(OhmNoRxUtilsSettingOverride, PresentEmptyValueReadsTrue) {
-  OhmNoRxUtilsSettingOverride set(Map{{kBetween, u""}});
-  std::u16string value = u"old";
-  EXPECT_TRUE(set.getSettingValue(kBetween, value));
-  EXPECT_EQ(value, u"");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 #include "ohmutils/xref/ReplaceStringInString.h"
 #include "support/u16.h"
@@ -28,25 +29,18 @@ std::u16string Text(const Format::Option& option, const std::u16string& host, co
   return out;
 }
 
-struct TextCase {
-  std::u16string dwgPath;
-  bool underline;
-  std::u16string expected;
-};
-
-class WorkedExample : public ::testing::TestWithParam<TextCase> {};
-
-TEST_P(WorkedExample, GivesTheDocumentedText) {
-  const TextCase& c = GetParam();
-  const Format::Option option{u"%S.%N", u"%I+%L/%D-%S.%N", c.underline};
-  EXPECT_EQ(Text(option, u"C:\\PROJ\\SHT02.DWG", WorkedData(c.dwgPath)), c.expected);
+// The host drawing is SHT02; the occurrence's drawing, whether to underline, the text.
+TEST(OhmNoRxUtilsXrefTextFormat, WorkedExampleGivesTheDocumentedText) {
+  const std::tuple<std::u16string, bool, std::u16string> cases[] = {
+      {u"c:\\proj\\sht02.dwg", false, u"3.105"},
+      {u"C:\\PROJ\\SHT03.DWG", false, u"K1+M2/SHT03-3.105"},
+      {u"c:\\proj\\sht02.dwg", true, u"%%u3.105%%u"},
+      {u"", false, u"K1+M2/SHT03-3.105"}};
+  for (const auto& [dwgPath, underline, expected] : cases) {
+    const Format::Option option{u"%S.%N", u"%I+%L/%D-%S.%N", underline};
+    EXPECT_EQ(Text(option, u"C:\\PROJ\\SHT02.DWG", WorkedData(dwgPath)), expected) << U8(dwgPath) << underline;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(HostSheet02, WorkedExample,
-                         ::testing::Values(TextCase{u"c:\\proj\\sht02.dwg", false, u"3.105"},
-                                           TextCase{u"C:\\PROJ\\SHT03.DWG", false, u"K1+M2/SHT03-3.105"},
-                                           TextCase{u"c:\\proj\\sht02.dwg", true, u"%%u3.105%%u"},
-                                           TextCase{u"", false, u"K1+M2/SHT03-3.105"}));
 
 TEST(OhmNoRxUtilsXrefTextFormat, OutputMayBeOneOfTheInputs) {
   Format::Option option{u"%S-%N", u"", false};
@@ -82,25 +76,32 @@ std::u16string SequentialReference(std::u16string text, const Format::RefData& d
   return text;
 }
 
+// Short texts dense with tokens, then longer values and formats, so that
+// runs of every length are copied, with and without underline.
 TEST(OhmNoRxUtilsXrefTextFormat, AgreesWithTheOrderedReplacementsOnRandomInput) {
   std::mt19937 rng(20261123);
-  const std::u16string alphabet = u"%%%SNABILPDGFx.-";
-  auto randomText = [&](std::size_t maxLength) {
+  auto randomText = [&](const std::u16string& alphabet, std::size_t maxLength) {
     std::u16string text(rng() % (maxLength + 1), u' ');
     for (char16_t& unit : text) unit = alphabet[rng() % alphabet.size()];
     return text;
   };
-  for (int round = 0; round < 20000; ++round) {
-    Format::RefData data;
-    for (std::u16string* field : {&data.mSheet, &data.mRef, &data.mValueA, &data.mValueB, &data.mIecInst, &data.mIecLoc,
-                                  &data.mIecProject, &data.mSheetDwgName})
-      *field = randomText(4);
-    const std::u16string format = randomText(10);
-    const bool underline = rng() % 2;
-    std::u16string out = randomText(3);
-    Format::getXrefText({format, u"", underline}, u"", data, out);
-    const std::u16string expected = SequentialReference(format, data);
-    ASSERT_EQ(out, underline ? u"%%u" + expected + u"%%u" : expected) << "format " << U8(format);
+  const std::u16string tokens = u"%%%SNABILPDGFx.-";
+  // Alphabet and greatest length of the values, then of the format and the output's old content.
+  const std::tuple<std::u16string, std::size_t, std::u16string, std::size_t> sizes[] = {
+      {tokens, 4, tokens, 10}, {u"abcdefghij%", 20, u"%SNABILPDx.-", 40}};
+  for (const auto& [valueAlphabet, valueLength, formatAlphabet, formatLength] : sizes) {
+    for (int round = 0; round < 20000; ++round) {
+      Format::RefData data;
+      for (std::u16string* field : {&data.mSheet, &data.mRef, &data.mValueA, &data.mValueB, &data.mIecInst,
+                                    &data.mIecLoc, &data.mIecProject, &data.mSheetDwgName})
+        *field = randomText(valueAlphabet, valueLength);
+      const std::u16string format = randomText(formatAlphabet, formatLength);
+      const bool underline = rng() % 2;
+      std::u16string out = randomText(formatAlphabet, formatLength);
+      Format::getXrefText({format, u"", underline}, u"", data, out);
+      const std::u16string expected = SequentialReference(format, data);
+      ASSERT_EQ(out, underline ? u"%%u" + expected + u"%%u" : expected) << "format " << U8(format);
+    }
   }
 }
 

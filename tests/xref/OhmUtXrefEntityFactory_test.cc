@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <optional>
+#include <tuple>
 
 #include "ContactOcc.h"
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
@@ -35,33 +36,31 @@ class OhmUtXrefEntityFactoryTest : public ::testing::Test {
 };
 
 TEST_F(OhmUtXrefEntityFactoryTest, StyleFromXDataThenOption60) {
-  struct Case {
-    std::optional<std::u16string> xdata;
-    std::optional<std::u16string> setting;
-    std::optional<OhmUtXrefEntity::Style> made;
-  } cases[] = {
-      {u"1", u"2", OhmUtXrefEntity::StyleGraphic},
-      {u"2", std::nullopt, OhmUtXrefEntity::StyleTable},
-      {u"0", u"1", OhmUtXrefEntity::StyleText},
-      {u"", u"2", OhmUtXrefEntity::StyleTable},
-      {std::nullopt, u"1", OhmUtXrefEntity::StyleGraphic},
-      {u"7", u"0", std::nullopt},  // a non-empty value stands, option 60 is not asked
-      {u"", std::nullopt, std::nullopt},
-      {std::nullopt, u"", std::nullopt},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.xdata ? U8(*c.xdata) : "no xdata");
+  // The coil's style record, option 60, and the style of the object made (nullopt: none).
+  const std::tuple<std::optional<std::u16string>, std::optional<std::u16string>, std::optional<OhmUtXrefEntity::Style>>
+      cases[] = {
+          {u"1", u"2", OhmUtXrefEntity::StyleGraphic},
+          {u"2", std::nullopt, OhmUtXrefEntity::StyleTable},
+          {u"0", u"1", OhmUtXrefEntity::StyleText},
+          {u"", u"2", OhmUtXrefEntity::StyleTable},
+          {std::nullopt, u"1", OhmUtXrefEntity::StyleGraphic},
+          {u"7", u"0", std::nullopt},  // a non-empty value stands, option 60 is not asked
+          {u"", std::nullopt, std::nullopt},
+          {std::nullopt, u"", std::nullopt},
+      };
+  for (const auto& [xdata, setting, style] : cases) {
+    SCOPED_TRACE(xdata ? U8(*xdata) : "no xdata");
     Map map;
-    if (c.setting) map[OhmCfgSetting::WD_XREF_STYLE] = *c.setting;
+    if (setting) map[OhmCfgSetting::WD_XREF_STYLE] = *setting;
     OhmNoRxUtilsSettingOverride settings(map);
-    std::unique_ptr<OhmUtXrefEntity> made(OhmUtXrefEntityFactory::getXrefEntity(coil(c.xdata), settings));
-    ASSERT_EQ(made != nullptr, c.made.has_value());
+    std::unique_ptr<OhmUtXrefEntity> made(OhmUtXrefEntityFactory::getXrefEntity(coil(xdata), settings));
+    ASSERT_EQ(made != nullptr, style.has_value());
     if (!made) continue;
-    EXPECT_EQ(made->getStyle(), *c.made);
+    EXPECT_EQ(made->getStyle(), *style);
     const bool rightClass =
-        (*c.made == OhmUtXrefEntity::StyleText && dynamic_cast<OhmUtXrefTextEntity*>(made.get())) ||
-        (*c.made == OhmUtXrefEntity::StyleTable && dynamic_cast<OhmUtXrefTableEntity*>(made.get())) ||
-        (*c.made == OhmUtXrefEntity::StyleGraphic && dynamic_cast<OhmUtXrefGraphicEntity*>(made.get()) &&
+        (*style == OhmUtXrefEntity::StyleText && dynamic_cast<OhmUtXrefTextEntity*>(made.get())) ||
+        (*style == OhmUtXrefEntity::StyleTable && dynamic_cast<OhmUtXrefTableEntity*>(made.get())) ||
+        (*style == OhmUtXrefEntity::StyleGraphic && dynamic_cast<OhmUtXrefGraphicEntity*>(made.get()) &&
          !dynamic_cast<OhmUtXrefTableEntity*>(made.get()));
     EXPECT_TRUE(rightClass);
   }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "ohmutils/xref/OhmUtXrefTextEntity.h"
 #include "support/u16.h"
 #include "zd/db/ZdDbDrawingBuilder.h"
@@ -12,33 +14,23 @@ using Map = OhmNoRxUtilsSettingOverride::SettingMap;
 using Entity = OhmUtXrefEntity;
 
 TEST(OhmUtXrefEntity, StyleFromOptionText) {
-  struct Case {
-    std::u16string text;
-    Entity::Style style;
-  } cases[] = {
+  const std::pair<std::u16string, Entity::Style> cases[] = {
       {u"0", Entity::StyleText}, {u"1", Entity::StyleGraphic}, {u"2", Entity::StyleTable}, {u"", Entity::StyleNone},
-      {u"3", Entity::StyleNone}, {u" 0", Entity::StyleNone},   {u"00", Entity::StyleNone},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.text));
-    EXPECT_EQ(Entity::getXrefEntityStyle(c.text), c.style);
-  }
+      {u"3", Entity::StyleNone}, {u" 0", Entity::StyleNone},   {u"00", Entity::StyleNone}};
+  for (const auto& [text, style] : cases) EXPECT_EQ(Entity::getXrefEntityStyle(text), style) << U8(text);
 }
 
 TEST(OhmUtXrefEntity, ContactKinds) {
-  struct Case {
-    std::u16string contact;
-    bool no, nc, formC;
-  } cases[] = {
+  const std::tuple<std::u16string, bool, bool, bool> cases[] = {
       {u"no", true, false, false},     {u"NO", true, false, false},   {u"NO ", false, false, false},
       {u"NONC", false, false, true},   {u"ncno", false, false, true}, {u"NC", false, true, false},
       {u"NC/NO", false, false, false}, {u"", false, false, false},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.contact));
-    EXPECT_EQ(Entity::isValidContactForRelayCoilNO(c.contact), c.no);
-    EXPECT_EQ(Entity::isValidContactForRelayCoilNC(c.contact), c.nc);
-    EXPECT_EQ(Entity::isValidContactForRelayCoilFormC(c.contact), c.formC);
+  for (const auto& [contact, no, nc, formC] : cases) {
+    SCOPED_TRACE(U8(contact));
+    EXPECT_EQ(Entity::isValidContactForRelayCoilNO(contact), no);
+    EXPECT_EQ(Entity::isValidContactForRelayCoilNC(contact), nc);
+    EXPECT_EQ(Entity::isValidContactForRelayCoilFormC(contact), formC);
   }
 }
 

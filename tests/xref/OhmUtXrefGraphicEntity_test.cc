@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <tuple>
 
 #include "ContactOcc.h"
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
@@ -122,22 +123,18 @@ TEST(OhmUtXrefGraphicEntity, ClassificationAndPinList) {
   OhmNoRxUtilsSettingOverride settings(Settings(u"0", u"0"));
   OhmUtXrefGraphicEntity entity(settings,
                                 u"3,11,14,12;;2,13,14;3,11,14;3,11,14,12,99;4,21,24,22; 3,31,34,32;3,41,,42;");
-  struct Case {
-    std::u16string contact;
-    Pins pins;
-    bool full, partial;
-  } cases[] = {
+  const std::tuple<std::u16string, Pins, bool, bool> cases[] = {
       {u"NONC", {{u"1", u"a"}, {u"2", u"b"}, {u"3", u"c"}}, true, false},
       {u"NC", {{u"1", u"11"}, {u"2", u"12"}}, false, true},
       {u"NO", {{u"1", u"21"}, {u"2", u"24"}}, false, false},  // entry with first field 4
       {u"NO", {{u"1", u"31"}, {u"2", u"34"}}, false, false},  // " 3" is not "3"
       {u"NC", {{u"1", u"41"}, {u"2", u"42"}}, false, true},   // empty NO field still counts
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.contact));
-    const OhmDsComponentOcc occ = Contact(c.contact, c.pins);
-    EXPECT_EQ(entity.isFullFormCContact(occ), c.full);
-    EXPECT_EQ(entity.isPartialFormCContact(occ), c.partial);
+  for (const auto& [contact, pins, full, partial] : cases) {
+    SCOPED_TRACE(U8(contact));
+    const OhmDsComponentOcc occ = Contact(contact, pins);
+    EXPECT_EQ(entity.isFullFormCContact(occ), full);
+    EXPECT_EQ(entity.isPartialFormCContact(occ), partial);
   }
 }
 

@@ -49,10 +49,7 @@ constexpr Table::ColumnId kAllColumns[] = {Table::ColumnNone,         Table::Col
                                            Table::ColumnAux1,         Table::ColumnAux2};
 
 TEST(OhmUtXrefTableEntity, VisibleColumnsFollowOption71) {
-  struct Case {
-    std::optional<std::u16string> option;
-    std::map<Table::ColumnId, std::int32_t> visible;
-  } cases[] = {
+  const std::pair<std::optional<std::u16string>, std::map<Table::ColumnId, std::int32_t>> cases[] = {
       {u"1,2,3,5",
        {{Table::ColumnTerm1, 0}, {Table::ColumnSymbol, 1}, {Table::ColumnTerm2, 2}, {Table::ColumnReference, 3}}},
       {u"1,12,3", {{Table::ColumnTerm1, 0}, {Table::ColumnTerm2, 2}}},
@@ -64,13 +61,13 @@ TEST(OhmUtXrefTableEntity, VisibleColumnsFollowOption71) {
       {u"", {}},
       {std::nullopt, {}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.option ? U8(*c.option) : "absent");
-    OhmNoRxUtilsSettingOverride settings(Settings(c.option));
+  for (const auto& [option, visible] : cases) {
+    SCOPED_TRACE(option ? U8(*option) : "absent");
+    OhmNoRxUtilsSettingOverride settings(Settings(option));
     Table entity(settings, u"");
     for (const Table::ColumnId column : kAllColumns) {
-      const auto found = c.visible.find(column);
-      EXPECT_EQ(entity.getVisibleColumnIndex(column), found == c.visible.end() ? -1 : found->second) << column;
+      const auto found = visible.find(column);
+      EXPECT_EQ(entity.getVisibleColumnIndex(column), found == visible.end() ? -1 : found->second) << column;
     }
   }
 }

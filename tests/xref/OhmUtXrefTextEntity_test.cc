@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "support/u16.h"
 
@@ -28,40 +30,23 @@ class OhmUtXrefTextEntityTest : public ::testing::Test {
   void SetUp() override { entity.setHostDwgPath(u"C:\\PROJ\\SHT02.DWG"); }
 };
 
-struct OutcomeCase {
-  std::u16string tag;
-  std::int32_t type;
-  std::u16string contact;
-  bool result;
-  std::u16string text;
-};
-
 TEST_F(OhmUtXrefTextEntityTest, Outcomes) {
   const std::u16string plain = u"SHT03/3.105", underlined = u"%%uSHT03/3.105%%u";
-  const OutcomeCase cases[] = {
-      // the worked example
-      {u"XREF", 8, u"NO", true, plain},
-      {u"XREF", 8, u"NC", true, underlined},
-      {u"XREFNO", 8, u"NC", false, u""},
-      {u"XREFNC", 8, u"NC", true, underlined},
-      {u"XREFNO", 8, u"NCNO", true, plain},
-      {u"XREFNC", 8, u"NCNO", true, underlined},
-      // the rest of the table
-      {u"xref", 64, u"nonc", true, plain},  // Form C under XREF: not underlined
-      {u"XREF", 12, u"NO", false, u""},     // types are values, not bits
-      {u"XREF", 4, u"", true, plain},       // no CONTACT needed for XREF
-      {u"XREFNO", 0, u"no", true, plain},   // type not looked at
-      {u"XREFNO", 4, u"", false, u""},
-      {u"XREFNC", 4, u"", false, u""},
-      {u"XrefNc", 99, u"nc", true, underlined},
-      {u"XREF1", 8, u"NO", false, u""},
-      {u"XREFNO", 8, u"NC/NO", false, u""},
-  };
-  for (const OutcomeCase& c : cases) {
-    SCOPED_TRACE(U8(c.tag) + " " + std::to_string(c.type) + " " + U8(c.contact));
+  // Tag, occurrence type and contact, and the text given ("": false). The
+  // worked example's six rows first; Form C under XREF is not underlined,
+  // types are values, not bits, XREF needs no CONTACT, XREFNO doesn't look
+  // at the type.
+  const std::tuple<std::u16string, std::int32_t, std::u16string, std::u16string> cases[] = {
+      {u"XREF", 8, u"NO", plain},         {u"XREF", 8, u"NC", underlined}, {u"XREFNO", 8, u"NC", u""},
+      {u"XREFNC", 8, u"NC", underlined},  {u"XREFNO", 8, u"NCNO", plain},  {u"XREFNC", 8, u"NCNO", underlined},
+      {u"xref", 64, u"nonc", plain},      {u"XREF", 12, u"NO", u""},       {u"XREF", 4, u"", plain},
+      {u"XREFNO", 0, u"no", plain},       {u"XREFNO", 4, u"", u""},        {u"XREFNC", 4, u"", u""},
+      {u"XrefNc", 99, u"nc", underlined}, {u"XREF1", 8, u"NO", u""},       {u"XREFNO", 8, u"NC/NO", u""}};
+  for (const auto& [tag, type, contact, expected] : cases) {
+    SCOPED_TRACE(U8(tag) + " " + std::to_string(type) + " " + U8(contact));
     std::u16string text = u"old";
-    EXPECT_EQ(entity.getXrefText(c.tag, Occurrence(c.type, c.contact), text), c.result);
-    EXPECT_EQ(text, c.text);
+    EXPECT_EQ(entity.getXrefText(tag, Occurrence(type, contact), text), !expected.empty());
+    EXPECT_EQ(text, expected);
   }
 }
 
@@ -77,24 +62,15 @@ TEST_F(OhmUtXrefTextEntityTest, TrueWithEmptyTextWhenTheFormatIsEmpty) {
 
 TEST_F(OhmUtXrefTextEntityTest, LabelPrefix) {
   entity.setXrefAttPrompt(u"Ref");
-  struct Case {
-    std::u16string tag, value;
-    std::uint64_t removed;
-    std::u16string after;
-  } cases[] = {
-      {u"XREF", u"Ref 3.105", 4, u"3.105"},
-      {u"XREF", u"REF 3.105", 0, u"REF 3.105"},
-      {u"XREF", u"Ref3.105", 0, u"Ref3.105"},
-      {u"XREF", u" Ref 3.105", 0, u" Ref 3.105"},
-      {u"XREF", u"Ref ", 4, u""},
-      {u"XREF", u"Ref", 0, u"Ref"},
-      {u"XREFNO", u"Ref 3.105", 0, u"Ref 3.105"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.tag) + " " + U8(c.value));
-    std::u16string value = c.value;
-    EXPECT_EQ(entity.removeLabelPrefixFromAttribute(c.tag, value), c.removed);
-    EXPECT_EQ(value, c.after);
+  // Tag and value, and the units removed from its front.
+  const std::tuple<std::u16string, std::u16string, std::uint64_t> cases[] = {
+      {u"XREF", u"Ref 3.105", 4}, {u"XREF", u"REF 3.105", 0}, {u"XREF", u"Ref3.105", 0},   {u"XREF", u" Ref 3.105", 0},
+      {u"XREF", u"Ref ", 4},      {u"XREF", u"Ref", 0},       {u"XREFNO", u"Ref 3.105", 0}};
+  for (const auto& [tag, before, removed] : cases) {
+    SCOPED_TRACE(U8(tag) + " " + U8(before));
+    std::u16string value = before;
+    EXPECT_EQ(entity.removeLabelPrefixFromAttribute(tag, value), removed);
+    EXPECT_EQ(value, before.substr(removed));
   }
   entity.setXrefAttPrompt(u"");
   std::u16string value = u" 3.105";

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <tuple>
 
 #include "ContactOcc.h"
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
@@ -61,17 +62,11 @@ TEST(XrefCaches, StyleFollowsEveryChangeOfTheOptionSet) {
   }
 }
 
-struct OccurrenceChange {
-  const char* name;
-  std::function<void(OhmDsComponentOcc&)> change;
-  bool full;
-  std::u16string noText;  // the plain text, or of a full Form C contact its NO side
-  bool rowMatches;        // whether the row 13, "-o-", 14 matches it afterwards
-};
-
 // One occurrence object, changed in place between calls on one entity.
 TEST(XrefCaches, AChangedOccurrenceIsReadAsItIsNow) {
-  const OccurrenceChange changes[] = {
+  // noText: the plain text, or of a full Form C contact its NO side; rowMatches: whether the row 13, "-o-", 14 matches
+  // it afterwards
+  const std::tuple<const char*, std::function<void(OhmDsComponentOcc&)>, bool, std::u16string, bool> changes[] = {
       {"terminal text", [](auto& o) { o.mPins[1].mProperties[OhmDsKeys::TERM] = u"24"; }, false, u"13-o-24[3-12]",
        false},
       {"terminal number", [](auto& o) { o.mPins[1].mProperties[OhmDsKeys::TERMCODE] = u"1"; }, false, u"", false},
@@ -92,21 +87,21 @@ TEST(XrefCaches, AChangedOccurrenceIsReadAsItIsNow) {
   };
   OhmNoRxUtilsSettingOverride settings(Settings(u"0", u"0"));
   OhmUtXrefTableEntity entity(settings, u"");
-  for (const OccurrenceChange& c : changes) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [name, change, full, noText, rowMatches] : changes) {
+    SCOPED_TRACE(name);
     OhmDsComponentOcc occ = Contact(u"NO", k13_14);
     std::u16string text, ncText;
     ASSERT_TRUE(entity.getUnformattedXrefText(occ, text));
     ASSERT_TRUE(entity.isCompOccMatchingRow(occ, {u"13", u"-o-", u"14"}));
-    c.change(occ);
-    EXPECT_EQ(entity.isFullFormCContact(occ), c.full);
-    if (c.full) {
+    change(occ);
+    EXPECT_EQ(entity.isFullFormCContact(occ), full);
+    if (full) {
       ASSERT_TRUE(entity.getUnformattedXrefTextForFullFormCContact(occ, text, ncText));
     } else {
-      EXPECT_EQ(entity.getUnformattedXrefText(occ, text), !c.noText.empty());
+      EXPECT_EQ(entity.getUnformattedXrefText(occ, text), !noText.empty());
     }
-    EXPECT_EQ(text, c.noText);
-    EXPECT_EQ(entity.isCompOccMatchingRow(occ, {u"13", u"-o-", u"14"}), c.rowMatches);
+    EXPECT_EQ(text, noText);
+    EXPECT_EQ(entity.isCompOccMatchingRow(occ, {u"13", u"-o-", u"14"}), rowMatches);
   }
 }
 

@@ -1,7 +1,6 @@
 // How the entities read occurrences, against the plain form of each rule on
 // random inputs: property maps read through exact key lookups, TERMCODE
-// through the standard conversion, CONTACT through an upper-case copy, and
-// the text format through its ordered replacements.
+// through the standard conversion, and CONTACT through an upper-case copy.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -9,7 +8,6 @@
 #include <stdexcept>
 
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
-#include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 #include "ohmutils/xref/OhmUtXrefTableRows.h"
 #include "support/u16.h"
 
@@ -125,34 +123,6 @@ TEST(XrefOccurrenceReading, ContactKindsAsAnUpperCaseCopy) {
     ASSERT_EQ(OhmUtXrefEntity::isValidContactForRelayCoilNO(contact), upper == u"NO") << U8(contact);
     ASSERT_EQ(OhmUtXrefEntity::isValidContactForRelayCoilNC(contact), upper == u"NC") << U8(contact);
     ASSERT_EQ(OhmUtXrefEntity::isValidContactForRelayCoilFormC(contact), upper == u"NONC" || upper == u"NCNO");
-  }
-}
-
-// Longer values and formats than the format's own test uses, so that runs of
-// every length are copied, with and without underline.
-TEST(XrefOccurrenceReading, LongTextsAsTheOrderedReplacements) {
-  std::mt19937 rng(4409);
-  const std::u16string alphabet = u"%SNABILPDx.-";
-  for (int round = 0; round < 20000; ++round) {
-    OhmNoRxUtilsXrefTextFormat::RefData data;
-    std::u16string* fields[] = {&data.mSheet,   &data.mRef,    &data.mValueA,     &data.mValueB,
-                                &data.mIecInst, &data.mIecLoc, &data.mIecProject, &data.mSheetDwgName};
-    for (std::u16string* field : fields) *field = RandomText(rng, u"abcdefghij%", 20);
-    const std::u16string format = RandomText(rng, alphabet, 40);
-    const bool underline = rng() % 2;
-    std::u16string expected = format;
-    const char16_t* tokens[] = {u"%S", u"%N", u"%A", u"%B", u"%I", u"%L", u"%P", u"%D"};
-    for (std::size_t step = 0; step < std::size(tokens); ++step) {
-      std::u16string replaced;
-      std::size_t from = 0;
-      for (std::size_t hit; (hit = expected.find(tokens[step], from)) != std::u16string::npos; from = hit + 2)
-        replaced += expected.substr(from, hit - from) + *fields[step];
-      expected = replaced + expected.substr(from);
-    }
-    if (underline) expected = u"%%u" + expected + u"%%u";
-    std::u16string out = RandomText(rng, alphabet, 30);
-    OhmNoRxUtilsXrefTextFormat::getXrefText({format, u"", underline}, u"", data, out);
-    ASSERT_EQ(out, expected) << U8(format);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <thread>
+#include <tuple>
 
 #include "com/ComError.h"
 #include "com/XmlDom.h"
@@ -69,12 +70,7 @@ TEST_F(ComCreation, DocumentAnswersQueriesById) {
   ASSERT_EQ(
       CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_ALL, IID_IUnknown, reinterpret_cast<void**>(&unknown)),
       S_OK);
-  struct Query {
-    const char* name;
-    const IID& iid;
-    HRESULT expected;
-  };
-  const Query queries[] = {
+  const std::tuple<const char*, const IID&, HRESULT> queries[] = {
       {"IUnknown", IID_IUnknown, S_OK},
       {"IXMLDOMNode", IID_IXMLDOMNode, S_OK},
       {"IXMLDOMDocument", IID_IXMLDOMDocument, S_OK},
@@ -82,11 +78,11 @@ TEST_F(ComCreation, DocumentAnswersQueriesById) {
       {"ISupportErrorInfo", IID_ISupportErrorInfo, S_OK},
       {"IXMLDOMElement", IID_IXMLDOMElement, E_NOINTERFACE},
   };
-  for (const Query& query : queries) {
-    SCOPED_TRACE(query.name);
+  for (const auto& [name, iid, expected] : queries) {
+    SCOPED_TRACE(name);
     void* object = reinterpret_cast<void*>(1);
-    EXPECT_EQ(unknown->QueryInterface(query.iid, &object), query.expected);
-    EXPECT_EQ(object != nullptr, query.expected == S_OK);
+    EXPECT_EQ(unknown->QueryInterface(iid, &object), expected);
+    EXPECT_EQ(object != nullptr, expected == S_OK);
     if (object) static_cast<IUnknown*>(object)->Release();
   }
 }

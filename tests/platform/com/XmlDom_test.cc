@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #include <csignal>
+#include <tuple>
 
 #include <fcntl.h>
 
@@ -72,26 +73,21 @@ class XmlDom : public ::testing::Test {
   IXMLDOMDocument2Ptr mDocument;
 };
 
-struct LoadCase {
-  const char* name;
-  const char* content;  // nullptr: no file
-  bool loads;
-};
-
 TEST_F(XmlDom, LoadAcceptsOnlyWellFormedDocuments) {
-  const LoadCase cases[] = {
+  // content: nullptr: no file
+  const std::tuple<const char*, const char*, bool> cases[] = {
       {"missing file", nullptr, false},
       {"two root elements", "<a/><b/>", false},
       {"text beside the root", "<a/>stray", false},
       {"document type", "<!DOCTYPE a><a/>", false},
       {"plain document", "<a/>", true},
   };
-  for (const LoadCase& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [name, content, loads] : cases) {
+    SCOPED_TRACE(name);
     std::filesystem::remove(mFolder.posix("f.xml"));
-    if (c.content) mFolder.makeFile("f.xml", c.content);
-    EXPECT_EQ(load("f.xml"), c.loads);
-    EXPECT_EQ(static_cast<bool>(root()), c.loads) << "a failed load leaves an empty document";
+    if (content) mFolder.makeFile("f.xml", content);
+    EXPECT_EQ(load("f.xml"), loads);
+    EXPECT_EQ(static_cast<bool>(root()), loads) << "a failed load leaves an empty document";
   }
 }
 
@@ -170,18 +166,13 @@ TEST_F(XmlDom, FailedSaveLeavesTheFileAsItWasWithErrorInformation) {
   mFolder.makeFile("f.xml", "<a/>");
   ASSERT_TRUE(load("f.xml"));
   std::filesystem::create_directory(mFolder.posix("dir.xml"));
-  struct SaveCase {
-    const char* name;
-    std::string target;
-    HRESULT expected;
-  };
-  const SaveCase cases[] = {
+  const std::tuple<const char*, std::string, HRESULT> cases[] = {
       {"missing folder", "none/f.xml", HRESULT_FROM_WIN32(3)},
       {"a folder in the way", "dir.xml", E_ACCESSDENIED},
   };
-  for (const SaveCase& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(mDocument->save(pathOf(c.target)), c.expected);
+  for (const auto& [name, target, expected] : cases) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(mDocument->save(pathOf(target)), expected);
     IErrorInfo* info = nullptr;
     ASSERT_EQ(GetErrorInfo(0, &info), S_OK);
     IErrorInfoPtr owned(info, false);

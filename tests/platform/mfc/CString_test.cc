@@ -2,22 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/u16.h"
 
 namespace {
 
 TEST(CString, FindFollowsTheRuntimeBounds) {
   const CString text(u"a,b,,c");
-  struct Case {
-    LPCWSTR sub;
-    int start;
-    int expected;
-  } cases[] = {
+  const std::tuple<LPCWSTR, int, int> cases[] = {
       {u",", 0, 1}, {u",", 2, 3}, {u",,", 0, 3}, {u"x", 0, -1}, {u"", 0, 0}, {u"", 6, 6}, {u",", 6, -1}, {u",", -1, -1},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.sub) + " from " + std::to_string(c.start));
-    EXPECT_EQ(text.Find(c.sub, c.start), c.expected);
+  for (const auto& [sub, start, expected] : cases) {
+    SCOPED_TRACE(U8(sub) + " from " + std::to_string(start));
+    EXPECT_EQ(text.Find(sub, start), expected);
   }
   EXPECT_EQ(text.Find(u'c', 5), 5);
   EXPECT_EQ(text.Find(u'c', 6), -1);  // a unit is not found at the end position
@@ -39,18 +37,15 @@ TEST(CString, PiecesClampTheirArguments) {
 }
 
 TEST(CString, ReplaceCountsLeftToRightWithoutOverlap) {
-  struct Case {
-    LPCWSTR text, from, to, expected;
-    int count;
-  } cases[] = {
+  // Text, what is replaced by what, the text after and the count.
+  const std::tuple<LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, int> cases[] = {
       {u"aaaa", u"aa", u"b", u"bb", 2}, {u"aaa", u"aa", u"b", u"ba", 1},           {u"abc", u"", u"x", u"abc", 0},
       {u"abc", u"b", u"", u"ac", 1},    {u"%S%S", u"%S", u"%S%S", u"%S%S%S%S", 2},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.text));
-    CString text(c.text);
-    EXPECT_EQ(text.Replace(c.from, c.to), c.count);
-    EXPECT_EQ(text, c.expected);
+  for (const auto& [before, from, to, after, count] : cases) {
+    CString text(before);
+    EXPECT_EQ(text.Replace(from, to), count) << U8(before);
+    EXPECT_EQ(text, after);
   }
   CString nullTarget(u"abc");
   EXPECT_EQ(nullTarget.Replace(nullptr, u"x"), 0);

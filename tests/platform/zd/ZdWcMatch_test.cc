@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 #include "support/u16.h"
 #include "win/CrtChar.h"
@@ -11,11 +12,7 @@ namespace {
 
 // A few patterns of the classification; generated input covers the rest.
 TEST(ZdWcMatch, PatternsOfTheClassification) {
-  struct Case {
-    const char16_t* text;
-    const char16_t* pattern;
-    bool match;
-  } cases[] = {
+  const std::tuple<const char16_t*, const char16_t*, bool> cases[] = {
       {u"TAG1", u"TAG1,TAG1F,TAG1*PART1", true},
       {u"TAG1_X_PART1", u"TAG1,TAG1F,TAG1*PART1", true},
       {u"HT0_COIL", u"?T0*,?T1*,?T_*", true},
@@ -23,9 +20,9 @@ TEST(ZdWcMatch, PatternsOfTheClassification) {
       {u"", u"", true},
       {u"\u00e9t\u00e9", u"\u00c9T\u00c9", true},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.text) + " ~ " + U8(c.pattern));
-    EXPECT_EQ(zdutWcMatchEx(c.text, c.pattern, true), c.match);
+  for (const auto& [text, pattern, match] : cases) {
+    SCOPED_TRACE(U8(text) + " ~ " + U8(pattern));
+    EXPECT_EQ(zdutWcMatchEx(text, pattern, true), match);
   }
   EXPECT_FALSE(zdutWcMatchEx(u"tag1", u"TAG1", false));
   EXPECT_FALSE(zdutWcMatchEx(nullptr, u"*", true));

@@ -2,11 +2,13 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+
 #include <sys/stat.h>
 
 #include <functional>
 #include <initializer_list>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "support/TempFolder.h"
@@ -66,11 +68,7 @@ TEST_F(FileFunctionsTest, SearchListsDotEntriesThenSortedNamesWithAttributes) {
 }
 
 TEST_F(FileFunctionsTest, SearchPatternsMatchLikeThePlatform) {
-  struct Case {
-    std::u16string pattern;
-    std::vector<std::u16string> names;
-    DWORD endError;
-  } cases[] = {
+  const std::tuple<std::u16string, std::vector<std::u16string>, DWORD> cases[] = {
       {u"\\*.TXT", {u"b.txt"}, ERROR_NO_MORE_FILES},
       {u"\\?.*", {u".", u"..", u"A.dwg", u"b.txt"}, ERROR_NO_MORE_FILES},
       {u"\\no*.*", {u"noext"}, ERROR_NO_MORE_FILES},  // ".*" also takes a name without dot
@@ -82,11 +80,11 @@ TEST_F(FileFunctionsTest, SearchPatternsMatchLikeThePlatform) {
   };
   const Listing unmapped = list(u"Q:\\nowhere\\*");
   EXPECT_EQ(unmapped.endError, static_cast<DWORD>(ERROR_PATH_NOT_FOUND));
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.pattern));
-    const Listing listing = list(path() + c.pattern);
-    EXPECT_EQ(listing.names, c.names);
-    EXPECT_EQ(listing.endError, c.endError);
+  for (const auto& [pattern, names, endError] : cases) {
+    SCOPED_TRACE(U8(pattern));
+    const Listing listing = list(path() + pattern);
+    EXPECT_EQ(listing.names, names);
+    EXPECT_EQ(listing.endError, endError);
   }
 }
 
@@ -113,11 +111,7 @@ TEST_F(FileFunctionsTest, ReadOnlyFileIsDeletedOnlyAfterItsAttributesAreNormal) 
 
 TEST_F(FileFunctionsTest, FailuresSetThePlatformsErrorCodes) {
   const std::u16string missing = path("gone.txt"), inMissing = path("gone\\x"), sub = path("sub"), file = path("b.txt");
-  struct Case {
-    const char* what;
-    std::function<BOOL()> call;
-    DWORD error;
-  } cases[] = {
+  const std::tuple<const char*, std::function<BOOL()>, DWORD> cases[] = {
       {"delete missing file", [&] { return DeleteFileW(missing.c_str()); }, ERROR_FILE_NOT_FOUND},
       {"delete in missing folder", [&] { return DeleteFileW(inMissing.c_str()); }, ERROR_PATH_NOT_FOUND},
       {"delete a folder", [&] { return DeleteFileW(sub.c_str()); }, ERROR_ACCESS_DENIED},
@@ -129,11 +123,11 @@ TEST_F(FileFunctionsTest, FailuresSetThePlatformsErrorCodes) {
       {"remove a file", [&] { return RemoveDirectoryW(file.c_str()); }, ERROR_DIRECTORY},
       {"remove missing folder", [&] { return RemoveDirectoryW(missing.c_str()); }, ERROR_FILE_NOT_FOUND},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
+  for (const auto& [what, call, error] : cases) {
+    SCOPED_TRACE(what);
     SetLastError(0);
-    EXPECT_FALSE(c.call());
-    EXPECT_EQ(GetLastError(), c.error);
+    EXPECT_FALSE(call());
+    EXPECT_EQ(GetLastError(), error);
   }
 }
 

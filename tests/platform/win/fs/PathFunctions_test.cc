@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "support/u16.h"
 
@@ -18,11 +19,7 @@ std::u16string inPlace(const std::u16string& path, Function function) {
 }
 
 TEST(PathRemoveFileSpecW, CutsTheLastComponentAndKeepsRoots) {
-  struct Case {
-    std::u16string path;
-    BOOL removed;
-    std::u16string expected;
-  } cases[] = {
+  const std::tuple<std::u16string, BOOL, std::u16string> cases[] = {
       {u"C:\\a\\b.dwg", TRUE, u"C:\\a"},
       {u"C:\\a\\", TRUE, u"C:\\a"},
       {u"C:\\a", TRUE, u"C:\\"},
@@ -34,35 +31,31 @@ TEST(PathRemoveFileSpecW, CutsTheLastComponentAndKeepsRoots) {
       {u"C:b.dwg", TRUE, u"C:"},
       {u"a/b", TRUE, u""},  // only the backslash separates here
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.path));
-    BOOL removed = -1;
-    EXPECT_EQ(inPlace(c.path, [&](char16_t* buffer) { removed = PathRemoveFileSpecW(buffer); }), c.expected);
-    EXPECT_EQ(removed, c.removed);
+  for (const auto& [path, removed, expected] : cases) {
+    SCOPED_TRACE(U8(path));
+    BOOL result = -1;
+    EXPECT_EQ(inPlace(path, [&](char16_t* buffer) { result = PathRemoveFileSpecW(buffer); }), expected);
+    EXPECT_EQ(result, removed);
   }
 }
 
 TEST(PathCombineW, JoinsWithOneBackslashAndCanonicalizes) {
-  struct Case {
-    const char16_t* folder;
-    const char16_t* file;
-    const char16_t* expected;
-  } cases[] = {
+  const std::tuple<const char16_t*, const char16_t*, const char16_t*> cases[] = {
       {u"C:\\a", u"b.txt", u"C:\\a\\b.txt"}, {u"C:\\a\\", u"b.txt", u"C:\\a\\b.txt"}, {u"C:\\a", u"D:\\x", u"D:\\x"},
       {u"C:\\a\\b", u"\\x", u"C:\\x"},       {u"C:\\a\\b", u"..\\c", u"C:\\a\\c"},    {u"C:\\a", u".\\c", u"C:\\a\\c"},
       {u"C:\\", u"..\\c", u"C:\\c"},         {nullptr, u"b.txt", u"b.txt"},           {u"C:\\a", nullptr, u"C:\\a"},
       {nullptr, nullptr, nullptr},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << (c.folder ? U8(c.folder) : "null") << " + " << (c.file ? U8(c.file) : "null"));
+  for (const auto& [folder, file, expected] : cases) {
+    SCOPED_TRACE(testing::Message() << (folder ? U8(folder) : "null") << " + " << (file ? U8(file) : "null"));
     char16_t dest[MAX_PATH] = u"junk";
-    const char16_t* result = PathCombineW(dest, c.folder, c.file);
-    if (!c.expected) {
+    const char16_t* result = PathCombineW(dest, folder, file);
+    if (!expected) {
       EXPECT_EQ(result, nullptr);
       EXPECT_EQ(dest[0], u'\0');
     } else {
       EXPECT_EQ(result, dest);
-      EXPECT_EQ(std::u16string(dest), c.expected);
+      EXPECT_EQ(std::u16string(dest), expected);
     }
   }
 }
@@ -79,11 +72,7 @@ TEST(PathCombineW, DestinationMayBeTheFolderAndMaxPathIsEnforced) {
 
 TEST(PathCompactPathExW, PutsAnEllipsisInPlaceOfMiddleComponents) {
   const std::u16string path = u"C:\\path1\\path2\\sample.txt";  // 25 units
-  struct Case {
-    std::u16string source;
-    UINT size;
-    std::u16string expected;
-  } cases[] = {
+  const std::tuple<std::u16string, UINT, std::u16string> cases[] = {
       {path, 26, path},
       {path, 25, u"C:\\path1\\...\\sample.txt"},
       {path, 24, u"C:\\path1\\...\\sample.txt"},
@@ -95,12 +84,12 @@ TEST(PathCompactPathExW, PutsAnEllipsisInPlaceOfMiddleComponents) {
       {path, 3, u".."},
       {path, 1, u""},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << U8(c.source) << " size " << c.size);
-    std::u16string out(c.size, u'#');
-    EXPECT_TRUE(PathCompactPathExW(out.data(), c.source.c_str(), c.size, 0));
-    EXPECT_EQ(std::u16string(out.c_str()), c.expected);
-    EXPECT_LT(std::u16string(out.c_str()).size(), c.size);
+  for (const auto& [source, size, expected] : cases) {
+    SCOPED_TRACE(testing::Message() << U8(source) << " size " << size);
+    std::u16string out(size, u'#');
+    EXPECT_TRUE(PathCompactPathExW(out.data(), source.c_str(), size, 0));
+    EXPECT_EQ(std::u16string(out.c_str()), expected);
+    EXPECT_LT(std::u16string(out.c_str()).size(), size);
   }
   char16_t out[8];
   EXPECT_FALSE(PathCompactPathExW(out, path.c_str(), 0, 0));

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/u16.h"
 #include "win/fs/PathMapping_testing.h"
 
@@ -10,10 +12,7 @@ namespace {
 TEST(PathMapping, WindowsFormToPosix) {
   win_testing::mapDrive(u'c', "/srv/c");
   win_testing::mapDrive(u'D', "/mnt/d/");
-  struct Case {
-    std::u16string windows;
-    std::optional<std::string> posix;
-  } cases[] = {
+  const std::tuple<std::u16string, std::optional<std::string>> cases[] = {
       {u"\\home\\me\\a.dxf", "/home/me/a.dxf"},
       {u"/home/me/a.dxf", "/home/me/a.dxf"},
       {u"Z:\\tmp\\x", "/tmp/x"},
@@ -26,9 +25,9 @@ TEST(PathMapping, WindowsFormToPosix) {
       {u"\\\\server\\share", std::nullopt},
       {u"relative\\\u00e4", "relative/\xC3\xA4"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.windows));
-    EXPECT_EQ(WindowsPathToPosix(c.windows), c.posix);
+  for (const auto& [windows, posix] : cases) {
+    SCOPED_TRACE(U8(windows));
+    EXPECT_EQ(WindowsPathToPosix(windows), posix);
   }
   win_testing::mapDrive(u'C', "");
   EXPECT_EQ(WindowsPathToPosix(u"C:\\proj"), std::nullopt);

@@ -4,30 +4,25 @@
 
 #include <cerrno>
 #include <string>
+#include <vector>
 
 #include "support/u16.h"
 
 namespace {
 
 TEST(SplitPath, PartsAndBufferRules) {
-  struct Case {
-    std::u16string path;
-    std::u16string drive, dir, name, ext;
-  } cases[] = {
+  // The path, then its drive, folder, name and extension.
+  const std::vector<std::vector<std::u16string>> cases = {
       {u"C:\\a\\b.c.dwg", u"C:", u"\\a\\", u"b.c", u".dwg"},
       {u"c:rel.txt", u"c:", u"", u"rel", u".txt"},
       {u"\\a.b\\name", u"", u"\\a.b\\", u"name", u""},
       {u"a/b\\c.", u"", u"a/b\\", u"c", u"."},
       {u"", u"", u"", u"", u""},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.path));
+  for (const std::vector<std::u16string>& c : cases) {
     char16_t drive[3], dir[64], name[64], ext[64];
-    ASSERT_EQ(_wsplitpath_s(c.path.c_str(), drive, 3, dir, 64, name, 64, ext, 64), 0);
-    EXPECT_EQ(std::u16string(drive), c.drive);
-    EXPECT_EQ(std::u16string(dir), c.dir);
-    EXPECT_EQ(std::u16string(name), c.name);
-    EXPECT_EQ(std::u16string(ext), c.ext);
+    ASSERT_EQ(_wsplitpath_s(c[0].c_str(), drive, 3, dir, 64, name, 64, ext, 64), 0);
+    EXPECT_EQ((std::vector<std::u16string>{c[0], drive, dir, name, ext}), c);
   }
   char16_t name[4] = u"old", ext[8] = u"old";
   EXPECT_EQ(_wsplitpath_s(u"\\x\\long.e", nullptr, 0, nullptr, 0, name, 4, ext, 8), ERANGE);

@@ -3,30 +3,22 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <utility>
 
 namespace {
 
 TEST(CrtTime, LocalTimeRefusesTimesBefore1970AndAfter3000) {
-  struct Case {
-    __time64_t time;
-    errno_t status;
-  } cases[] = {
-      {0, 0},
-      {32535215999, 0},
-      {-1, EINVAL},
-      {32535216000, EINVAL},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.time);
+  // A refused time leaves a year of -1.
+  for (const auto& [time, status] :
+       {std::pair<__time64_t, errno_t>{0, 0}, {32535215999, 0}, {-1, EINVAL}, {32535216000, EINVAL}}) {
     std::tm result{};
-    EXPECT_EQ(_localtime64_s(&result, &c.time), c.status);
-    if (c.status != 0) {
-      EXPECT_EQ(result.tm_year, -1);
-    }
+    EXPECT_EQ(_localtime64_s(&result, &time), status) << time;
+    EXPECT_EQ(result.tm_year == -1, status != 0) << time;
   }
   std::tm result{};
+  const __time64_t epoch = 0;
   EXPECT_EQ(_localtime64_s(&result, nullptr), EINVAL);
-  EXPECT_EQ(_localtime64_s(nullptr, &cases[0].time), EINVAL);
+  EXPECT_EQ(_localtime64_s(nullptr, &epoch), EINVAL);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <tuple>
 
 #include "support/ScopedEnv.h"
 #include "support/u16.h"
@@ -70,11 +71,7 @@ TEST(UserLocale, LcAllComesBeforeLcTimeAndLang) {
 
 TEST(DatePictures, FieldsQuotesAndLettersOfTheOtherKind) {
   ScopedEnv locale("LC_ALL", "en_US");
-  struct Case {
-    SYSTEMTIME time;
-    const char16_t* picture;
-    const char16_t* expected;
-  } cases[] = {
+  const std::tuple<SYSTEMTIME, const char16_t*, const char16_t*> cases[] = {
       {kAfternoon, u"yyyyMMdd", u"20170305"},
       {kAfternoon, u"d/M/yy", u"5/3/17"},
       {kAfternoon, u"dddd, MMMM dd yyyy", u"Sunday, March 05 2017"},
@@ -86,9 +83,9 @@ TEST(DatePictures, FieldsQuotesAndLettersOfTheOtherKind) {
       {kAfternoon, u"hh:mm:ss", u"hh:mm:ss"},  // time letters are text in a date
       {kAfternoon, u"'unclosed d", u"unclosed d"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.picture));
-    EXPECT_EQ(date(c.time, c.picture), c.expected);
+  for (const auto& [when, picture, expected] : cases) {
+    SCOPED_TRACE(U8(picture));
+    EXPECT_EQ(date(when, picture), expected);
   }
 }
 
@@ -96,18 +93,14 @@ TEST(TimePictures, ClocksMarkersAndLettersOfTheOtherKind) {
   ScopedEnv locale("LC_ALL", "en_US");
   const SYSTEMTIME midnight{2017, 3, 0, 5, 0, 0, 0, 0};
   const SYSTEMTIME noon{2017, 3, 0, 5, 12, 30, 0, 0};
-  struct Case {
-    SYSTEMTIME time;
-    const char16_t* picture;
-    const char16_t* expected;
-  } cases[] = {
+  const std::tuple<SYSTEMTIME, const char16_t*, const char16_t*> cases[] = {
       {kAfternoon, u"HHmmss", u"140709"},           {kMorning, u"HHmmss", u"090503"}, {kMorning, u"H:m:s", u"9:5:3"},
       {kAfternoon, u"h:mm:ss tt", u"2:07:09 PM"},   {midnight, u"hh t", u"12 A"},     {noon, u"h tt", u"12 PM"},
       {kAfternoon, u"yyyy 'at' HH", u"yyyy at 14"},  // date letters are text in a time
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.picture));
-    EXPECT_EQ(time(c.time, c.picture), c.expected);
+  for (const auto& [when, picture, expected] : cases) {
+    SCOPED_TRACE(U8(picture));
+    EXPECT_EQ(time(when, picture), expected);
   }
 }
 
@@ -122,11 +115,7 @@ TEST(LocaleFunctions, FailuresGiveZeroAndTheLastError) {
   const SYSTEMTIME hour24{2017, 2, 0, 3, 24, 0, 0, 0};
   char16_t buffer[256] = u"untouched";
   constexpr LCID kUser = LOCALE_USER_DEFAULT;
-  struct Case {
-    const char* what;
-    std::function<int()> call;
-    DWORD error;
-  } cases[] = {
+  const std::tuple<const char*, std::function<int()>, DWORD> cases[] = {
       {"date that doesn't exist", [&] { return GetDateFormatW(kUser, 0, &february30, nullptr, buffer, 256); },
        ERROR_INVALID_PARAMETER},
       {"another locale", [&] { return GetDateFormatW(0x0409, 0, &kAfternoon, nullptr, buffer, 256); },
@@ -141,19 +130,17 @@ TEST(LocaleFunctions, FailuresGiveZeroAndTheLastError) {
       {"info buffer too small", [&] { return GetLocaleInfoW(kUser, LOCALE_SDECIMAL, buffer, 1); },
        ERROR_INSUFFICIENT_BUFFER},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
+  for (const auto& [what, call, error] : cases) {
+    SCOPED_TRACE(what);
     SetLastError(0);
-    EXPECT_EQ(c.call(), 0);
-    EXPECT_EQ(GetLastError(), c.error);
+    EXPECT_EQ(call(), 0);
+    EXPECT_EQ(GetLastError(), error);
   }
   EXPECT_EQ(std::u16string(buffer), u"untouched");
 }
 
 TEST(PictureFromIcuPattern, TurnsIcuPatternsIntoWindowsPictures) {
-  struct Case {
-    std::u16string pattern, picture;
-  } cases[] = {
+  const std::tuple<std::u16string, std::u16string> cases[] = {
       {u"M/d/yy", u"M/d/yyyy"},
       {u"y/MM/dd", u"yyyy/MM/dd"},
       {u"h:mm:ss\u202Fa", u"h:mm:ss tt"},
@@ -163,9 +150,9 @@ TEST(PictureFromIcuPattern, TurnsIcuPatternsIntoWindowsPictures) {
       {u"h 'o''clock' a", u"h 'o''clock' tt"},
       {u"K:mm G", u"h:mm gg"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.pattern));
-    EXPECT_EQ(PictureFromIcuPattern(c.pattern), c.picture);
+  for (const auto& [pattern, picture] : cases) {
+    SCOPED_TRACE(U8(pattern));
+    EXPECT_EQ(PictureFromIcuPattern(pattern), picture);
   }
 }
 

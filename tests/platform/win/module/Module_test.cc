@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <tuple>
 
 #include "mfc/CString.h"
 #include "support/TempFolder.h"
@@ -128,35 +129,25 @@ TEST_F(Resources, LoadStringCopiesWhatFitsAndTerminates) {
   const int length = LoadStringW(mUtils, 112, reinterpret_cast<LPWSTR>(&text), 0);
   ASSERT_GT(length, 4);
   const std::u16string whole(text, static_cast<std::size_t>(length));
-  struct Case {
-    int size;
-    int copied;
-  };
-  for (const Case& c :
-       {Case{1000, length}, Case{length + 1, length}, Case{length, length - 1}, Case{5, 4}, Case{1, 0}}) {
-    SCOPED_TRACE(c.size);
+  // The buffer's size and the units copied.
+  for (const auto& [size, copied] :
+       {std::pair{1000, length}, {length + 1, length}, {length, length - 1}, {5, 4}, {1, 0}}) {
+    SCOPED_TRACE(size);
     std::u16string buffer(1001, u'#');
-    EXPECT_EQ(LoadStringW(mUtils, 112, buffer.data(), c.size), c.copied);
-    EXPECT_EQ(buffer.substr(0, static_cast<std::size_t>(c.copied)),
-              whole.substr(0, static_cast<std::size_t>(c.copied)));
-    EXPECT_EQ(buffer[static_cast<std::size_t>(c.copied)], u'\0');
+    EXPECT_EQ(LoadStringW(mUtils, 112, buffer.data(), size), copied);
+    EXPECT_EQ(buffer.substr(0, static_cast<std::size_t>(copied) + 1),
+              whole.substr(0, static_cast<std::size_t>(copied)) + u'\0');
   }
 }
 
 TEST_F(Resources, MissingStringsLeaveTheBufferAlone) {
-  struct Case {
-    const char* label;
-    HMODULE module;
-    UINT id;
-    LONG error;
-  };
-  for (const Case& c : {Case{"id not there", mUtils, 139, ERROR_RESOURCE_NAME_NOT_FOUND},
-                        Case{"module without strings", mCanned, 112, ERROR_RESOURCE_TYPE_NOT_FOUND},
-                        Case{"program without resources", nullptr, 112, ERROR_RESOURCE_DATA_NOT_FOUND}}) {
-    SCOPED_TRACE(c.label);
+  // Id not there, a module without strings, the program without resources.
+  for (const auto& [module, id, error] : {std::tuple{mUtils, 139u, ERROR_RESOURCE_NAME_NOT_FOUND},
+                                          {mCanned, 112u, ERROR_RESOURCE_TYPE_NOT_FOUND},
+                                          {HMODULE{}, 112u, ERROR_RESOURCE_DATA_NOT_FOUND}}) {
     char16_t buffer[8] = u"kept";
-    EXPECT_EQ(LoadStringW(c.module, c.id, buffer, 8), 0);
-    EXPECT_EQ(GetLastError(), Error(c.error));
+    EXPECT_EQ(LoadStringW(module, id, buffer, 8), 0);
+    EXPECT_EQ(GetLastError(), Error(error)) << id;
     EXPECT_EQ(std::u16string(buffer), u"kept");
   }
 }
@@ -171,19 +162,13 @@ TEST_F(Resources, CStringLoadsFromAnExplicitLibrary) {
 }
 
 TEST_F(Resources, FindResourceSaysWhatIsMissing) {
-  struct Case {
-    const char* label;
-    HMODULE module;
-    LPCWSTR name;
-    LPCWSTR type;
-    LONG error;
-  };
-  for (const Case& c : {Case{"other id", mCanned, MAKEINTRESOURCEW(235), RT_RCDATA, ERROR_RESOURCE_NAME_NOT_FOUND},
-                        Case{"no raw data", mUtils, MAKEINTRESOURCEW(234), RT_RCDATA, ERROR_RESOURCE_TYPE_NOT_FOUND},
-                        Case{"named resource", mCanned, u"CANNED", RT_RCDATA, ERROR_RESOURCE_NAME_NOT_FOUND}}) {
-    SCOPED_TRACE(c.label);
-    EXPECT_EQ(FindResourceW(c.module, c.name, c.type), nullptr);
-    EXPECT_EQ(GetLastError(), Error(c.error));
+  // Another id, a library without raw data, a resource by name.
+  for (const auto& [module, name, error] :
+       {std::tuple{mCanned, static_cast<LPCWSTR>(MAKEINTRESOURCEW(235)), ERROR_RESOURCE_NAME_NOT_FOUND},
+        {mUtils, MAKEINTRESOURCEW(234), ERROR_RESOURCE_TYPE_NOT_FOUND},
+        {mCanned, u"CANNED", ERROR_RESOURCE_NAME_NOT_FOUND}}) {
+    EXPECT_EQ(FindResourceW(module, name, RT_RCDATA), nullptr);
+    EXPECT_EQ(GetLastError(), Error(error));
   }
   EXPECT_EQ(SizeofResource(mCanned, nullptr), 0u);
   EXPECT_EQ(LoadResource(mCanned, nullptr), nullptr);

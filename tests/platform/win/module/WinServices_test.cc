@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <tuple>
 
 #include "mfc/AfxExtensionModule.h"
 #include "mfc/AfxExtensionModule_testing.h"
@@ -39,22 +40,18 @@ TEST(FormatMessage, AllocatedSystemTextIsFreedWithLocalFree) {
 }
 
 TEST(FormatMessage, FailuresWriteNothing) {
-  struct Case {
-    const char* label;
-    DWORD flags, id, language, size;
-    LONG error;
-  };
-  const Case cases[] = {
+  // What is asked: flags, id, language and buffer size; and the error.
+  const std::tuple<const char*, DWORD, DWORD, DWORD, DWORD, LONG> cases[] = {
       {"unknown code", FORMAT_MESSAGE_FROM_SYSTEM, 99999, 0, 100, ERROR_MR_MID_NOT_FOUND},
       {"not from the system", FORMAT_MESSAGE_FROM_STRING, 2, 0, 100, ERROR_MR_MID_NOT_FOUND},
       {"other language", FORMAT_MESSAGE_FROM_SYSTEM, 2, 0x0407, 100, ERROR_RESOURCE_LANG_NOT_FOUND},
       {"buffer too small", FORMAT_MESSAGE_FROM_SYSTEM, 2, 0x0409, 10, ERROR_INSUFFICIENT_BUFFER},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.label);
+  for (const auto& [label, flags, id, language, size, error] : cases) {
+    SCOPED_TRACE(label);
     char16_t buffer[100] = u"kept";
-    EXPECT_EQ(FormatMessageW(c.flags, nullptr, c.id, c.language, buffer, c.size, nullptr), 0u);
-    EXPECT_EQ(GetLastError(), Error(c.error));
+    EXPECT_EQ(FormatMessageW(flags, nullptr, id, language, buffer, size, nullptr), 0u);
+    EXPECT_EQ(GetLastError(), Error(error));
     EXPECT_EQ(std::u16string(buffer), u"kept");
   }
   char16_t buffer[100];

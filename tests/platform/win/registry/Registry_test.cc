@@ -4,12 +4,14 @@
 #include "win/registry/Registry.h"
 
 #include <gtest/gtest.h>
+
 #include <sqlite3.h>
 
 #include <cstring>
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <tuple>
 #include <vector>
 
 #include "mfc/CRegKey.h"
@@ -51,46 +53,37 @@ class RegistryTest : public ::testing::Test {
     if (status) return U16("<" + std::to_string(status) + ">");
     return buffer;
   }
-  // Names of sub keys or values in enumeration order.
-  static std::vector<std::u16string> SubKeys(HKEY key) {
+  // Names of sub keys or values in enumeration order, as RegEnumKeyExW or RegEnumValueW give them.
+  template <class Enumerate>
+  static std::vector<std::u16string> Names(HKEY key, Enumerate enumerate) {
     std::vector<std::u16string> names;
     char16_t name[256];
-    for (DWORD i = 0, size = 256; RegEnumKeyExW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0;
+    for (DWORD i = 0, size = 256; enumerate(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0;
          ++i, size = 256)
       names.emplace_back(name, size);
     return names;
   }
-  static std::vector<std::u16string> Values(HKEY key) {
-    std::vector<std::u16string> names;
-    char16_t name[256];
-    for (DWORD i = 0, size = 256; RegEnumValueW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0;
-         ++i, size = 256)
-      names.emplace_back(name, size);
-    return names;
-  }
+  static std::vector<std::u16string> SubKeys(HKEY key) { return Names(key, RegEnumKeyExW); }
+  static std::vector<std::u16string> Values(HKEY key) { return Names(key, RegEnumValueW); }
 
   TempFolder mFolder;
-};
-
-struct PathCase {
-  const char16_t* path;
-  LONG open;  // after "Soft\Ohm\Zeda" was made
 };
 
 TEST_F(RegistryTest, OpenFindsKeysByPathIgnoringCase) {
   RegCloseKey(Create(u"Soft\\Ohm\\Zeda"));
   const std::u16string tooLong(256, u'k');
-  const PathCase cases[] = {
+  // open: after "Soft\Ohm\Zeda" was made
+  const std::tuple<const char16_t*, LONG> cases[] = {
       {u"Soft\\Ohm\\Zeda", ERROR_SUCCESS},         {u"SOFT\\ohm\\zEDA", ERROR_SUCCESS},
       {u"Soft\\Ohm\\Zeda\\", ERROR_SUCCESS},       {u"Soft\\Ohm", ERROR_SUCCESS},
       {u"Soft\\Ohm\\Other", ERROR_FILE_NOT_FOUND}, {u"\\Soft", ERROR_BAD_PATHNAME},
       {u"Soft\\\\Ohm", ERROR_BAD_PATHNAME},        {tooLong.c_str(), ERROR_INVALID_PARAMETER},
   };
-  for (const PathCase& c : cases) {
-    SCOPED_TRACE(testing::PrintToString(std::u16string(c.path)));
+  for (const auto& [path, open] : cases) {
+    SCOPED_TRACE(testing::PrintToString(std::u16string(path)));
     HKEY key = reinterpret_cast<HKEY>(1);
-    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, c.path, 0, KEY_READ, &key), c.open);
-    EXPECT_EQ(key == nullptr, c.open != ERROR_SUCCESS) << "the result is null exactly on failure";
+    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_READ, &key), open);
+    EXPECT_EQ(key == nullptr, open != ERROR_SUCCESS) << "the result is null exactly on failure";
     if (key) RegCloseKey(key);
   }
   HKEY other = nullptr;
@@ -295,27 +288,22 @@ TEST_F(RegistryTest, WhatIsWrittenIsThereWhenTheStoreIsOpenedAgain) {
   RegCloseKey(key);
 }
 
-struct BrokenStoreCase {
-  const char* label;
-  const char* content;  // of the store file; null: the store's folder is a file
-  LONG status;
-};
-
 TEST_F(RegistryTest, AStoreThatIsNotOursFailsEveryCallAndIsLeftAlone) {
-  const BrokenStoreCase cases[] = {
+  // content: of the store file; null: the store's folder is a file
+  const std::tuple<const char*, const char*, LONG> cases[] = {
       {"text", "this is not a database, just some text that is long enough to fill a header\n", ERROR_BADDB},
       {"foreign schema", nullptr, ERROR_BADDB},
       {"folder is a file", nullptr, ERROR_CANTOPEN},
   };
-  for (const BrokenStoreCase& c : cases) {
-    SCOPED_TRACE(c.label);
-    std::string path = mFolder.posix(std::string(c.label) + ".db");
-    if (c.content) mFolder.makeFile(std::string(c.label) + ".db", c.content);
-    if (std::string(c.label) == "folder is a file") {
+  for (const auto& [label, content, status] : cases) {
+    SCOPED_TRACE(label);
+    std::string path = mFolder.posix(std::string(label) + ".db");
+    if (content) mFolder.makeFile(std::string(label) + ".db", content);
+    if (std::string(label) == "folder is a file") {
       mFolder.makeFile("plain", "x");
       path = mFolder.posix("plain/registry.db");
     }
-    if (std::string(c.label) == "foreign schema") {
+    if (std::string(label) == "foreign schema") {
       sqlite3* db = nullptr;
       ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
       EXPECT_EQ(sqlite3_exec(db, "CREATE TABLE keys(id); CREATE TABLE vals(other TEXT);", nullptr, nullptr, nullptr),
@@ -327,12 +315,11 @@ TEST_F(RegistryTest, AStoreThatIsNotOursFailsEveryCallAndIsLeftAlone) {
     win_testing::useRegistryStore(path);
     HKEY key = reinterpret_cast<HKEY>(1);
     DWORD size = 0;
-    EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"K", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
-              c.status);
+    EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"K", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr), status);
     EXPECT_EQ(key, nullptr);
-    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"K", 0, KEY_READ, &key), c.status);
-    EXPECT_EQ(SetText(HKEY_CURRENT_USER, u"v", u"x"), c.status);
-    EXPECT_EQ(RegQueryValueExW(HKEY_CURRENT_USER, u"v", nullptr, nullptr, nullptr, &size), c.status);
+    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"K", 0, KEY_READ, &key), status);
+    EXPECT_EQ(SetText(HKEY_CURRENT_USER, u"v", u"x"), status);
+    EXPECT_EQ(RegQueryValueExW(HKEY_CURRENT_USER, u"v", nullptr, nullptr, nullptr, &size), status);
     std::ifstream after(path, std::ios::binary);
     EXPECT_TRUE(std::string((std::istreambuf_iterator<char>(after)), {}) == bytes) << "the file is untouched";
   }

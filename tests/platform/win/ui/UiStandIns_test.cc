@@ -12,6 +12,7 @@
 #include <fstream>
 #include <optional>
 #include <thread>
+#include <tuple>
 
 #include "mfc/CWnd.h"
 #include "support/ScopedEnv.h"
@@ -38,22 +39,17 @@ namespace {
 // --- paths and the temporary folder -------------------------------------------
 
 TEST(PathAppendW, JoinsBelowThePathOrLeavesItAlone) {
-  struct Case {
-    const char16_t* path;
-    const char16_t* more;
-    BOOL result;
-    const char16_t* expected;
-  } cases[] = {
+  const std::tuple<const char16_t*, const char16_t*, BOOL, const char16_t*> cases[] = {
       {u"C:\\a", u"b.txt", TRUE, u"C:\\a\\b.txt"},   {u"C:\\a\\", u"b.txt", TRUE, u"C:\\a\\b.txt"},
       {u"C:\\a", u"\\b.txt", TRUE, u"C:\\a\\b.txt"},  // a leading backslash stays below
       {u"C:\\a\\b", u"..\\c", TRUE, u"C:\\a\\c"},    {u"", u"b", TRUE, u"b"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(U8(c.path) + " + " + U8(c.more));
+  for (const auto& [path, more, result, expected] : cases) {
+    SCOPED_TRACE(U8(path) + " + " + U8(more));
     WCHAR buffer[MAX_PATH] = {};
-    std::u16string(c.path).copy(buffer, MAX_PATH - 1);
-    EXPECT_EQ(PathAppendW(buffer, c.more), c.result);
-    EXPECT_EQ(std::u16string(buffer), c.expected);
+    std::u16string(path).copy(buffer, MAX_PATH - 1);
+    EXPECT_EQ(PathAppendW(buffer, more), result);
+    EXPECT_EQ(std::u16string(buffer), expected);
   }
   WCHAR full[MAX_PATH] = {};
   const std::u16string longFolder = u"C:\\" + std::u16string(250, u'f');
@@ -153,11 +149,7 @@ TEST(CWnd, FromHandleGivesThePermanentObjectElseOneTemporaryPerWindow) {
 TEST(ShellExecuteW, NamesATargetOnlyForTheTwoFormsItKnows) {
   TempFolder temp;
   temp.makeFile("doc.pdf");
-  struct Case {
-    const char* name;
-    std::u16string verb, file, parameters;
-    std::u16string target;
-  } cases[] = {
+  const std::tuple<const char*, std::u16string, std::u16string, std::u16string, std::u16string> cases[] = {
       {"protocol handler", u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler http://x.example/a b",
        u"http://x.example/a b"},
       {"any case and folder", u"open", u"C:\\Windows\\System32\\RUNDLL32.EXE",
@@ -169,15 +161,15 @@ TEST(ShellExecuteW, NamesATargetOnlyForTheTwoFormsItKnows) {
       {"a file that isn't there", u"open", temp.windows("none.pdf"), u"", u""},
       {"another verb", u"print", temp.windows("doc.pdf"), u"", u""},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [name, verb, file, parameters, target] : cases) {
+    SCOPED_TRACE(name);
     win_testing::RecordingUiSink ui;
-    const HINSTANCE result = ShellExecuteW(nullptr, c.verb.empty() ? nullptr : c.verb.c_str(), c.file.c_str(),
-                                           c.parameters.c_str(), nullptr, SW_SHOWNORMAL);
+    const HINSTANCE result = ShellExecuteW(nullptr, verb.empty() ? nullptr : verb.c_str(), file.c_str(),
+                                           parameters.c_str(), nullptr, SW_SHOWNORMAL);
     EXPECT_EQ(reinterpret_cast<INT_PTR>(result), 42);
     ASSERT_EQ(ui.shellRequests().size(), 1u);
-    EXPECT_EQ(ui.shellRequests()[0].target, c.target);
-    EXPECT_EQ(ui.shellRequests()[0].verb, c.verb);
+    EXPECT_EQ(ui.shellRequests()[0].target, target);
+    EXPECT_EQ(ui.shellRequests()[0].verb, verb);
   }
 }
 

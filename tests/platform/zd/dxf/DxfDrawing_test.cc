@@ -12,6 +12,7 @@
 #include <ostream>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "support/TempFolder.h"
@@ -203,12 +204,8 @@ TEST(DxfDrawingTest, KeepsTheHeaderValues) {
 }
 
 TEST(DxfDrawingTest, EntityTypesNameClassesBothWays) {
-  struct Case {
-    std::string type;
-    std::u16string className;
-    std::string writtenType;  // empty: none, no class is made
-  };
-  const Case cases[] = {
+  // Entity type, class name, and the type written for the class (empty: no class is made).
+  const std::tuple<std::string, std::u16string, std::string> cases[] = {
       {"LINE", u"ZdDbLine", "LINE"},
       {"INSERT", u"ZdDbBlockReference", "INSERT"},
       {"ACAD_TABLE", u"ZdDbTable", "ACAD_TABLE"},
@@ -221,13 +218,13 @@ TEST(DxfDrawingTest, EntityTypesNameClassesBothWays) {
       {std::string("A\0", 2), u"", ""},
       {"G\xC3\x84T", u"", ""},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.type);
-    EXPECT_EQ(dxfClassNameOf(c.type), c.className);
-    const ZdRxClass* cls = dxfEntityClassOf(c.type);
-    ASSERT_EQ(cls == nullptr, c.writtenType.empty());
+  for (const auto& [type, className, writtenType] : cases) {
+    SCOPED_TRACE(type);
+    EXPECT_EQ(dxfClassNameOf(type), className);
+    const ZdRxClass* cls = dxfEntityClassOf(type);
+    ASSERT_EQ(cls == nullptr, writtenType.empty());
     if (!cls) continue;
-    EXPECT_EQ(dxfTypeOf(*cls), c.writtenType);
+    EXPECT_EQ(dxfTypeOf(*cls), writtenType);
     EXPECT_TRUE(cls->isDerivedFrom(ZdDbEntity::desc()));
   }
 }
@@ -379,11 +376,8 @@ TEST(DxfDrawingTest, FileRoundTripKeepsXDataOfEveryKind) {
 TEST(DxfDrawingTest, WritesTextInTheEncodingOfTheVersion) {
   ZdDbDatabase db;
   ASSERT_EQ(readFixture("ac1032_utf8.dxf", db), Zeda::eOk);
-  struct Case {
-    const char* version;
-    std::string present, absent;
-  };
-  const Case cases[] = {
+  // Version, and a text the file holds and one it doesn't.
+  const std::tuple<const char*, std::string, std::string> cases[] = {
       {"AC1032", "Motor 5 kW \xE2\x80\x93 \xCE\xA9", "\\U+03A9"},  // UTF-8, no escapes needed
       {"AC1015", "Motor 5 kW \x96 \\U+03A9", "\xCE\xA9"},          // ANSI_1252 has the dash but no omega
       {"AC1009",
@@ -391,13 +385,13 @@ TEST(DxfDrawingTest, WritesTextInTheEncodingOfTheVersion) {
        "e \\U+2126",
        "BLOCK_RECORD"},  // R12: no block record table
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.version);
+  for (const auto& [version, present, absent] : cases) {
+    SCOPED_TRACE(version);
     std::string text;
-    ASSERT_EQ(writeDxfDrawing(db, c.version, text), Zeda::eOk);
-    EXPECT_NE(text.find(c.present), std::string::npos);
-    EXPECT_EQ(text.find(c.absent), std::string::npos);
-    EXPECT_NE(text.find(std::string("$ACADVER\r\n  1\r\n") + c.version), std::string::npos);
+    ASSERT_EQ(writeDxfDrawing(db, version, text), Zeda::eOk);
+    EXPECT_NE(text.find(present), std::string::npos);
+    EXPECT_EQ(text.find(absent), std::string::npos);
+    EXPECT_NE(text.find(std::string("$ACADVER\r\n  1\r\n") + version), std::string::npos);
   }
 }
 
@@ -406,22 +400,17 @@ TEST(DxfDrawingTest, WriteFailuresLeaveTheFileAlone) {
   const TempFolder folder;
   folder.makeFile("kept.dxf", "before");
   const std::u16string name = U16(folder.posix("kept.dxf"));
-  struct Case {
-    const char* what;
-    std::u16string file, version;
-    bool failIterator;
-    Zeda::ErrorStatus status;
-  };
-  const Case cases[] = {
+  // What goes wrong, the file and version, whether the layouts can't be walked, the status.
+  const std::tuple<const char*, std::u16string, std::u16string, bool, Zeda::ErrorStatus> cases[] = {
       {"unknown version", name, u"AC1099", false, Zeda::eInvalidInput},
       {"version not a version", name, u"R12", false, Zeda::eInvalidInput},
       {"layouts can't be walked", name, u"AC1015", true, Zeda::eOutOfMemory},
       {"missing folder", U16(folder.posix("no/x.dxf")), u"AC1015", false, Zeda::eFileAccessErr},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    if (c.failIterator) zd_testing::failNextObjectIterator();
-    EXPECT_EQ(db.dxfOut(c.file.c_str(), c.version), c.status);
+  for (const auto& [what, file, version, failIterator, status] : cases) {
+    SCOPED_TRACE(what);
+    if (failIterator) zd_testing::failNextObjectIterator();
+    EXPECT_EQ(db.dxfOut(file.c_str(), version), status);
     zd_testing::clearDatabaseFaults();
     EXPECT_EQ(folder.read("kept.dxf"), "before");
   }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "support/u16.h"
 #include "zd/dxf/DxfTextCodec.h"
 
@@ -18,10 +20,7 @@ std::string tagsOf(std::string_view text) {
 }
 
 TEST(DxfTags, ReadsTagsOrNamesTheFaultyLine) {
-  struct Case {
-    const char* text;
-    const char* tags;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"  0\nSECTION\n  2\nHEADER\n0\nEOF\n", "0:SECTION@1 2:HEADER@3 0:EOF@5 "},
       {"  0\r\nSECTION\r\n  2\r\nHEADER\r\n\r\n", "0:SECTION@1 2:HEADER@3 "},
       {"0\rSECTION\r2\rHEADER", "0:SECTION@1 2:HEADER@3 "},
@@ -37,10 +36,7 @@ TEST(DxfTags, ReadsTagsOrNamesTheFaultyLine) {
       {"0\nSECTION\n85\nX\n", "0:SECTION@1 3: group code 85 is not a DXF group code"},
       {"0\nSECTION\n1072\nX\n", "0:SECTION@1 3: group code 1072 is not a DXF group code"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text);
-    EXPECT_EQ(tagsOf(c.text), c.tags);
-  }
+  for (const auto& [text, tags] : cases) EXPECT_EQ(tagsOf(text), tags) << text;
 }
 
 TEST(DxfTags, KnowsTheDefinedGroupCodes) {
