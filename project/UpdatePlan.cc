@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <deque>
 #include <memory>
 #include <stdexcept>
+#include <string_view>
 #include <thread>
 #include <unordered_map>
 #include <vector>
@@ -12,6 +14,7 @@
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "ohmutils/xref/OhmCfgSetting.h"
 #include "ohmutils/xref/OhmDsComponentOcc.h"
+#include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 #include "ohmutils/xref/OhmUtXrefEntityFactory.h"
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
@@ -28,16 +31,21 @@ namespace {
 
 constexpr const char16_t* kCoilTags[] = {u"XREF", u"XREFNO", u"XREFNC"};
 
+std::u16string DecimalText(std::int64_t number) {
+  const std::string digits = std::to_string(number);
+  return std::u16string(digits.begin(), digits.end());
+}
+
 struct Placed {
   std::u16string sheet, reference;
 };
 
 Placed PlaceText(const SymbolPlace& place, int firstSheet) {
-  Placed placed{Utf8ToUtf16(std::to_string(firstSheet + place.sheetInDrawing)), place.reference};
+  Placed placed{DecimalText(firstSheet + place.sheetInDrawing), place.reference};
   if (placed.reference.empty()) {
-    std::string line = std::to_string(place.gridLine);
-    if (line.size() < 2) line.insert(0, 2 - line.size(), '0');
-    placed.reference = placed.sheet + Utf8ToUtf16(line);
+    std::u16string line = DecimalText(place.gridLine);
+    if (line.size() < 2) line.insert(0, 2 - line.size(), u'0');
+    placed.reference = placed.sheet + line;
   }
   return placed;
 }
@@ -46,148 +54,131 @@ std::string Narrow(const std::u16string& text) { return Utf16ToUtf8(text); }
 
 bool KnownKind(const std::u16string& kind) { return kind == u"NO" || kind == u"NC" || kind == u"NONC"; }
 
-// Fills `occ` with a contact's record as the engine takes it.
-void FillOccurrence(OhmDsComponentOcc& occ, const ContactSymbol& contact, const DrawingComponents& drawing,
-                    const Placed& placed) {
-  occ.mType = contact.occurrenceType;
+// What a contact's record is built from beside its place in the coil's plan:
+// its pins, which stay in the contact's symbol, and its class.
+struct ContactSource {
+  const std::pair<std::u16string, std::u16string>* pins = nullptr;
+  std::uint32_t pinCount = 0;
+  std::int32_t occurrenceType = 0;
+};
+
+// Fills `occ` with a contact's record as the engine takes it. The record may
+// be one filled before: every key is set again, and the maps keep their
+// nodes, so refilling allocates nothing once the strings have grown.
+void FillOccurrence(OhmDsComponentOcc& occ, const ContactPlace& place, const ContactSource& source,
+                    const DrawingComponents& drawing) {
+  occ.mType = source.occurrenceType;
   occ.mOccID.mDwgPath = drawing.path;
-  occ.mProperties[u"CONTACT"] = contact.kind;
-  occ.mProperties[u"REF"] = placed.reference;
-  occ.mSheetProperties[u"SHEET"] = placed.sheet;
-  occ.mSheetProperties[u"SHEETDWGNAME"] = drawing.name;
-  for (const auto& [code, term] : contact.pins) {
-    OhmDsComponentPinOcc pin;
-    pin.mProperties[u"TERMCODE"] = code;
-    pin.mProperties[u"TERM"] = term;
-    occ.mPins.push_back(std::move(pin));
+  occ.mProperties[OhmDsKeys::CONTACT] = place.kind;
+  occ.mProperties[OhmDsKeys::REF] = place.reference;
+  occ.mSheetProperties[OhmDsKeys::SHEET] = place.sheet;
+  occ.mSheetProperties[OhmDsKeys::SHEETDWGNAME] = drawing.name;
+  occ.mPins.resize(source.pinCount);
+  for (std::size_t i = 0; i < source.pinCount; ++i) {
+    occ.mPins[i].mProperties[OhmDsKeys::TERMCODE] = source.pins[i].first;
+    occ.mPins[i].mProperties[OhmDsKeys::TERM] = source.pins[i].second;
   }
 }
 
-struct CoilAt {
-  std::size_t drawing = 0;
+bool IsCoilXrefTag(const std::u16string& tag) {
+  return std::any_of(std::begin(kCoilTags), std::end(kCoilTags), [&](const char16_t* name) { return tag == name; });
+}
+
+// How many of the coil's attributes the text presentation fills: at most so many changes.
+std::size_t XrefAttributeCount(const CoilSymbol& coil) {
+  return static_cast<std::size_t>(std::count_if(coil.attributes.begin(), coil.attributes.end(),
+                                                [](const auto& attribute) { return IsCoilXrefTag(attribute.first); }));
+}
+
+// Where a coil's presentation goes: its plan (contacts already in place), and
+// room for the changes of its attributes, one place for each it could change.
+struct CoilWork {
   const CoilSymbol* coil = nullptr;
-  Placed placed;
+  CoilPlan* plan = nullptr;
+  const std::vector<ContactSource>* sources = nullptr;  // beside plan->contacts
+  AttributeChange* changes = nullptr;
+  std::size_t changed = 0;  // set by the presenter: how many of those places it filled
 };
 
-// A contact that takes part, with what its record is built from. Records
-// are built by the worker that presents the contact's coil and dropped with
-// it, so the project never holds all of them.
-struct ContactAt {
-  ContactPlace place;
-  const ContactSymbol* contact = nullptr;
-  Placed placed;
-};
-
-// The records of one coil's contacts, in the order of `contacts`.
-using Occurrences = std::deque<OhmDsComponentOcc>;  // a deque: records have no move
-
-const std::vector<ContactAt> kNoContacts;
-
-// What one coil gives: its plan, the changes of its attributes, its problems.
-struct CoilOutcome {
-  CoilPlan plan;
-  std::vector<AttributeChange> changes;
-  std::vector<ProjectProblem> problems;
-};
-
-// Works out coils' presentations, one at a time; one per thread.
+// Works out coils' presentations, one at a time; one per thread. The records
+// of a coil's contacts are built in records kept from the coil before, so the
+// project never holds all of them and a coil costs no allocation of its own.
 class CoilPresenter {
  public:
   CoilPresenter(const std::vector<DrawingComponents>& drawings, const OhmNoRxUtilsSettingOverride::SettingMap& settings)
       : mDrawings(drawings), mSettings(settings) {}
 
-  CoilOutcome present(const CoilAt& at, const std::vector<ContactAt>& contacts) {
-    CoilOutcome outcome;
-    CoilPlan& plan = outcome.plan;
-    plan.drawing = at.drawing;
-    plan.handle = at.coil->handle;
-    plan.tag = at.coil->tag;
-    plan.sheet = at.placed.sheet;
-    plan.reference = at.placed.reference;
-    for (const ContactAt& contact : contacts) plan.contacts.push_back(contact.place);
-    Occurrences occurrences;
-    for (const ContactAt& contact : contacts) {
-      FillOccurrence(occurrences.emplace_back(), *contact.contact, mDrawings[contact.place.drawing], contact.placed);
+  void present(CoilWork& work) {
+    const std::vector<ContactPlace>& contacts = work.plan->contacts;
+    while (mOccurrences.size() < contacts.size()) mOccurrences.emplace_back();
+    for (std::size_t i = 0; i < contacts.size(); ++i) {
+      FillOccurrence(mOccurrences[i], contacts[i], (*work.sources)[i], mDrawings[contacts[i].drawing]);
     }
     try {
-      presentGuarded(at, contacts, occurrences, outcome);
+      presentGuarded(work);
     } catch (const std::exception& error) {
-      plan.error = std::string("the cross-reference failed: ") + error.what();
+      work.plan->error = std::string("the cross-reference failed: ") + error.what();
     }
-    if (!plan.error.empty()) outcome.problems.push_back({at.drawing, plan.handle, 0, plan.error});
-    return outcome;
   }
 
  private:
   // The coil rebuilt in a scratch drawing (its block, attributes and xdata),
   // so that the factory sees what it would see in the coil's own drawing.
-  void presentGuarded(const CoilAt& at, const std::vector<ContactAt>& contacts, const Occurrences& occurrences,
-                      CoilOutcome& outcome) {
-    CoilPlan& plan = outcome.plan;
-    ZdDbBlockReference* block = scratchBuilder().insertBlock(at.coil->blockName, at.coil->attributes);
-    if (at.coil->xdata) block->setXData(at.coil->xdata.get());
-    OhmNoRxUtilsSettingOverride settings(mSettings);
-    std::unique_ptr<OhmUtXrefEntity> entity(OhmUtXrefEntityFactory::getXrefEntity(block, settings));
+  void presentGuarded(CoilWork& work) {
+    CoilPlan& plan = *work.plan;
+    ZdDbBlockReference* block = scratchBuilder().insertBlock(work.coil->blockName, work.coil->attributes);
+    if (work.coil->xdata) block->setXData(work.coil->xdata.get());
+    mOverride.clearOverride();
+    std::unique_ptr<OhmUtXrefEntity> entity(OhmUtXrefEntityFactory::getXrefEntity(block, mOverride));
     if (!entity) {
       plan.error = "the coil asks for no presentation: its style option is neither \"0\", \"1\" nor \"2\"";
       return;
     }
-    entity->setHostDwgPath(mDrawings[at.drawing].path);
+    entity->setHostDwgPath(mDrawings[plan.drawing].path);
     plan.style = entity->getStyle();
-    if (auto* table = dynamic_cast<OhmUtXrefTableEntity*>(entity.get())) {
-      return fillTable(*table, contacts, occurrences, plan);
-    }
-    if (auto* graphic = dynamic_cast<OhmUtXrefGraphicEntity*>(entity.get())) {
-      return fillLines(*graphic, contacts, occurrences, plan);
-    }
-    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity.get()))
-      fillTexts(*text, at, occurrences, outcome.changes);
+    if (auto* table = dynamic_cast<OhmUtXrefTableEntity*>(entity.get())) return fillTable(*table, plan);
+    if (auto* graphic = dynamic_cast<OhmUtXrefGraphicEntity*>(entity.get())) return fillLines(*graphic, plan);
+    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity.get())) fillTexts(*text, work);
   }
 
-  static void fillTexts(const OhmUtXrefTextEntity& entity, const CoilAt& at, const Occurrences& occurrences,
-                        std::vector<AttributeChange>& changes) {
-    for (const auto& [tag, old] : at.coil->attributes) {
-      bool wanted = false;
-      for (const char16_t* name : kCoilTags) wanted = wanted || tag == name;
-      if (!wanted) continue;
-      std::u16string joined;
+  void fillTexts(const OhmUtXrefTextEntity& entity, CoilWork& work) {
+    const std::u16string separator = entity.getSeparator();
+    for (const auto& [tag, old] : work.coil->attributes) {
+      if (!IsCoilXrefTag(tag)) continue;
+      mJoined.clear();
       bool first = true;
-      for (const OhmDsComponentOcc& occurrence : occurrences) {
-        std::u16string text;
-        if (!entity.getXrefText(tag, occurrence, text)) continue;
-        if (!first) joined += entity.getSeparator();
-        joined += text;
+      for (std::size_t i = 0; i < work.plan->contacts.size(); ++i) {
+        if (!entity.getXrefText(tag, mOccurrences[i], mText)) continue;
+        if (!first) mJoined += separator;
+        mJoined += mText;
         first = false;
       }
-      if (joined != old) changes.push_back({at.drawing, at.coil->handle, tag, old, joined});
+      if (mJoined != old) work.changes[work.changed++] = {work.plan->drawing, work.coil->handle, tag, old, mJoined};
     }
   }
 
-  static void fillLines(OhmUtXrefGraphicEntity& entity, const std::vector<ContactAt>& contacts,
-                        const Occurrences& occurrences, CoilPlan& plan) {
-    for (std::size_t i = 0; i < contacts.size(); ++i) {
-      const ContactAt& contact = contacts[i];
-      const OhmDsComponentOcc& occ = occurrences[i];
+  void fillLines(OhmUtXrefGraphicEntity& entity, CoilPlan& plan) {
+    for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
+      const std::u16string& label = plan.contacts[i].label;
+      const OhmDsComponentOcc& occ = mOccurrences[i];
       std::u16string text, ncText;
       if (entity.isFullFormCContact(occ)) {
         if (!entity.getUnformattedXrefTextForFullFormCContact(occ, text, ncText)) continue;
-        plan.lines.emplace_back(contact.place.label, text);
-        plan.lines.emplace_back(contact.place.label, ncText);
+        plan.lines.emplace_back(label, text);
+        plan.lines.emplace_back(label, ncText);
       } else if (entity.isPartialFormCContact(occ)) {
-        if (entity.getUnformattedXrefTextForPartialFormCContact(occ, text))
-          plan.lines.emplace_back(contact.place.label, text);
+        if (entity.getUnformattedXrefTextForPartialFormCContact(occ, text)) plan.lines.emplace_back(label, text);
       } else if (entity.getUnformattedXrefText(occ, text)) {
-        plan.lines.emplace_back(contact.place.label, text);
+        plan.lines.emplace_back(label, text);
       }
     }
   }
 
-  static void fillTable(OhmUtXrefTableEntity& entity, const std::vector<ContactAt>& contacts,
-                        const Occurrences& occurrences, CoilPlan& plan) {
+  void fillTable(OhmUtXrefTableEntity& entity, CoilPlan& plan) {
     plan.titles = OhmUtXrefTableRows::getTitles(entity);
-    for (std::size_t i = 0; i < contacts.size(); ++i) {
-      for (auto& cells : OhmUtXrefTableRows::getRows(entity, occurrences[i])) {
-        plan.rows.emplace_back(contacts[i].place.label, std::move(cells));
+    for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
+      for (auto& cells : OhmUtXrefTableRows::getRows(entity, mOccurrences[i])) {
+        plan.rows.emplace_back(plan.contacts[i].label, std::move(cells));
       }
     }
   }
@@ -207,11 +198,43 @@ class CoilPresenter {
 
   const std::vector<DrawingComponents>& mDrawings;
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
+  // The project's settings, with the overrides of the coil being presented.
+  OhmNoRxUtilsSettingOverride mOverride{mSettings};
+  std::deque<OhmDsComponentOcc> mOccurrences;  // the first ones hold the coil's contacts; a deque: records have no move
+  std::u16string mJoined, mText;
   std::unique_ptr<ZdDbDatabase> mScratch;
   std::unique_ptr<ZdDbDrawingBuilder> mBuilder;
   int mScratchCoils = 0;
 };
 
+// Asks the memory for the pins of the coil after the one at hand while that
+// one is worked out: the contacts of a coil lie anywhere in the project, and
+// waiting for each one's pins is the most of what filling its record costs.
+void FetchAhead(const std::vector<ContactSource>& sources) {
+  for (const ContactSource& source : sources) __builtin_prefetch(source.pins);
+}
+
+// Puts `changes` in drawing order, keeping the order within a drawing, in
+// place: a stable sort would copy them all once more.
+void OrderByDrawing(std::vector<AttributeChange>& changes, std::size_t drawings) {
+  const auto byDrawing = [](const AttributeChange& a, const AttributeChange& b) { return a.drawing < b.drawing; };
+  if (std::is_sorted(changes.begin(), changes.end(), byDrawing)) return;
+  std::vector<std::size_t> next(drawings + 1, 0);
+  for (const AttributeChange& change : changes) ++next[change.drawing + 1];
+  for (std::size_t d = 1; d <= drawings; ++d) next[d] += next[d - 1];
+  std::vector<std::size_t> target(changes.size());
+  for (std::size_t i = 0; i < changes.size(); ++i) target[i] = next[changes[i].drawing]++;
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    while (target[i] != i) {
+      std::swap(changes[i], changes[target[i]]);
+      std::swap(target[i], target[target[i]]);
+    }
+  }
+}
+
+// Builds the plan in place: each coil's plan and each contact's place are
+// made once, where the result keeps them, so that the planning needs little
+// memory beyond what it returns.
 class Planner {
  public:
   Planner(const std::vector<DrawingComponents>& drawings, const OhmNoRxUtilsSettingOverride::SettingMap& settings,
@@ -220,46 +243,73 @@ class Planner {
 
   UpdatePlan run() {
     numberSheets();
+    std::size_t coils = 0;
+    for (const DrawingComponents& drawing : mDrawings) coils += drawing.coils.size();
+    mPlan.coils.reserve(coils);
+    mWork.reserve(coils);
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const DrawingProblem& problem : mDrawings[d].problems) {
         mPlan.problems.push_back({d, problem.handle, problem.line, problem.message});
       }
       for (const CoilSymbol& coil : mDrawings[d].coils) indexCoil(d, coil);
     }
-    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
-      for (const ContactSymbol& contact : mDrawings[d].contacts) gatherContact(d, contact);
-    }
+    gatherContacts();
     presentCoils();
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const ContactSymbol& contact : mDrawings[d].contacts) planContactXref(d, contact);
     }
-    std::stable_sort(mPlan.changes.begin(), mPlan.changes.end(),
-                     [](const AttributeChange& a, const AttributeChange& b) { return a.drawing < b.drawing; });
+    OrderByDrawing(mPlan.changes, mDrawings.size());
     return std::move(mPlan);
   }
 
  private:
-  // The coils' presentations, `mWorkers` at a time, gathered in coil order.
+  // The coils' presentations, `mWorkers` at a time, each in its own places.
   void presentCoils() {
-    std::vector<CoilOutcome> outcomes(mCoilOrder.size());
+    const std::size_t count = mWork.size();
+    std::size_t room = 0;
+    for (const CoilWork& work : mWork) room += XrefAttributeCount(*work.coil);
+    std::size_t contactRoom = 0;
+    for (const DrawingComponents& drawing : mDrawings) {
+      for (const ContactSymbol& contact : drawing.contacts) contactRoom += contact.xref ? 1 : 0;
+    }
+    // Reserved at once: the places handed out stay put, and the contacts' changes fit after.
+    mPlan.changes.reserve(room + contactRoom);
+    mPlan.changes.resize(room);
+    room = 0;
+    for (CoilWork& work : mWork) {
+      work.changes = mPlan.changes.data() + room;
+      room += XrefAttributeCount(*work.coil);
+    }
     std::atomic<std::size_t> next{0};
-    auto work = [&] {
+    auto run = [&] {
       CoilPresenter presenter(mDrawings, mSettings);
-      for (std::size_t i = next++; i < outcomes.size(); i = next++) {
-        const CoilAt& at = mCoils.at(mCoilOrder[i]);
-        const auto contacts = mContacts.find(at.coil->tag);
-        outcomes[i] = presenter.present(at, contacts == mContacts.end() ? kNoContacts : contacts->second);
+      for (std::size_t i = next++; i < count; i = next++) {
+        if (i + 1 < count) FetchAhead(mSources[i + 1]);
+        presenter.present(mWork[i]);
       }
     };
     std::vector<std::thread> threads;
-    for (unsigned w = 1; w < std::min<std::size_t>(mWorkers, outcomes.size()); ++w) threads.emplace_back(work);
-    work();
+    for (unsigned w = 1; w < std::min<std::size_t>(mWorkers, count); ++w) threads.emplace_back(run);
+    run();
     for (std::thread& thread : threads) thread.join();
-    for (CoilOutcome& outcome : outcomes) {
-      mPlan.coils.push_back(std::move(outcome.plan));
-      for (AttributeChange& change : outcome.changes) mPlan.changes.push_back(std::move(change));
-      for (ProjectProblem& problem : outcome.problems) mPlan.problems.push_back(std::move(problem));
+    std::vector<std::vector<ContactSource>>().swap(mSources);
+    keepChangesMade();
+    for (const CoilPlan& plan : mPlan.coils) {
+      if (!plan.error.empty()) mPlan.problems.push_back({plan.drawing, plan.handle, 0, plan.error});
     }
+  }
+
+  // Closes up the places that the coils left empty.
+  void keepChangesMade() {
+    std::size_t kept = 0;
+    for (const CoilWork& work : mWork) {
+      for (std::size_t i = 0; i < work.changed; ++i) {
+        AttributeChange* change = work.changes + i;
+        if (change != mPlan.changes.data() + kept) mPlan.changes[kept] = std::move(*change);
+        ++kept;
+      }
+    }
+    mPlan.changes.resize(kept);
   }
 
   void numberSheets() {
@@ -271,31 +321,75 @@ class Planner {
   }
 
   void indexCoil(std::size_t d, const CoilSymbol& coil) {
-    const auto [it, added] = mCoils.emplace(coil.tag, CoilAt{d, &coil, PlaceText(coil.place, mFirstSheet[d])});
+    const auto [it, added] = mCoils.try_emplace(coil.tag, mWork.size());
     if (added) {
-      mCoilOrder.push_back(coil.tag);
+      Placed placed = PlaceText(coil.place, mFirstSheet[d]);
+      CoilPlan& plan = mPlan.coils.emplace_back();
+      plan.drawing = d;
+      plan.handle = coil.handle;
+      plan.tag = coil.tag;
+      plan.sheet = std::move(placed.sheet);
+      plan.reference = std::move(placed.reference);
+      mWork.push_back({&coil, &plan});
       return;
     }
-    const CoilAt& first = it->second;
+    const CoilPlan& first = mPlan.coils[it->second];
     mPlan.problems.push_back({d, coil.handle, 0,
                               "coil " + Narrow(coil.tag) + " is already in " + mDrawings[first.drawing].file +
-                                  " (handle " + HandleText(first.coil->handle) + "); this one is left as it is"});
+                                  " (handle " + HandleText(first.handle) + "); this one is left as it is"});
   }
 
-  void gatherContact(std::size_t d, const ContactSymbol& contact) {
-    auto problem = [&](const std::string& message) { mPlan.problems.push_back({d, contact.handle, 0, message}); };
-    if (!mCoils.count(contact.coilTag))
-      return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
+  // Each contact that takes part goes to its coil's plan; the contacts are
+  // counted first, so that each coil's list is made at its size.
+  void gatherContacts() {
+    constexpr std::uint32_t kLeftOut = UINT32_MAX;
+    std::vector<std::uint32_t> coilOf;
+    std::vector<std::uint32_t> counts(mWork.size(), 0);
+    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
+      for (const ContactSymbol& contact : mDrawings[d].contacts) {
+        const std::size_t coil = coilTakingPart(d, contact);
+        coilOf.push_back(coil < mWork.size() ? static_cast<std::uint32_t>(coil) : kLeftOut);
+        if (coil < mWork.size()) ++counts[coil];
+      }
+    }
+    mSources.resize(mWork.size());
+    for (std::size_t i = 0; i < mWork.size(); ++i) {
+      mPlan.coils[i].contacts.reserve(counts[i]);
+      mSources[i].reserve(counts[i]);
+      mWork[i].sources = &mSources[i];  // mSources keeps its size from here on
+    }
+    std::size_t next = 0;
+    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
+      for (const ContactSymbol& contact : mDrawings[d].contacts) {
+        const std::uint32_t coil = coilOf[next++];
+        if (coil != kLeftOut) addContact(d, contact, coil);
+      }
+    }
+  }
+
+  // The index of the contact's coil when the contact takes part; else its problem, and no coil.
+  std::size_t coilTakingPart(std::size_t d, const ContactSymbol& contact) {
+    auto problem = [&](const std::string& message) {
+      mPlan.problems.push_back({d, contact.handle, 0, message});
+      return SIZE_MAX;
+    };
+    const auto coil = mCoils.find(contact.coilTag);
+    if (coil == mCoils.end()) return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
     if (!KnownKind(contact.kind)) {
       return problem("contact of coil " + Narrow(contact.coilTag) + " of unknown kind \"" + Narrow(contact.kind) +
                      "\" (block " + Narrow(contact.blockName) + ")");
     }
     if (contact.pins.empty()) return problem("contact of coil " + Narrow(contact.coilTag) + " without pins");
-    const Placed placed = PlaceText(contact.place, mFirstSheet[d]);
-    const std::u16string kindName = contact.kind == u"NONC" ? u"Form C" : contact.kind;
-    ContactPlace place{
-        d, contact.handle, contact.kind, placed.sheet, placed.reference, kindName + u" " + placed.reference};
-    mContacts[contact.coilTag].push_back({std::move(place), &contact, placed});
+    return coil->second;
+  }
+
+  void addContact(std::size_t d, const ContactSymbol& contact, std::size_t coil) {
+    Placed placed = PlaceText(contact.place, mFirstSheet[d]);
+    std::u16string label = (contact.kind == u"NONC" ? u"Form C" : contact.kind) + u" " + placed.reference;
+    mPlan.coils[coil].contacts.push_back(
+        {d, contact.handle, contact.kind, std::move(placed.sheet), std::move(placed.reference), std::move(label)});
+    mSources[coil].push_back(
+        {contact.pins.data(), static_cast<std::uint32_t>(contact.pins.size()), contact.occurrenceType});
   }
 
   // A contact's XREF attribute names the place of its coil, as the coil's
@@ -305,12 +399,12 @@ class Planner {
     if (!contact.xref) return;
     const auto coil = mCoils.find(contact.coilTag);
     if (coil == mCoils.end()) return;
-    const CoilAt& at = coil->second;
+    const CoilPlan& plan = mPlan.coils[coil->second];
     OhmNoRxUtilsXrefTextFormat::RefData data;
-    data.mDwgPath = mDrawings[at.drawing].path;
-    data.mSheet = at.placed.sheet;
-    data.mRef = at.placed.reference;
-    data.mSheetDwgName = mDrawings[at.drawing].name;
+    data.mDwgPath = mDrawings[plan.drawing].path;
+    data.mSheet = plan.sheet;
+    data.mRef = plan.reference;
+    data.mSheetDwgName = mDrawings[plan.drawing].name;
     const OhmNoRxUtilsXrefTextFormat::Option option{setting(OhmCfgSetting::WD_XREF_FORMAT),
                                                     setting(OhmCfgSetting::WD_XREF_ALTFORMAT), false};
     std::u16string text;
@@ -326,9 +420,12 @@ class Planner {
   const std::vector<DrawingComponents>& mDrawings;
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
   std::vector<int> mFirstSheet;
-  std::unordered_map<std::u16string, CoilAt> mCoils;  // mCoilOrder gives their order
-  std::vector<std::u16string> mCoilOrder;
-  std::unordered_map<std::u16string, std::vector<ContactAt>> mContacts;
+  // The coils by tag (views into the drawings' records, which outlive the
+  // planner), as their index in mPlan.coils and mWork.
+  std::unordered_map<std::u16string_view, std::size_t> mCoils;
+  std::vector<CoilWork> mWork;  // its plans are in mPlan.coils, reserved at their number, so they stay put
+  std::vector<std::vector<ContactSource>>
+      mSources;  // each coil's, beside its plan's contacts; dropped once all are presented
   unsigned mWorkers;
   UpdatePlan mPlan;
 };
