@@ -145,19 +145,23 @@ int PinNumber(std::u16string_view digits) {
 // text, by number; of two with one number, the first.
 std::vector<std::pair<std::u16string, std::u16string>> PinsOf(const AttributeViews& attributes,
                                                               std::u16string_view prefix) {
-  std::vector<std::pair<int, std::u16string_view>> byNumber;
+  thread_local std::vector<std::pair<int, std::u16string_view>> byNumber;  // kept for its room
+  byNumber.clear();
   for (const auto& [name, value] : attributes) {
     if (name.size() <= prefix.size() || !EqualNoCase(name.substr(0, prefix.size()), prefix)) continue;
     const int number = PinNumber(name.substr(prefix.size()));
     if (number > 0 && !value.empty()) byNumber.emplace_back(number, value);
   }
-  std::stable_sort(byNumber.begin(), byNumber.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  const auto byPin = [](const auto& a, const auto& b) { return a.first < b.first; };
+  if (!std::is_sorted(byNumber.begin(), byNumber.end(), byPin))  // symbols list their pins in order, nearly always
+    std::stable_sort(byNumber.begin(), byNumber.end(), byPin);
   std::vector<std::pair<std::u16string, std::u16string>> pins;
   pins.reserve(byNumber.size());
   for (std::size_t i = 0; i < byNumber.size(); ++i) {
     if (i > 0 && byNumber[i].first == byNumber[i - 1].first) continue;
-    const std::string number = std::to_string(byNumber[i].first);
-    pins.emplace_back(std::u16string(number.begin(), number.end()), byNumber[i].second);
+    char digits[12];
+    char* end = std::to_chars(std::begin(digits), std::end(digits), byNumber[i].first).ptr;
+    pins.emplace_back(std::u16string(digits, end), byNumber[i].second);
   }
   return pins;
 }

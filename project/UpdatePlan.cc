@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <charconv>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -32,8 +33,9 @@ namespace {
 constexpr const char16_t* kCoilTags[] = {u"XREF", u"XREFNO", u"XREFNC"};
 
 std::u16string DecimalText(std::int64_t number) {
-  const std::string digits = std::to_string(number);
-  return std::u16string(digits.begin(), digits.end());
+  char digits[24];
+  char* end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+  return std::u16string(digits, end);
 }
 
 struct Placed {
@@ -211,7 +213,12 @@ class CoilPresenter {
 // one is worked out: the contacts of a coil lie anywhere in the project, and
 // waiting for each one's pins is the most of what filling its record costs.
 void FetchAhead(const std::vector<ContactSource>& sources) {
-  for (const ContactSource& source : sources) __builtin_prefetch(source.pins);
+  constexpr std::size_t kLine = 64;
+  for (const ContactSource& source : sources) {
+    const auto* first = reinterpret_cast<const char*>(source.pins);
+    const auto* last = reinterpret_cast<const char*>(source.pins + source.pinCount);
+    for (const char* line = first; line < last; line += kLine) __builtin_prefetch(line);
+  }
 }
 
 // Puts `changes` in drawing order, keeping the order within a drawing, in
@@ -284,6 +291,7 @@ class Planner {
     auto run = [&] {
       CoilPresenter presenter(mDrawings, mSettings);
       for (std::size_t i = next++; i < count; i = next++) {
+        if (i + 2 < count) __builtin_prefetch(mSources[i + 2].data());
         if (i + 1 < count) FetchAhead(mSources[i + 1]);
         presenter.present(mWork[i]);
       }
