@@ -56,18 +56,23 @@ std::string Narrow(const std::u16string& text) { return Utf16ToUtf8(text); }
 
 bool KnownKind(const std::u16string& kind) { return kind == u"NO" || kind == u"NC" || kind == u"NONC"; }
 
-// What a contact's record is built from beside its place in the coil's plan:
-// its pins, which stay in the contact's symbol, and its class.
+// A contact that takes part in its coil's presentation.
 struct ContactSource {
-  const std::pair<std::u16string, std::u16string>* pins = nullptr;
-  std::uint32_t pinCount = 0;
-  std::int32_t occurrenceType = 0;
+  std::size_t drawing = 0;
+  const ContactSymbol* contact = nullptr;
 };
+
+ContactPlace PlaceOf(const ContactSymbol& contact, std::size_t drawing, int firstSheet) {
+  Placed placed = PlaceText(contact.place, firstSheet);
+  std::u16string label = (contact.kind == u"NONC" ? u"Form C" : contact.kind) + u" " + placed.reference;
+  return {drawing,         contact.handle, contact.kind, std::move(placed.sheet), std::move(placed.reference),
+          std::move(label)};
+}
 
 // Fills `occ` with a contact's record as the engine takes it. The record may
 // be one filled before: every key is set again, and the maps keep their
 // nodes, so refilling allocates nothing once the strings have grown.
-void FillOccurrence(OhmDsComponentOcc& occ, const ContactPlace& place, const ContactSource& source,
+void FillOccurrence(OhmDsComponentOcc& occ, const ContactPlace& place, const ContactSymbol& source,
                     const DrawingComponents& drawing) {
   occ.mType = source.occurrenceType;
   occ.mOccID.mDwgPath = drawing.path;
@@ -75,8 +80,8 @@ void FillOccurrence(OhmDsComponentOcc& occ, const ContactPlace& place, const Con
   occ.mProperties[OhmDsKeys::REF] = place.reference;
   occ.mSheetProperties[OhmDsKeys::SHEET] = place.sheet;
   occ.mSheetProperties[OhmDsKeys::SHEETDWGNAME] = drawing.name;
-  occ.mPins.resize(source.pinCount);
-  for (std::size_t i = 0; i < source.pinCount; ++i) {
+  occ.mPins.resize(source.pins.size());
+  for (std::size_t i = 0; i < source.pins.size(); ++i) {
     occ.mPins[i].mProperties[OhmDsKeys::TERMCODE] = source.pins[i].first;
     occ.mPins[i].mProperties[OhmDsKeys::TERM] = source.pins[i].second;
   }
@@ -92,12 +97,13 @@ std::size_t XrefAttributeCount(const CoilSymbol& coil) {
                                                 [](const auto& attribute) { return IsCoilXrefTag(attribute.first); }));
 }
 
-// Where a coil's presentation goes: its plan (contacts already in place), and
-// room for the changes of its attributes, one place for each it could change.
+// Where a coil's presentation goes: its plan, which takes the places of its
+// contacts, and room for the changes of its attributes, one place for each
+// it could change.
 struct CoilWork {
   const CoilSymbol* coil = nullptr;
   CoilPlan* plan = nullptr;
-  const std::vector<ContactSource>* sources = nullptr;  // beside plan->contacts
+  const std::vector<ContactSource>* sources = nullptr;  // its contacts, in project order
   AttributeChange* changes = nullptr;
   std::size_t changed = 0;  // set by the presenter: how many of those places it filled
 };
@@ -107,14 +113,18 @@ struct CoilWork {
 // project never holds all of them and a coil costs no allocation of its own.
 class CoilPresenter {
  public:
-  CoilPresenter(const std::vector<DrawingComponents>& drawings, const OhmNoRxUtilsSettingOverride::SettingMap& settings)
-      : mDrawings(drawings), mSettings(settings) {}
+  CoilPresenter(const std::vector<DrawingComponents>& drawings, const std::vector<int>& firstSheets,
+                const OhmNoRxUtilsSettingOverride::SettingMap& settings)
+      : mDrawings(drawings), mFirstSheets(firstSheets), mSettings(settings) {}
 
   void present(CoilWork& work) {
-    const std::vector<ContactPlace>& contacts = work.plan->contacts;
-    while (mOccurrences.size() < contacts.size()) mOccurrences.emplace_back();
-    for (std::size_t i = 0; i < contacts.size(); ++i) {
-      FillOccurrence(mOccurrences[i], contacts[i], (*work.sources)[i], mDrawings[contacts[i].drawing]);
+    const std::vector<ContactSource>& sources = *work.sources;
+    std::vector<ContactPlace>& contacts = work.plan->contacts;
+    while (mOccurrences.size() < sources.size()) mOccurrences.emplace_back();
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+      const auto& [drawing, contact] = sources[i];
+      contacts.push_back(PlaceOf(*contact, drawing, mFirstSheets[drawing]));
+      FillOccurrence(mOccurrences[i], contacts.back(), *contact, mDrawings[drawing]);
     }
     try {
       presentGuarded(work);
@@ -199,6 +209,7 @@ class CoilPresenter {
   }
 
   const std::vector<DrawingComponents>& mDrawings;
+  const std::vector<int>& mFirstSheets;
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
   // The project's settings, with the overrides of the coil being presented.
   OhmNoRxUtilsSettingOverride mOverride{mSettings};
@@ -209,15 +220,24 @@ class CoilPresenter {
   int mScratchCoils = 0;
 };
 
-// Asks the memory for the pins of the coil after the one at hand while that
-// one is worked out: the contacts of a coil lie anywhere in the project, and
-// waiting for each one's pins is the most of what filling its record costs.
-void FetchAhead(const std::vector<ContactSource>& sources) {
+// The contacts of a coil lie anywhere in the project, and waiting for memory
+// is the most of what making their places and records costs; so while one
+// coil is worked out, the memory is asked ahead for the next ones' contacts
+// and pins, a step at a time: a list, then what it points to.
+void FetchLines(const void* start, std::size_t bytes) {
   constexpr std::size_t kLine = 64;
+  const auto* first = static_cast<const char*>(start);
+  for (const char* line = first; line < first + bytes; line += kLine) __builtin_prefetch(line);
+}
+
+void FetchContacts(const std::vector<ContactSource>& sources) {
+  for (const ContactSource& source : sources) FetchLines(source.contact, sizeof(ContactSymbol));
+}
+
+void FetchPins(const std::vector<ContactSource>& sources) {
   for (const ContactSource& source : sources) {
-    const auto* first = reinterpret_cast<const char*>(source.pins);
-    const auto* last = reinterpret_cast<const char*>(source.pins + source.pinCount);
-    for (const char* line = first; line < last; line += kLine) __builtin_prefetch(line);
+    const auto& pins = source.contact->pins;
+    FetchLines(pins.data(), pins.size() * sizeof(pins.front()));
   }
 }
 
@@ -289,10 +309,11 @@ class Planner {
     }
     std::atomic<std::size_t> next{0};
     auto run = [&] {
-      CoilPresenter presenter(mDrawings, mSettings);
+      CoilPresenter presenter(mDrawings, mFirstSheet, mSettings);
       for (std::size_t i = next++; i < count; i = next++) {
-        if (i + 2 < count) __builtin_prefetch(mSources[i + 2].data());
-        if (i + 1 < count) FetchAhead(mSources[i + 1]);
+        if (i + 3 < count) FetchLines(mSources[i + 3].data(), mSources[i + 3].size() * sizeof(ContactSource));
+        if (i + 2 < count) FetchContacts(mSources[i + 2]);
+        if (i + 1 < count) FetchPins(mSources[i + 1]);
         presenter.present(mWork[i]);
       }
     };
@@ -347,8 +368,8 @@ class Planner {
                                   " (handle " + HandleText(first.handle) + "); this one is left as it is"});
   }
 
-  // Each contact that takes part goes to its coil's plan; the contacts are
-  // counted first, so that each coil's list is made at its size.
+  // Each contact that takes part goes to its coil's list; the contacts are
+  // counted first, so that each coil's lists are made at their size.
   void gatherContacts() {
     constexpr std::uint32_t kLeftOut = UINT32_MAX;
     std::vector<std::uint32_t> coilOf;
@@ -370,7 +391,7 @@ class Planner {
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const ContactSymbol& contact : mDrawings[d].contacts) {
         const std::uint32_t coil = coilOf[next++];
-        if (coil != kLeftOut) addContact(d, contact, coil);
+        if (coil != kLeftOut) mSources[coil].push_back({d, &contact});
       }
     }
   }
@@ -389,15 +410,6 @@ class Planner {
     }
     if (contact.pins.empty()) return problem("contact of coil " + Narrow(contact.coilTag) + " without pins");
     return coil->second;
-  }
-
-  void addContact(std::size_t d, const ContactSymbol& contact, std::size_t coil) {
-    Placed placed = PlaceText(contact.place, mFirstSheet[d]);
-    std::u16string label = (contact.kind == u"NONC" ? u"Form C" : contact.kind) + u" " + placed.reference;
-    mPlan.coils[coil].contacts.push_back(
-        {d, contact.handle, contact.kind, std::move(placed.sheet), std::move(placed.reference), std::move(label)});
-    mSources[coil].push_back(
-        {contact.pins.data(), static_cast<std::uint32_t>(contact.pins.size()), contact.occurrenceType});
   }
 
   // A contact's XREF attribute names the place of its coil, as the coil's
@@ -432,8 +444,7 @@ class Planner {
   // planner), as their index in mPlan.coils and mWork.
   std::unordered_map<std::u16string_view, std::size_t> mCoils;
   std::vector<CoilWork> mWork;  // its plans are in mPlan.coils, reserved at their number, so they stay put
-  std::vector<std::vector<ContactSource>>
-      mSources;  // each coil's, beside its plan's contacts; dropped once all are presented
+  std::vector<std::vector<ContactSource>> mSources;  // each coil's contacts; dropped once all are presented
   unsigned mWorkers;
   UpdatePlan mPlan;
 };
