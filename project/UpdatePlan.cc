@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <string_view>
 #include <thread>
@@ -56,10 +57,10 @@ std::string Narrow(const std::u16string& text) { return Utf16ToUtf8(text); }
 
 bool KnownKind(const std::u16string& kind) { return kind == u"NO" || kind == u"NC" || kind == u"NONC"; }
 
-// A contact that takes part in its coil's presentation.
+// A contact that takes part in its coil's presentation: the drawing's how-manieth.
 struct ContactSource {
-  std::size_t drawing = 0;
-  const ContactSymbol* contact = nullptr;
+  std::uint32_t drawing = 0;
+  std::uint32_t index = 0;
 };
 
 ContactPlace PlaceOf(const ContactSymbol& contact, std::size_t drawing, int firstSheet) {
@@ -102,8 +103,6 @@ std::size_t XrefAttributeCount(const CoilSymbol& coil) {
 // it could change.
 struct CoilWork {
   const CoilSymbol* coil = nullptr;
-  CoilPlan* plan = nullptr;
-  const std::vector<ContactSource>* sources = nullptr;  // its contacts, in project order
   AttributeChange* changes = nullptr;
   std::size_t changed = 0;  // set by the presenter: how many of those places it filled
 };
@@ -117,27 +116,27 @@ class CoilPresenter {
                 const OhmNoRxUtilsSettingOverride::SettingMap& settings)
       : mDrawings(drawings), mFirstSheets(firstSheets), mSettings(settings) {}
 
-  void present(CoilWork& work) {
-    const std::vector<ContactSource>& sources = *work.sources;
-    std::vector<ContactPlace>& contacts = work.plan->contacts;
+  // Fills `plan`, which has the coil's place, with its contacts (`sources`, in project order) and its presentation.
+  void present(CoilWork& work, CoilPlan& plan, std::span<const ContactSource> sources) {
+    plan.contacts.reserve(sources.size());
     while (mOccurrences.size() < sources.size()) mOccurrences.emplace_back();
     for (std::size_t i = 0; i < sources.size(); ++i) {
-      const auto& [drawing, contact] = sources[i];
-      contacts.push_back(PlaceOf(*contact, drawing, mFirstSheets[drawing]));
-      FillOccurrence(mOccurrences[i], contacts.back(), *contact, mDrawings[drawing]);
+      const DrawingComponents& drawing = mDrawings[sources[i].drawing];
+      const ContactSymbol& contact = drawing.contacts[sources[i].index];
+      plan.contacts.push_back(PlaceOf(contact, sources[i].drawing, mFirstSheets[sources[i].drawing]));
+      FillOccurrence(mOccurrences[i], plan.contacts.back(), contact, drawing);
     }
     try {
-      presentGuarded(work);
+      presentGuarded(work, plan);
     } catch (const std::exception& error) {
-      work.plan->error = std::string("the cross-reference failed: ") + error.what();
+      plan.error = std::string("the cross-reference failed: ") + error.what();
     }
   }
 
  private:
   // The coil rebuilt in a scratch drawing (its block, attributes and xdata),
   // so that the factory sees what it would see in the coil's own drawing.
-  void presentGuarded(CoilWork& work) {
-    CoilPlan& plan = *work.plan;
+  void presentGuarded(CoilWork& work, CoilPlan& plan) {
     ZdDbBlockReference* block = scratchBuilder().insertBlock(work.coil->blockName, work.coil->attributes);
     if (work.coil->xdata) block->setXData(work.coil->xdata.get());
     mOverride.clearOverride();
@@ -150,22 +149,22 @@ class CoilPresenter {
     plan.style = entity->getStyle();
     if (auto* table = dynamic_cast<OhmUtXrefTableEntity*>(entity.get())) return fillTable(*table, plan);
     if (auto* graphic = dynamic_cast<OhmUtXrefGraphicEntity*>(entity.get())) return fillLines(*graphic, plan);
-    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity.get())) fillTexts(*text, work);
+    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity.get())) fillTexts(*text, work, plan);
   }
 
-  void fillTexts(const OhmUtXrefTextEntity& entity, CoilWork& work) {
+  void fillTexts(const OhmUtXrefTextEntity& entity, CoilWork& work, const CoilPlan& plan) {
     const std::u16string separator = entity.getSeparator();
     for (const auto& [tag, old] : work.coil->attributes) {
       if (!IsCoilXrefTag(tag)) continue;
       mJoined.clear();
       bool first = true;
-      for (std::size_t i = 0; i < work.plan->contacts.size(); ++i) {
+      for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
         if (!entity.getXrefText(tag, mOccurrences[i], mText)) continue;
         if (!first) mJoined += separator;
         mJoined += mText;
         first = false;
       }
-      if (mJoined != old) work.changes[work.changed++] = {work.plan->drawing, work.coil->handle, tag, old, mJoined};
+      if (mJoined != old) work.changes[work.changed++] = {plan.drawing, work.coil->handle, tag, old, mJoined};
     }
   }
 
@@ -230,13 +229,17 @@ void FetchLines(const void* start, std::size_t bytes) {
   for (const char* line = first; line < first + bytes; line += kLine) __builtin_prefetch(line);
 }
 
-void FetchContacts(const std::vector<ContactSource>& sources) {
-  for (const ContactSource& source : sources) FetchLines(source.contact, sizeof(ContactSymbol));
+const ContactSymbol& ContactOf(const std::vector<DrawingComponents>& drawings, const ContactSource& source) {
+  return drawings[source.drawing].contacts[source.index];
 }
 
-void FetchPins(const std::vector<ContactSource>& sources) {
+void FetchContacts(const std::vector<DrawingComponents>& drawings, std::span<const ContactSource> sources) {
+  for (const ContactSource& source : sources) FetchLines(&ContactOf(drawings, source), sizeof(ContactSymbol));
+}
+
+void FetchPins(const std::vector<DrawingComponents>& drawings, std::span<const ContactSource> sources) {
   for (const ContactSource& source : sources) {
-    const auto& pins = source.contact->pins;
+    const auto& pins = ContactOf(drawings, source).pins;
     FetchLines(pins.data(), pins.size() * sizeof(pins.front()));
   }
 }
@@ -281,26 +284,25 @@ class Planner {
       for (const CoilSymbol& coil : mDrawings[d].coils) indexCoil(d, coil);
     }
     gatherContacts();
+    std::unordered_map<std::u16string_view, std::size_t>().swap(mCoils);  // no use from here on
     presentCoils();
-    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
-      for (const ContactSymbol& contact : mDrawings[d].contacts) planContactXref(d, contact);
-    }
+    for (AttributeChange& change : mContactChanges) mPlan.changes.push_back(std::move(change));
     OrderByDrawing(mPlan.changes, mDrawings.size());
     return std::move(mPlan);
   }
 
  private:
+  std::span<const ContactSource> sourcesOf(std::size_t coil) const {
+    return {mSources.data() + mFirstSource[coil], mFirstSource[coil + 1] - mFirstSource[coil]};
+  }
+
   // The coils' presentations, `mWorkers` at a time, each in its own places.
   void presentCoils() {
     const std::size_t count = mWork.size();
     std::size_t room = 0;
     for (const CoilWork& work : mWork) room += XrefAttributeCount(*work.coil);
-    std::size_t contactRoom = 0;
-    for (const DrawingComponents& drawing : mDrawings) {
-      for (const ContactSymbol& contact : drawing.contacts) contactRoom += contact.xref ? 1 : 0;
-    }
     // Reserved at once: the places handed out stay put, and the contacts' changes fit after.
-    mPlan.changes.reserve(room + contactRoom);
+    mPlan.changes.reserve(room + mContactChanges.size());
     mPlan.changes.resize(room);
     room = 0;
     for (CoilWork& work : mWork) {
@@ -311,17 +313,18 @@ class Planner {
     auto run = [&] {
       CoilPresenter presenter(mDrawings, mFirstSheet, mSettings);
       for (std::size_t i = next++; i < count; i = next++) {
-        if (i + 3 < count) FetchLines(mSources[i + 3].data(), mSources[i + 3].size() * sizeof(ContactSource));
-        if (i + 2 < count) FetchContacts(mSources[i + 2]);
-        if (i + 1 < count) FetchPins(mSources[i + 1]);
-        presenter.present(mWork[i]);
+        if (i + 3 < count) FetchLines(sourcesOf(i + 3).data(), sourcesOf(i + 3).size_bytes());
+        if (i + 2 < count) FetchContacts(mDrawings, sourcesOf(i + 2));
+        if (i + 1 < count) FetchPins(mDrawings, sourcesOf(i + 1));
+        presenter.present(mWork[i], mPlan.coils[i], sourcesOf(i));
       }
     };
     std::vector<std::thread> threads;
     for (unsigned w = 1; w < std::min<std::size_t>(mWorkers, count); ++w) threads.emplace_back(run);
     run();
     for (std::thread& thread : threads) thread.join();
-    std::vector<std::vector<ContactSource>>().swap(mSources);
+    std::vector<ContactSource>().swap(mSources);
+    std::vector<std::uint32_t>().swap(mFirstSource);
     keepChangesMade();
     for (const CoilPlan& plan : mPlan.coils) {
       if (!plan.error.empty()) mPlan.problems.push_back({plan.drawing, plan.handle, 0, plan.error});
@@ -359,7 +362,7 @@ class Planner {
       plan.tag = coil.tag;
       plan.sheet = std::move(placed.sheet);
       plan.reference = std::move(placed.reference);
-      mWork.push_back({&coil, &plan});
+      mWork.push_back({&coil});
       return;
     }
     const CoilPlan& first = mPlan.coils[it->second];
@@ -368,8 +371,8 @@ class Planner {
                                   " (handle " + HandleText(first.handle) + "); this one is left as it is"});
   }
 
-  // Each contact that takes part goes to its coil's list; the contacts are
-  // counted first, so that each coil's lists are made at their size.
+  // Each contact that takes part goes to its coil's part of mSources; the
+  // contacts are counted first, so that the parts are laid out end to end.
   void gatherContacts() {
     constexpr std::uint32_t kLeftOut = UINT32_MAX;
     std::vector<std::uint32_t> coilOf;
@@ -381,22 +384,22 @@ class Planner {
         if (coil < mWork.size()) ++counts[coil];
       }
     }
-    mSources.resize(mWork.size());
-    for (std::size_t i = 0; i < mWork.size(); ++i) {
-      mPlan.coils[i].contacts.reserve(counts[i]);
-      mSources[i].reserve(counts[i]);
-      mWork[i].sources = &mSources[i];  // mSources keeps its size from here on
-    }
+    mFirstSource.assign(mWork.size() + 1, 0);
+    for (std::size_t i = 0; i < mWork.size(); ++i) mFirstSource[i + 1] = mFirstSource[i] + counts[i];
+    mSources.resize(mFirstSource.back());
+    std::vector<std::uint32_t>& place = counts;  // where the next contact of each coil goes
+    std::copy(mFirstSource.begin(), mFirstSource.end() - 1, place.begin());
     std::size_t next = 0;
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
-      for (const ContactSymbol& contact : mDrawings[d].contacts) {
+      for (std::size_t c = 0; c < mDrawings[d].contacts.size(); ++c) {
         const std::uint32_t coil = coilOf[next++];
-        if (coil != kLeftOut) mSources[coil].push_back({d, &contact});
+        if (coil != kLeftOut) mSources[place[coil]++] = {static_cast<std::uint32_t>(d), static_cast<std::uint32_t>(c)};
       }
     }
   }
 
-  // The index of the contact's coil when the contact takes part; else its problem, and no coil.
+  // The index of the contact's coil when the contact takes part; else its
+  // problem, and no coil. Plans the contact's XREF attribute on the way.
   std::size_t coilTakingPart(std::size_t d, const ContactSymbol& contact) {
     auto problem = [&](const std::string& message) {
       mPlan.problems.push_back({d, contact.handle, 0, message});
@@ -404,6 +407,7 @@ class Planner {
     };
     const auto coil = mCoils.find(contact.coilTag);
     if (coil == mCoils.end()) return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
+    planContactXref(d, contact, mPlan.coils[coil->second]);
     if (!KnownKind(contact.kind)) {
       return problem("contact of coil " + Narrow(contact.coilTag) + " of unknown kind \"" + Narrow(contact.kind) +
                      "\" (block " + Narrow(contact.blockName) + ")");
@@ -415,11 +419,8 @@ class Planner {
   // A contact's XREF attribute names the place of its coil, as the coil's
   // references name the contacts: the project's formats, seen from the
   // contact's drawing.
-  void planContactXref(std::size_t d, const ContactSymbol& contact) {
+  void planContactXref(std::size_t d, const ContactSymbol& contact, const CoilPlan& plan) {
     if (!contact.xref) return;
-    const auto coil = mCoils.find(contact.coilTag);
-    if (coil == mCoils.end()) return;
-    const CoilPlan& plan = mPlan.coils[coil->second];
     OhmNoRxUtilsXrefTextFormat::RefData data;
     data.mDwgPath = mDrawings[plan.drawing].path;
     data.mSheet = plan.sheet;
@@ -429,7 +430,7 @@ class Planner {
                                                     setting(OhmCfgSetting::WD_XREF_ALTFORMAT), false};
     std::u16string text;
     OhmNoRxUtilsXrefTextFormat::getXrefText(option, mDrawings[d].path, data, text);
-    if (text != *contact.xref) mPlan.changes.push_back({d, contact.handle, u"XREF", *contact.xref, text});
+    if (text != *contact.xref) mContactChanges.push_back({d, contact.handle, u"XREF", *contact.xref, text});
   }
 
   std::u16string setting(OhmCfgSetting::WD_M_ATTRIB option) const {
@@ -443,8 +444,12 @@ class Planner {
   // The coils by tag (views into the drawings' records, which outlive the
   // planner), as their index in mPlan.coils and mWork.
   std::unordered_map<std::u16string_view, std::size_t> mCoils;
-  std::vector<CoilWork> mWork;  // its plans are in mPlan.coils, reserved at their number, so they stay put
-  std::vector<std::vector<ContactSource>> mSources;  // each coil's contacts; dropped once all are presented
+  std::vector<CoilWork> mWork;  // beside mPlan.coils
+  // The contacts of coil i are mSources[mFirstSource[i]] up to mSources[mFirstSource[i + 1]];
+  // dropped once all coils are presented.
+  std::vector<ContactSource> mSources;
+  std::vector<std::uint32_t> mFirstSource;
+  std::vector<AttributeChange> mContactChanges;  // in project order; they follow the coils' changes
   unsigned mWorkers;
   UpdatePlan mPlan;
 };
