@@ -195,9 +195,11 @@ class CoilPresenter {
   }
 
   // The drawing the coils are rebuilt in: one for many coils, since making a
-  // database costs more than the coil; renewed now and then to bound its size.
+  // database costs more than the coil; renewed often enough that it stays
+  // well below the size of a drawing (its coils are most of what planning
+  // holds beyond its result).
   ZdDbDrawingBuilder& scratchBuilder() {
-    constexpr int kCoilsPerScratch = 1024;
+    constexpr int kCoilsPerScratch = 128;
     if (!mScratch || mScratchCoils++ == kCoilsPerScratch) {
       mBuilder.reset();
       mScratch = std::make_unique<ZdDbDatabase>();
