@@ -134,22 +134,37 @@ class CoilPresenter {
   }
 
  private:
-  // The coil rebuilt in a scratch drawing (its block, attributes and xdata),
-  // so that the factory sees what it would see in the coil's own drawing.
   void presentGuarded(CoilWork& work, CoilPlan& plan) {
-    ZdDbBlockReference* block = scratchBuilder().insertBlock(work.coil->blockName, work.coil->attributes);
-    if (work.coil->xdata) block->setXData(work.coil->xdata.get());
-    mOverride.clearOverride();
-    std::unique_ptr<OhmUtXrefEntity> entity(OhmUtXrefEntityFactory::getXrefEntity(block, mOverride));
+    std::unique_ptr<OhmUtXrefEntity> own;
+    OhmUtXrefEntity* entity = nullptr;
+    if (work.coil->xdata) {
+      own = makeEntity(*work.coil, mOverride);
+      entity = own.get();
+    } else {
+      if (!mPlainMade) mPlain = makeEntity(*work.coil, mPlainOverride);
+      mPlainMade = true;
+      entity = mPlain.get();
+    }
     if (!entity) {
       plan.error = "the coil asks for no presentation: its style option is neither \"0\", \"1\" nor \"2\"";
       return;
     }
     entity->setHostDwgPath(mDrawings[plan.drawing].path);
     plan.style = entity->getStyle();
-    if (auto* table = dynamic_cast<OhmUtXrefTableEntity*>(entity.get())) return fillTable(*table, plan);
-    if (auto* graphic = dynamic_cast<OhmUtXrefGraphicEntity*>(entity.get())) return fillLines(*graphic, plan);
-    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity.get())) fillTexts(*text, work, plan);
+    if (auto* table = dynamic_cast<OhmUtXrefTableEntity*>(entity)) return fillTable(*table, plan);
+    if (auto* graphic = dynamic_cast<OhmUtXrefGraphicEntity*>(entity)) return fillLines(*graphic, plan);
+    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity)) fillTexts(*text, work, plan);
+  }
+
+  // The coil's presentation, as the factory makes it for the coil rebuilt in
+  // a scratch drawing (its block, attributes and xdata), so that the factory
+  // sees what it would see in the coil's own drawing; over `settings`, which
+  // it lays the coil's overrides on.
+  std::unique_ptr<OhmUtXrefEntity> makeEntity(const CoilSymbol& coil, OhmNoRxUtilsSettingOverride& settings) {
+    ZdDbBlockReference* block = scratchBuilder().insertBlock(coil.blockName, coil.attributes);
+    if (coil.xdata) block->setXData(coil.xdata.get());
+    settings.clearOverride();
+    return std::unique_ptr<OhmUtXrefEntity>(OhmUtXrefEntityFactory::getXrefEntity(block, settings));
   }
 
   void fillTexts(const OhmUtXrefTextEntity& entity, CoilWork& work, const CoilPlan& plan) {
@@ -214,6 +229,11 @@ class CoilPresenter {
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
   // The project's settings, with the overrides of the coil being presented.
   OhmNoRxUtilsSettingOverride mOverride{mSettings};
+  // The presentation of every coil without xdata: the factory reads nothing
+  // else of a coil, so theirs depends on the settings alone, and is made once.
+  OhmNoRxUtilsSettingOverride mPlainOverride{mSettings};
+  std::unique_ptr<OhmUtXrefEntity> mPlain;  // null when such coils ask for none
+  bool mPlainMade = false;
   std::deque<OhmDsComponentOcc> mOccurrences;  // the first ones hold the coil's contacts; a deque: records have no move
   std::u16string mJoined, mText;
   std::unique_ptr<ZdDbDatabase> mScratch;
