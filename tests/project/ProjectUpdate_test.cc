@@ -86,6 +86,32 @@ TEST(ProjectUpdate, ProblemsAreReportedWithTheirPlaceAndTheRestIsWorkedOut) {
   EXPECT_EQ(Value(result, 0xA1, u"XREFNO"), " 1.104; S2:2.200");  // the bad contacts take no part
 }
 
+// A coil's own options (xdata) hold for it alone: the coils before and after
+// it keep the project's, on one worker and on two.
+TEST(ProjectUpdate, ACoilsOwnOptionsHoldForItAlone) {
+  std::string drawing = DxfSnippet("AC1009", "",
+                                   {{"A1", "HCR1", -1.5, {{"TAG1", "K1"}, {"XREF", ""}}},
+                                    {"A2", "HCR1", -2.5, {{"TAG1", "K2"}, {"XREF", ""}}},
+                                    {"A3", "HCR1", -3.5, {{"TAG1", "K3"}, {"XREF", ""}}},
+                                    {"A4", "HNO1", -4.5, {{"TAG2", "K1"}, {"TERM01", "1"}}},
+                                    {"A5", "HNO1", -5.5, {{"TAG2", "K2"}, {"TERM01", "1"}}},
+                                    {"A6", "HNO1", -6.5, {{"TAG2", "K3"}, {"TERM01", "1"}}}});
+  const std::string ownFormat = "1001\nKVA_WD_XREF_FORMAT\n1002\n{\n1000\n<%N>\n1002\n}\n0\nATTRIB\n";
+  const std::size_t attributes = drawing.find("0\nATTRIB\n", drawing.find("5\nA2\n"));
+  drawing.replace(attributes, std::string("0\nATTRIB\n").size(), ownFormat);
+  for (unsigned workers : {1u, 2u}) {
+    TempFolder folder;
+    folder.makeFile("S1.dxf", drawing);
+    UpdateOptions options;
+    options.workers = workers;
+    const ProjectUpdateResult result = UpdateProject(DescribeFolder(folder.posix()), options);
+    EXPECT_TRUE(result.plan.problems.empty());
+    EXPECT_EQ(Value(result, 0xA1, u"XREF"), " 1.104") << workers;
+    EXPECT_EQ(Value(result, 0xA2, u"XREF"), "<105>") << workers;
+    EXPECT_EQ(Value(result, 0xA3, u"XREF"), " 1.106") << workers;
+  }
+}
+
 TEST(ProjectUpdate, ReadingOnSeveralThreadsGivesTheSameRecordsInProjectOrder) {
   TempFolder folder;
   std::vector<std::string> drawings;
