@@ -86,6 +86,33 @@ TEST(ProjectUpdate, ProblemsAreReportedWithTheirPlaceAndTheRestIsWorkedOut) {
   EXPECT_EQ(Value(result, 0xA1, u"XREFNO"), " 1.104; S2:2.200");  // the bad contacts take no part
 }
 
+// Every tag that can make a symbol a coil or a contact is looked at, in any
+// case, and only those: a coil by "TAG" with CFD1 xdata and a contact by
+// "TAG_" are found (and reported, since the conventions find no tag on them);
+// terminals and wire numbers are not.
+TEST(ProjectUpdate, EveryTagThatMarksACoilOrContactIsFound) {
+  std::string drawing = DxfSnippet("AC1009", "",
+                                   {{"A1", "HCR1", -1.5, {{"tag1", "K1"}}},
+                                    {"A2", "HCR1", -2.5, {{"Tag", "K2"}}},
+                                    {"A3", "HNO1", -3.5, {{"tag_x", "K1"}, {"TERM01", "1"}}},
+                                    {"A4", "HT0001", -4.5, {{"TAGSTRIP", "X1"}, {"TERM", "1"}}},
+                                    {"A5", "HWIRENO", -5.5, {{"WIRENO", "100"}}}});
+  const std::size_t attributes = drawing.find("0\nATTRIB\n", drawing.find("5\nA2\n"));
+  drawing.insert(attributes, "1001\nCFD1\n1000\n1\n");
+  TempFolder folder;
+  folder.makeFile("S1.dxf", drawing);
+  const ProjectUpdateResult result = UpdateProject(DescribeFolder(folder.posix()), {});
+  ASSERT_EQ(result.drawings.size(), 1u);
+  EXPECT_EQ(result.drawings[0].coils.size(), 1u);
+  const std::pair<std::uint64_t, std::string> expected[] = {{0xA2, "a coil without a tag"},
+                                                            {0xA3, "a contact that names no coil"}};
+  ASSERT_EQ(result.plan.problems.size(), std::size(expected));
+  for (std::size_t i = 0; i < std::size(expected); ++i) {
+    EXPECT_EQ(result.plan.problems[i].handle, expected[i].first);
+    EXPECT_EQ(result.plan.problems[i].message, expected[i].second);
+  }
+}
+
 // A coil's own options (xdata) hold for it alone: the coils before and after
 // it keep the project's, on one worker and on two.
 TEST(ProjectUpdate, ACoilsOwnOptionsHoldForItAlone) {
