@@ -113,6 +113,22 @@ TEST(ProjectUpdate, EveryTagThatMarksACoilOrContactIsFound) {
   }
 }
 
+// Changes come drawing by drawing, in each the coils' before the contacts',
+// however the coils and their contacts lie across the drawings.
+TEST(ProjectUpdate, ChangesComeInDrawingOrder) {
+  TempFolder folder;
+  const ProjectUpdateResult result =
+      Plan(folder, {DxfSnippet("AC1009", "",
+                               {{"A1", "HNO1", -1.5, {{"TAG2", "K2"}, {"TERM01", "1"}, {"XREF", ""}}},
+                                {"A2", "HCR1", -2.5, {{"TAG1", "K1"}, {"XREF", ""}}}}),
+                    DxfSnippet("AC1009", "",
+                               {{"B1", "HCR1", -1.5, {{"TAG1", "K2"}, {"XREF", ""}}},
+                                {"B2", "HNO1", -2.5, {{"TAG2", "K1"}, {"TERM01", "1"}, {"XREF", ""}}}})});
+  std::vector<std::uint64_t> handles;
+  for (const AttributeChange& change : result.plan.changes) handles.push_back(change.handle);
+  EXPECT_EQ(handles, (std::vector<std::uint64_t>{0xA2, 0xA1, 0xB1, 0xB2}));
+}
+
 // A coil's own options (xdata) hold for it alone: the coils before and after
 // it keep the project's, on one worker and on two.
 TEST(ProjectUpdate, ACoilsOwnOptionsHoldForItAlone) {
