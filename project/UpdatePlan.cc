@@ -39,18 +39,12 @@ std::u16string DecimalText(std::int64_t number) {
   return std::u16string(digits, end);
 }
 
-struct Placed {
-  std::u16string sheet, reference;
-};
-
-Placed PlaceText(const SymbolPlace& place, int firstSheet) {
-  Placed placed{DecimalText(firstSheet + place.sheetInDrawing), place.reference};
-  if (placed.reference.empty()) {
-    std::u16string line = DecimalText(place.gridLine);
-    if (line.size() < 2) line.insert(0, 2 - line.size(), u'0');
-    placed.reference = placed.sheet + line;
-  }
-  return placed;
+// A symbol's line reference: its own, or its sheet's text followed by its line on the grid in two digits.
+std::u16string ReferenceText(const SymbolPlace& place, const std::u16string& sheet) {
+  if (!place.reference.empty()) return place.reference;
+  std::u16string line = DecimalText(place.gridLine);
+  if (line.size() < 2) line.insert(0, 2 - line.size(), u'0');
+  return sheet + line;
 }
 
 std::string Narrow(const std::u16string& text) { return Utf16ToUtf8(text); }
@@ -64,10 +58,13 @@ struct ContactSource {
 };
 
 ContactPlace PlaceOf(const ContactSymbol& contact, std::size_t drawing, int firstSheet) {
-  Placed placed = PlaceText(contact.place, firstSheet);
-  std::u16string label = (contact.kind == u"NONC" ? u"Form C" : contact.kind) + u" " + placed.reference;
-  return {drawing,         contact.handle, contact.kind, std::move(placed.sheet), std::move(placed.reference),
-          std::move(label)};
+  ContactPlace place{drawing, contact.handle, contact.kind, {}, {}, {}};
+  place.sheet = DecimalText(firstSheet + contact.place.sheetInDrawing);
+  place.reference = ReferenceText(contact.place, place.sheet);
+  place.label = contact.kind == u"NONC" ? u"Form C" : contact.kind;
+  place.label += u' ';
+  place.label += place.reference;
+  return place;
 }
 
 // Fills `occ` with a contact's record as the engine takes it. The record may
@@ -241,31 +238,6 @@ class CoilPresenter {
   int mScratchCoils = 0;
 };
 
-// The contacts of a coil lie anywhere in the project, and waiting for memory
-// is the most of what making their places and records costs; so while one
-// coil is worked out, the memory is asked ahead for the next ones' contacts
-// and pins, a step at a time: a list, then what it points to.
-void FetchLines(const void* start, std::size_t bytes) {
-  constexpr std::size_t kLine = 64;
-  const auto* first = static_cast<const char*>(start);
-  for (const char* line = first; line < first + bytes; line += kLine) __builtin_prefetch(line);
-}
-
-const ContactSymbol& ContactOf(const std::vector<DrawingComponents>& drawings, const ContactSource& source) {
-  return drawings[source.drawing].contacts[source.index];
-}
-
-void FetchContacts(const std::vector<DrawingComponents>& drawings, std::span<const ContactSource> sources) {
-  for (const ContactSource& source : sources) FetchLines(&ContactOf(drawings, source), sizeof(ContactSymbol));
-}
-
-void FetchPins(const std::vector<DrawingComponents>& drawings, std::span<const ContactSource> sources) {
-  for (const ContactSource& source : sources) {
-    const auto& pins = ContactOf(drawings, source).pins;
-    FetchLines(pins.data(), pins.size() * sizeof(pins.front()));
-  }
-}
-
 // Puts `changes` in drawing order, keeping the order within a drawing, in
 // place: a stable sort would copy them all once more.
 void OrderByDrawing(std::vector<AttributeChange>& changes, std::size_t drawings) {
@@ -335,9 +307,6 @@ class Planner {
     auto run = [&] {
       CoilPresenter presenter(mDrawings, mFirstSheet, mSettings);
       for (std::size_t i = next++; i < count; i = next++) {
-        if (i + 3 < count) FetchLines(sourcesOf(i + 3).data(), sourcesOf(i + 3).size_bytes());
-        if (i + 2 < count) FetchContacts(mDrawings, sourcesOf(i + 2));
-        if (i + 1 < count) FetchPins(mDrawings, sourcesOf(i + 1));
         presenter.present(mWork[i], mPlan.coils[i], sourcesOf(i));
       }
     };
@@ -377,13 +346,12 @@ class Planner {
   void indexCoil(std::size_t d, const CoilSymbol& coil) {
     const auto [it, added] = mCoils.try_emplace(coil.tag, mWork.size());
     if (added) {
-      Placed placed = PlaceText(coil.place, mFirstSheet[d]);
       CoilPlan& plan = mPlan.coils.emplace_back();
       plan.drawing = d;
       plan.handle = coil.handle;
       plan.tag = coil.tag;
-      plan.sheet = std::move(placed.sheet);
-      plan.reference = std::move(placed.reference);
+      plan.sheet = DecimalText(mFirstSheet[d] + coil.place.sheetInDrawing);
+      plan.reference = ReferenceText(coil.place, plan.sheet);
       mWork.push_back({&coil});
       return;
     }
