@@ -67,23 +67,51 @@ ContactPlace PlaceOf(const ContactSymbol& contact, std::size_t drawing, int firs
   return place;
 }
 
-// Fills `occ` with a contact's record as the engine takes it. The record may
-// be one filled before: every key is set again, and the maps keep their
-// nodes, so refilling allocates nothing once the strings have grown.
-void FillOccurrence(OhmDsComponentOcc& occ, const ContactPlace& place, const ContactSymbol& source,
-                    const DrawingComponents& drawing) {
-  occ.mType = source.occurrenceType;
-  occ.mOccID.mDwgPath = drawing.path;
-  occ.mProperties[OhmDsKeys::CONTACT] = place.kind;
-  occ.mProperties[OhmDsKeys::REF] = place.reference;
-  occ.mSheetProperties[OhmDsKeys::SHEET] = place.sheet;
-  occ.mSheetProperties[OhmDsKeys::SHEETDWGNAME] = drawing.name;
-  occ.mPins.resize(source.pins.size());
-  for (std::size_t i = 0; i < source.pins.size(); ++i) {
-    occ.mPins[i].mProperties[OhmDsKeys::TERMCODE] = source.pins[i].first;
-    occ.mPins[i].mProperties[OhmDsKeys::TERM] = source.pins[i].second;
+// A contact's record as the engine takes it, kept to be filled again for
+// contact after contact: its keys are set once, and the places of their
+// values kept, so that refilling it looks nothing up and allocates nothing
+// once its strings have grown.
+class ContactRecord {
+ public:
+  ContactRecord()
+      : mKind(mOcc.mProperties[OhmDsKeys::CONTACT]),
+        mReference(mOcc.mProperties[OhmDsKeys::REF]),
+        mSheet(mOcc.mSheetProperties[OhmDsKeys::SHEET]),
+        mSheetName(mOcc.mSheetProperties[OhmDsKeys::SHEETDWGNAME]) {}
+  ContactRecord(const ContactRecord&) = delete;
+  ContactRecord& operator=(const ContactRecord&) = delete;
+
+  const OhmDsComponentOcc& occurrence() const { return mOcc; }
+
+  void fill(const ContactPlace& place, const ContactSymbol& source, const DrawingComponents& drawing) {
+    mOcc.mType = source.occurrenceType;
+    mOcc.mOccID.mDwgPath = drawing.path;
+    mKind = place.kind;
+    mReference = place.reference;
+    mSheet = place.sheet;
+    mSheetName = drawing.name;
+    if (mOcc.mPins.size() != source.pins.size()) setPinCount(source.pins.size());
+    for (std::size_t i = 0; i < source.pins.size(); ++i) {
+      *mPins[i].first = source.pins[i].first;
+      *mPins[i].second = source.pins[i].second;
+    }
   }
-}
+
+ private:
+  void setPinCount(std::size_t count) {
+    mOcc.mPins.resize(count);  // may move the pins: their places are taken again
+    mPins.clear();
+    for (OhmDsComponentPinOcc& pin : mOcc.mPins)
+      mPins.emplace_back(&pin.mProperties[OhmDsKeys::TERMCODE], &pin.mProperties[OhmDsKeys::TERM]);
+  }
+
+  OhmDsComponentOcc mOcc;
+  std::u16string& mKind;
+  std::u16string& mReference;
+  std::u16string& mSheet;
+  std::u16string& mSheetName;
+  std::vector<std::pair<std::u16string*, std::u16string*>> mPins;  // TERMCODE, TERM of each pin
+};
 
 bool IsCoilXrefTag(const std::u16string& tag) {
   return std::any_of(std::begin(kCoilTags), std::end(kCoilTags), [&](const char16_t* name) { return tag == name; });
@@ -116,12 +144,12 @@ class CoilPresenter {
   // Fills `plan`, which has the coil's place, with its contacts (`sources`, in project order) and its presentation.
   void present(CoilWork& work, CoilPlan& plan, std::span<const ContactSource> sources) {
     plan.contacts.reserve(sources.size());
-    while (mOccurrences.size() < sources.size()) mOccurrences.emplace_back();
+    while (mRecords.size() < sources.size()) mRecords.emplace_back();
     for (std::size_t i = 0; i < sources.size(); ++i) {
       const DrawingComponents& drawing = mDrawings[sources[i].drawing];
       const ContactSymbol& contact = drawing.contacts[sources[i].index];
       plan.contacts.push_back(PlaceOf(contact, sources[i].drawing, mFirstSheets[sources[i].drawing]));
-      FillOccurrence(mOccurrences[i], plan.contacts.back(), contact, drawing);
+      mRecords[i].fill(plan.contacts.back(), contact, drawing);
     }
     try {
       presentGuarded(work, plan);
@@ -171,7 +199,7 @@ class CoilPresenter {
       mJoined.clear();
       bool first = true;
       for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
-        if (!entity.getXrefText(tag, mOccurrences[i], mText)) continue;
+        if (!entity.getXrefText(tag, mRecords[i].occurrence(), mText)) continue;
         if (!first) mJoined += separator;
         mJoined += mText;
         first = false;
@@ -183,7 +211,7 @@ class CoilPresenter {
   void fillLines(OhmUtXrefGraphicEntity& entity, CoilPlan& plan) {
     for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
       const std::u16string& label = plan.contacts[i].label;
-      const OhmDsComponentOcc& occ = mOccurrences[i];
+      const OhmDsComponentOcc& occ = mRecords[i].occurrence();
       std::u16string text, ncText;
       if (entity.isFullFormCContact(occ)) {
         if (!entity.getUnformattedXrefTextForFullFormCContact(occ, text, ncText)) continue;
@@ -200,7 +228,7 @@ class CoilPresenter {
   void fillTable(OhmUtXrefTableEntity& entity, CoilPlan& plan) {
     plan.titles = OhmUtXrefTableRows::getTitles(entity);
     for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
-      for (auto& cells : OhmUtXrefTableRows::getRows(entity, mOccurrences[i])) {
+      for (auto& cells : OhmUtXrefTableRows::getRows(entity, mRecords[i].occurrence())) {
         plan.rows.emplace_back(plan.contacts[i].label, std::move(cells));
       }
     }
@@ -231,7 +259,7 @@ class CoilPresenter {
   OhmNoRxUtilsSettingOverride mPlainOverride{mSettings};
   std::unique_ptr<OhmUtXrefEntity> mPlain;  // null when such coils ask for none
   bool mPlainMade = false;
-  std::deque<OhmDsComponentOcc> mOccurrences;  // the first ones hold the coil's contacts; a deque: records have no move
+  std::deque<ContactRecord> mRecords;  // the first ones hold the coil's contacts; a deque: records stay put
   std::u16string mJoined, mText;
   std::unique_ptr<ZdDbDatabase> mScratch;
   std::unique_ptr<ZdDbDrawingBuilder> mBuilder;
