@@ -85,11 +85,14 @@ class ContactRecord {
 
   void fill(const ContactPlace& place, const ContactSymbol& source, const DrawingComponents& drawing) {
     mOcc.mType = source.occurrenceType;
-    mOcc.mOccID.mDwgPath = drawing.path;
+    if (mDrawing != &drawing) {  // the contacts of coils one after another often lie in one drawing
+      mOcc.mOccID.mDwgPath = drawing.path;
+      mSheetName = drawing.name;
+      mDrawing = &drawing;
+    }
     mKind = place.kind;
     mReference = place.reference;
     mSheet = place.sheet;
-    mSheetName = drawing.name;
     if (mOcc.mPins.size() != source.pins.size()) setPinCount(source.pins.size());
     for (std::size_t i = 0; i < source.pins.size(); ++i) {
       *mPins[i].first = source.pins[i].first;
@@ -111,6 +114,7 @@ class ContactRecord {
   std::u16string& mSheet;
   std::u16string& mSheetName;
   std::vector<std::pair<std::u16string*, std::u16string*>> mPins;  // TERMCODE, TERM of each pin
+  const DrawingComponents* mDrawing = nullptr;                     // whose path and name the record holds
 };
 
 bool IsCoilXrefTag(const std::u16string& tag) {
