@@ -1,10 +1,13 @@
 #include "project/DrawingComponents.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <filesystem>
+#include <limits>
 #include <map>
 #include <memory>
+#include <string_view>
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "win/Utf8.h"
@@ -52,36 +55,69 @@ std::int32_t GridLine(double y, const LineGrid& grid) {
   return grid.first + static_cast<std::int32_t>(std::max(0.0, std::min(line, 1e6)));
 }
 
-AttributeList AttributesOf(const ZdDbDatabase& database, const ZdDbBlockReference& reference) {
-  AttributeList attributes;
+// A reference's attributes as tag and value, in drawing order, borrowed from
+// the database: views that hold while it lives.
+using AttributeViews = std::vector<std::pair<std::u16string_view, std::u16string_view>>;
+
+void ReadAttributes(const ZdDbDatabase& database, const ZdDbBlockReference& reference, AttributeViews& attributes) {
+  attributes.clear();
   for (ZdDbObjectId id : reference.attributeIds()) {
     const auto* attribute = dynamic_cast<const ZdDbAttribute*>(database.objectAt(id));
     if (!attribute || attribute->isErased() || !attribute->tagConst()) continue;
-    attributes.emplace_back(attribute->tagConst(), attribute->textStringConst());
+    const char16_t* value = attribute->textStringConst();
+    attributes.emplace_back(attribute->tagConst(), value ? std::u16string_view(value) : std::u16string_view());
   }
-  return attributes;
 }
 
-std::u16string UpperAscii(std::u16string text) {
-  for (char16_t& c : text) {
-    if (c >= u'a' && c <= u'z') c = static_cast<char16_t>(c - u'a' + u'A');
-  }
-  return text;
+char16_t UpperAscii(char16_t c) { return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - u'a' + u'A') : c; }
+
+std::u16string UpperAscii(std::u16string_view text) {
+  std::u16string upper(text);
+  for (char16_t& c : upper) c = UpperAscii(c);
+  return upper;
 }
 
-const std::u16string* Find(const AttributeList& attributes, const std::u16string& tag) {
+bool EqualNoCase(std::u16string_view a, std::u16string_view b) {
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                            [](char16_t x, char16_t y) { return UpperAscii(x) == UpperAscii(y); });
+}
+
+const std::u16string_view* Find(const AttributeViews& attributes, std::u16string_view tag) {
   for (const auto& [name, value] : attributes) {
-    if (UpperAscii(name) == UpperAscii(tag)) return &value;
+    if (EqualNoCase(name, tag)) return &value;
   }
   return nullptr;
 }
 
 // The first attribute whose tag matches `pattern`, as the library matches tags.
-const std::u16string* Matching(const AttributeList& attributes, const std::u16string& pattern) {
+const std::u16string_view* Matching(const AttributeViews& attributes, const std::u16string& pattern) {
   for (const auto& [name, value] : attributes) {
-    if (zdutWcMatchEx(name.c_str(), pattern.c_str(), true)) return &value;
+    if (zdutWcMatchEx(name.data(), pattern.c_str(), true)) return &value;  // tags end with a null unit
   }
   return nullptr;
+}
+
+// Whether an attribute tag could make its reference a coil or a contact. The
+// classification gives those kinds only for a tag "TAG" or one that begins
+// "TAG1", "TAG2" or "TAG_", in any case; a unit beyond ASCII passes, as case
+// folding might take it to one of those letters. Only a cheap test ahead of
+// the classification, which decides: wire numbers and terminals, most of a
+// drawing, stop here.
+bool MayMarkCoilOrContact(std::u16string_view tag) {
+  if (tag.size() < 3) return false;
+  constexpr std::u16string_view kStart = u"TAG";
+  for (std::size_t i = 0; i < kStart.size(); ++i) {
+    if (tag[i] >= 0x80) return true;
+    if (UpperAscii(tag[i]) != kStart[i]) return false;
+  }
+  if (tag.size() == kStart.size()) return true;
+  const char16_t next = tag[kStart.size()];
+  return next == u'1' || next == u'2' || next == u'_' || next >= 0x80;
+}
+
+bool MayBeCoilOrContact(const AttributeViews& attributes) {
+  return std::any_of(attributes.begin(), attributes.end(),
+                     [](const auto& attribute) { return MayMarkCoilOrContact(attribute.first); });
 }
 
 // The kind a contact's block name says: Form C, NC or NO; empty when none.
@@ -93,28 +129,48 @@ std::u16string KindOfBlockName(const std::u16string& blockName) {
   return u"";
 }
 
-// TERM01, TERM02, ...: each pin's number (without leading zeros) and its text, by number.
-std::vector<std::pair<std::u16string, std::u16string>> PinsOf(const AttributeList& attributes,
-                                                              const std::u16string& prefix) {
-  std::map<int, std::u16string> byNumber;
-  for (const auto& [name, value] : attributes) {
-    if (name.size() <= prefix.size() || UpperAscii(name.substr(0, prefix.size())) != UpperAscii(prefix)) continue;
-    const std::string digits = Utf16ToUtf8(name.substr(prefix.size()));
-    int number = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (error != std::errc() || end != digits.data() + digits.size() || number <= 0 || value.empty()) continue;
-    byNumber.emplace(number, value);
+// The positive number that `digits` spell in ASCII decimal; 0 when they spell none or one too large.
+int PinNumber(std::u16string_view digits) {
+  if (digits.empty()) return 0;
+  long number = 0;
+  for (char16_t c : digits) {
+    if (c < u'0' || c > u'9') return 0;
+    number = number * 10 + (c - u'0');
+    if (number > std::numeric_limits<int>::max()) return 0;
   }
+  return static_cast<int>(number);
+}
+
+// TERM01, TERM02, ...: each pin's number (without leading zeros) and its
+// text, by number; of two with one number, the first.
+std::vector<std::pair<std::u16string, std::u16string>> PinsOf(const AttributeViews& attributes,
+                                                              std::u16string_view prefix) {
+  thread_local std::vector<std::pair<int, std::u16string_view>> byNumber;  // kept for its room
+  byNumber.clear();
+  for (const auto& [name, value] : attributes) {
+    if (name.size() <= prefix.size() || !EqualNoCase(name.substr(0, prefix.size()), prefix)) continue;
+    const int number = PinNumber(name.substr(prefix.size()));
+    if (number > 0 && !value.empty()) byNumber.emplace_back(number, value);
+  }
+  const auto byPin = [](const auto& a, const auto& b) { return a.first < b.first; };
+  if (!std::is_sorted(byNumber.begin(), byNumber.end(), byPin))  // symbols list their pins in order, nearly always
+    std::stable_sort(byNumber.begin(), byNumber.end(), byPin);
   std::vector<std::pair<std::u16string, std::u16string>> pins;
-  for (const auto& [number, text] : byNumber) pins.emplace_back(Utf8ToUtf16(std::to_string(number)), text);
+  pins.reserve(byNumber.size());
+  for (std::size_t i = 0; i < byNumber.size(); ++i) {
+    if (i > 0 && byNumber[i].first == byNumber[i - 1].first) continue;
+    char digits[12];
+    char* end = std::to_chars(std::begin(digits), std::end(digits), byNumber[i].first).ptr;
+    pins.emplace_back(std::u16string(digits, end), byNumber[i].second);
+  }
   return pins;
 }
 
-SymbolPlace PlaceOf(const ZdDbBlockReference& reference, const AttributeList& attributes, int sheet,
+SymbolPlace PlaceOf(const ZdDbBlockReference& reference, const AttributeViews& attributes, int sheet,
                     const ProjectConventions& conventions) {
   SymbolPlace place;
   place.sheetInDrawing = sheet;
-  if (const std::u16string* given = Find(attributes, conventions.referenceAttribute)) place.reference = *given;
+  if (const std::u16string_view* given = Find(attributes, conventions.referenceAttribute)) place.reference = *given;
   if (place.reference.empty()) place.gridLine = GridLine(InsertionY(reference), conventions.grid);
   return place;
 }
@@ -124,11 +180,11 @@ std::u16string BlockNameOf(const ZdDbDatabase& database, const ZdDbBlockReferenc
   return record ? record->name() : reference.undefinedBlockName();
 }
 
-void AddCoil(const ZdDbDatabase& database, const ZdDbBlockReference& reference, AttributeList attributes, int sheet,
-             const ProjectConventions& conventions, DrawingComponents& components) {
+void AddCoil(const ZdDbDatabase& database, const ZdDbBlockReference& reference, const AttributeViews& attributes,
+             int sheet, const ProjectConventions& conventions, DrawingComponents& components) {
   CoilSymbol coil;
   coil.handle = reference.objectHandle().value();
-  const std::u16string* tag = Matching(attributes, conventions.coilTagPattern);
+  const std::u16string_view* tag = Matching(attributes, conventions.coilTagPattern);
   if (!tag || tag->empty()) {
     components.problems.push_back({coil.handle, 0, "a coil without a tag"});
     return;
@@ -136,29 +192,29 @@ void AddCoil(const ZdDbDatabase& database, const ZdDbBlockReference& reference, 
   coil.tag = *tag;
   coil.blockName = BlockNameOf(database, reference);
   coil.place = PlaceOf(reference, attributes, sheet, conventions);
-  coil.attributes = std::move(attributes);
+  coil.attributes.assign(attributes.begin(), attributes.end());
   coil.xdata.reset(reference.xData(), [](ZdValueNode* chain) { zdutRelRb(chain); });
   components.coils.push_back(std::move(coil));
 }
 
-void AddContact(const ZdDbDatabase& database, const ZdDbBlockReference& reference, const AttributeList& attributes,
+void AddContact(const ZdDbDatabase& database, const ZdDbBlockReference& reference, const AttributeViews& attributes,
                 int sheet, const ProjectConventions& conventions, DrawingComponents& components) {
   ContactSymbol contact;
   contact.handle = reference.objectHandle().value();
-  const std::u16string* coil = Matching(attributes, conventions.contactCoilPattern);
+  const std::u16string_view* coil = Matching(attributes, conventions.contactCoilPattern);
   if (!coil || coil->empty()) {
     components.problems.push_back({contact.handle, 0, "a contact that names no coil"});
     return;
   }
   contact.coilTag = *coil;
   contact.blockName = BlockNameOf(database, reference);
-  const std::u16string* kind = Find(attributes, conventions.kindAttribute);
-  contact.kind = UpperAscii(kind && !kind->empty() ? *kind : KindOfBlockName(contact.blockName));
+  const std::u16string_view* kind = Find(attributes, conventions.kindAttribute);
+  contact.kind = kind && !kind->empty() ? UpperAscii(*kind) : KindOfBlockName(contact.blockName);
   if (contact.kind == u"NCNO") contact.kind = u"NONC";
   contact.occurrenceType = conventions.occurrenceType;
   contact.place = PlaceOf(reference, attributes, sheet, conventions);
   contact.pins = PinsOf(attributes, conventions.pinPrefix);
-  if (const std::u16string* xref = Find(attributes, u"XREF")) contact.xref = *xref;
+  if (const std::u16string_view* xref = Find(attributes, u"XREF")) contact.xref = std::u16string(*xref);
   components.contacts.push_back(std::move(contact));
 }
 
@@ -182,6 +238,7 @@ std::vector<ZdDbObjectId> LayoutBlocks(const ZdDbDatabase& database) {
 
 void CollectComponents(const ZdDbDatabase& database, const ProjectConventions& conventions,
                        DrawingComponents& components) {
+  AttributeViews attributes;  // of the reference at hand; kept for its room
   for (ZdDbObjectId blockId : LayoutBlocks(database)) {
     const auto* record = dynamic_cast<const ZdDbBlockTableRecord*>(database.objectAt(blockId));
     ZdDbBlockTableRecordIterator* raw = nullptr;
@@ -194,11 +251,12 @@ void CollectComponents(const ZdDbDatabase& database, const ProjectConventions& c
       it->getEntityId(id);
       const auto* reference = dynamic_cast<const ZdDbBlockReference*>(database.objectAt(id));
       if (!reference) continue;
+      ReadAttributes(database, *reference, attributes);
+      if (!MayBeCoilOrContact(attributes)) continue;
       const Kind kind = OhmDwgUtils::getOhmObjectType(reference);
       if (kind != OhmDwgUtils::EntityTag1 && kind != OhmDwgUtils::EntityTag2) continue;
-      AttributeList attributes = AttributesOf(database, *reference);
       if (kind == OhmDwgUtils::EntityTag1) {
-        AddCoil(database, *reference, std::move(attributes), components.sheets, conventions, components);
+        AddCoil(database, *reference, attributes, components.sheets, conventions, components);
       } else {
         AddContact(database, *reference, attributes, components.sheets, conventions, components);
       }

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <charconv>
+#include <cstdint>
 #include <deque>
 #include <memory>
+#include <span>
 #include <stdexcept>
+#include <string_view>
 #include <thread>
 #include <unordered_map>
 #include <vector>
@@ -12,6 +16,7 @@
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "ohmutils/xref/OhmCfgSetting.h"
 #include "ohmutils/xref/OhmDsComponentOcc.h"
+#include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 #include "ohmutils/xref/OhmUtXrefEntityFactory.h"
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
@@ -28,174 +33,217 @@ namespace {
 
 constexpr const char16_t* kCoilTags[] = {u"XREF", u"XREFNO", u"XREFNC"};
 
-struct Placed {
-  std::u16string sheet, reference;
-};
+std::u16string DecimalText(std::int64_t number) {
+  char digits[24];
+  char* end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+  return std::u16string(digits, end);
+}
 
-Placed PlaceText(const SymbolPlace& place, int firstSheet) {
-  Placed placed{Utf8ToUtf16(std::to_string(firstSheet + place.sheetInDrawing)), place.reference};
-  if (placed.reference.empty()) {
-    std::string line = std::to_string(place.gridLine);
-    if (line.size() < 2) line.insert(0, 2 - line.size(), '0');
-    placed.reference = placed.sheet + Utf8ToUtf16(line);
-  }
-  return placed;
+// A symbol's line reference: its own, or its sheet's text followed by its line on the grid in two digits.
+std::u16string ReferenceText(const SymbolPlace& place, const std::u16string& sheet) {
+  if (!place.reference.empty()) return place.reference;
+  std::u16string line = DecimalText(place.gridLine);
+  if (line.size() < 2) line.insert(0, 2 - line.size(), u'0');
+  return sheet + line;
 }
 
 std::string Narrow(const std::u16string& text) { return Utf16ToUtf8(text); }
 
 bool KnownKind(const std::u16string& kind) { return kind == u"NO" || kind == u"NC" || kind == u"NONC"; }
 
-// Fills `occ` with a contact's record as the engine takes it.
-void FillOccurrence(OhmDsComponentOcc& occ, const ContactSymbol& contact, const DrawingComponents& drawing,
-                    const Placed& placed) {
-  occ.mType = contact.occurrenceType;
-  occ.mOccID.mDwgPath = drawing.path;
-  occ.mProperties[u"CONTACT"] = contact.kind;
-  occ.mProperties[u"REF"] = placed.reference;
-  occ.mSheetProperties[u"SHEET"] = placed.sheet;
-  occ.mSheetProperties[u"SHEETDWGNAME"] = drawing.name;
-  for (const auto& [code, term] : contact.pins) {
-    OhmDsComponentPinOcc pin;
-    pin.mProperties[u"TERMCODE"] = code;
-    pin.mProperties[u"TERM"] = term;
-    occ.mPins.push_back(std::move(pin));
-  }
+// A contact that takes part in its coil's presentation: the drawing's how-manieth.
+struct ContactSource {
+  std::uint32_t drawing = 0;
+  std::uint32_t index = 0;
+};
+
+ContactPlace PlaceOf(const ContactSymbol& contact, std::size_t drawing, int firstSheet) {
+  ContactPlace place{drawing, contact.handle, contact.kind, {}, {}, {}};
+  place.sheet = DecimalText(firstSheet + contact.place.sheetInDrawing);
+  place.reference = ReferenceText(contact.place, place.sheet);
+  place.label = contact.kind == u"NONC" ? u"Form C" : contact.kind;
+  place.label += u' ';
+  place.label += place.reference;
+  return place;
 }
 
-struct CoilAt {
-  std::size_t drawing = 0;
-  const CoilSymbol* coil = nullptr;
-  Placed placed;
-};
-
-// A contact that takes part, with what its record is built from. Records
-// are built by the worker that presents the contact's coil and dropped with
-// it, so the project never holds all of them.
-struct ContactAt {
-  ContactPlace place;
-  const ContactSymbol* contact = nullptr;
-  Placed placed;
-};
-
-// The records of one coil's contacts, in the order of `contacts`.
-using Occurrences = std::deque<OhmDsComponentOcc>;  // a deque: records have no move
-
-const std::vector<ContactAt> kNoContacts;
-
-// What one coil gives: its plan, the changes of its attributes, its problems.
-struct CoilOutcome {
-  CoilPlan plan;
-  std::vector<AttributeChange> changes;
-  std::vector<ProjectProblem> problems;
-};
-
-// Works out coils' presentations, one at a time; one per thread.
-class CoilPresenter {
+// A contact's record as the engine takes it, kept to be filled again for
+// contact after contact: its keys are set once, and the places of their
+// values kept, so that refilling it looks nothing up and allocates nothing
+// once its strings have grown.
+class ContactRecord {
  public:
-  CoilPresenter(const std::vector<DrawingComponents>& drawings, const OhmNoRxUtilsSettingOverride::SettingMap& settings)
-      : mDrawings(drawings), mSettings(settings) {}
+  ContactRecord()
+      : mKind(mOcc.mProperties[OhmDsKeys::CONTACT]),
+        mReference(mOcc.mProperties[OhmDsKeys::REF]),
+        mSheet(mOcc.mSheetProperties[OhmDsKeys::SHEET]),
+        mSheetName(mOcc.mSheetProperties[OhmDsKeys::SHEETDWGNAME]) {}
+  ContactRecord(const ContactRecord&) = delete;
+  ContactRecord& operator=(const ContactRecord&) = delete;
 
-  CoilOutcome present(const CoilAt& at, const std::vector<ContactAt>& contacts) {
-    CoilOutcome outcome;
-    CoilPlan& plan = outcome.plan;
-    plan.drawing = at.drawing;
-    plan.handle = at.coil->handle;
-    plan.tag = at.coil->tag;
-    plan.sheet = at.placed.sheet;
-    plan.reference = at.placed.reference;
-    for (const ContactAt& contact : contacts) plan.contacts.push_back(contact.place);
-    Occurrences occurrences;
-    for (const ContactAt& contact : contacts) {
-      FillOccurrence(occurrences.emplace_back(), *contact.contact, mDrawings[contact.place.drawing], contact.placed);
+  const OhmDsComponentOcc& occurrence() const { return mOcc; }
+
+  void fill(const ContactPlace& place, const ContactSymbol& source, const DrawingComponents& drawing) {
+    mOcc.mType = source.occurrenceType;
+    if (mDrawing != &drawing) {  // the contacts of coils one after another often lie in one drawing
+      mOcc.mOccID.mDwgPath = drawing.path;
+      mSheetName = drawing.name;
+      mDrawing = &drawing;
     }
-    try {
-      presentGuarded(at, contacts, occurrences, outcome);
-    } catch (const std::exception& error) {
-      plan.error = std::string("the cross-reference failed: ") + error.what();
+    mKind = place.kind;
+    mReference = place.reference;
+    mSheet = place.sheet;
+    if (mOcc.mPins.size() != source.pins.size()) setPinCount(source.pins.size());
+    for (std::size_t i = 0; i < source.pins.size(); ++i) {
+      *mPins[i].first = source.pins[i].first;
+      *mPins[i].second = source.pins[i].second;
     }
-    if (!plan.error.empty()) outcome.problems.push_back({at.drawing, plan.handle, 0, plan.error});
-    return outcome;
   }
 
  private:
-  // The coil rebuilt in a scratch drawing (its block, attributes and xdata),
-  // so that the factory sees what it would see in the coil's own drawing.
-  void presentGuarded(const CoilAt& at, const std::vector<ContactAt>& contacts, const Occurrences& occurrences,
-                      CoilOutcome& outcome) {
-    CoilPlan& plan = outcome.plan;
-    ZdDbBlockReference* block = scratchBuilder().insertBlock(at.coil->blockName, at.coil->attributes);
-    if (at.coil->xdata) block->setXData(at.coil->xdata.get());
-    OhmNoRxUtilsSettingOverride settings(mSettings);
-    std::unique_ptr<OhmUtXrefEntity> entity(OhmUtXrefEntityFactory::getXrefEntity(block, settings));
+  void setPinCount(std::size_t count) {
+    mOcc.mPins.resize(count);  // may move the pins: their places are taken again
+    mPins.clear();
+    for (OhmDsComponentPinOcc& pin : mOcc.mPins)
+      mPins.emplace_back(&pin.mProperties[OhmDsKeys::TERMCODE], &pin.mProperties[OhmDsKeys::TERM]);
+  }
+
+  OhmDsComponentOcc mOcc;
+  std::u16string& mKind;
+  std::u16string& mReference;
+  std::u16string& mSheet;
+  std::u16string& mSheetName;
+  std::vector<std::pair<std::u16string*, std::u16string*>> mPins;  // TERMCODE, TERM of each pin
+  const DrawingComponents* mDrawing = nullptr;                     // whose path and name the record holds
+};
+
+bool IsCoilXrefTag(const std::u16string& tag) {
+  return std::any_of(std::begin(kCoilTags), std::end(kCoilTags), [&](const char16_t* name) { return tag == name; });
+}
+
+// How many of the coil's attributes the text presentation fills: at most so many changes.
+std::size_t XrefAttributeCount(const CoilSymbol& coil) {
+  return static_cast<std::size_t>(std::count_if(coil.attributes.begin(), coil.attributes.end(),
+                                                [](const auto& attribute) { return IsCoilXrefTag(attribute.first); }));
+}
+
+// Where a coil's presentation goes: its plan, which takes the places of its
+// contacts, and room for the changes of its attributes, one place for each
+// it could change.
+struct CoilWork {
+  const CoilSymbol* coil = nullptr;
+  AttributeChange* changes = nullptr;
+  std::size_t changed = 0;  // set by the presenter: how many of those places it filled
+};
+
+// Works out coils' presentations, one at a time; one per thread. The records
+// of a coil's contacts are built in records kept from the coil before, so the
+// project never holds all of them and a coil costs no allocation of its own.
+class CoilPresenter {
+ public:
+  CoilPresenter(const std::vector<DrawingComponents>& drawings, const std::vector<int>& firstSheets,
+                const OhmNoRxUtilsSettingOverride::SettingMap& settings)
+      : mDrawings(drawings), mFirstSheets(firstSheets), mSettings(settings) {}
+
+  // Fills `plan`, which has the coil's place, with its contacts (`sources`, in project order) and its presentation.
+  void present(CoilWork& work, CoilPlan& plan, std::span<const ContactSource> sources) {
+    plan.contacts.reserve(sources.size());
+    while (mRecords.size() < sources.size()) mRecords.emplace_back();
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+      const DrawingComponents& drawing = mDrawings[sources[i].drawing];
+      const ContactSymbol& contact = drawing.contacts[sources[i].index];
+      plan.contacts.push_back(PlaceOf(contact, sources[i].drawing, mFirstSheets[sources[i].drawing]));
+      mRecords[i].fill(plan.contacts.back(), contact, drawing);
+    }
+    try {
+      presentGuarded(work, plan);
+    } catch (const std::exception& error) {
+      plan.error = std::string("the cross-reference failed: ") + error.what();
+    }
+  }
+
+ private:
+  void presentGuarded(CoilWork& work, CoilPlan& plan) {
+    std::unique_ptr<OhmUtXrefEntity> own;
+    OhmUtXrefEntity* entity = nullptr;
+    if (work.coil->xdata) {
+      own = makeEntity(*work.coil, mOverride);
+      entity = own.get();
+    } else {
+      if (!mPlainMade) mPlain = makeEntity(*work.coil, mPlainOverride);
+      mPlainMade = true;
+      entity = mPlain.get();
+    }
     if (!entity) {
       plan.error = "the coil asks for no presentation: its style option is neither \"0\", \"1\" nor \"2\"";
       return;
     }
-    entity->setHostDwgPath(mDrawings[at.drawing].path);
+    entity->setHostDwgPath(mDrawings[plan.drawing].path);
     plan.style = entity->getStyle();
-    if (auto* table = dynamic_cast<OhmUtXrefTableEntity*>(entity.get())) {
-      return fillTable(*table, contacts, occurrences, plan);
-    }
-    if (auto* graphic = dynamic_cast<OhmUtXrefGraphicEntity*>(entity.get())) {
-      return fillLines(*graphic, contacts, occurrences, plan);
-    }
-    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity.get()))
-      fillTexts(*text, at, occurrences, outcome.changes);
+    if (auto* table = dynamic_cast<OhmUtXrefTableEntity*>(entity)) return fillTable(*table, plan);
+    if (auto* graphic = dynamic_cast<OhmUtXrefGraphicEntity*>(entity)) return fillLines(*graphic, plan);
+    if (auto* text = dynamic_cast<OhmUtXrefTextEntity*>(entity)) fillTexts(*text, work, plan);
   }
 
-  static void fillTexts(const OhmUtXrefTextEntity& entity, const CoilAt& at, const Occurrences& occurrences,
-                        std::vector<AttributeChange>& changes) {
-    for (const auto& [tag, old] : at.coil->attributes) {
-      bool wanted = false;
-      for (const char16_t* name : kCoilTags) wanted = wanted || tag == name;
-      if (!wanted) continue;
-      std::u16string joined;
+  // The coil's presentation, as the factory makes it for the coil rebuilt in
+  // a scratch drawing (its block, attributes and xdata), so that the factory
+  // sees what it would see in the coil's own drawing; over `settings`, which
+  // it lays the coil's overrides on.
+  std::unique_ptr<OhmUtXrefEntity> makeEntity(const CoilSymbol& coil, OhmNoRxUtilsSettingOverride& settings) {
+    ZdDbBlockReference* block = scratchBuilder().insertBlock(coil.blockName, coil.attributes);
+    if (coil.xdata) block->setXData(coil.xdata.get());
+    settings.clearOverride();
+    return std::unique_ptr<OhmUtXrefEntity>(OhmUtXrefEntityFactory::getXrefEntity(block, settings));
+  }
+
+  void fillTexts(const OhmUtXrefTextEntity& entity, CoilWork& work, const CoilPlan& plan) {
+    const std::u16string separator = entity.getSeparator();
+    for (const auto& [tag, old] : work.coil->attributes) {
+      if (!IsCoilXrefTag(tag)) continue;
+      mJoined.clear();
       bool first = true;
-      for (const OhmDsComponentOcc& occurrence : occurrences) {
-        std::u16string text;
-        if (!entity.getXrefText(tag, occurrence, text)) continue;
-        if (!first) joined += entity.getSeparator();
-        joined += text;
+      for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
+        if (!entity.getXrefText(tag, mRecords[i].occurrence(), mText)) continue;
+        if (!first) mJoined += separator;
+        mJoined += mText;
         first = false;
       }
-      if (joined != old) changes.push_back({at.drawing, at.coil->handle, tag, old, joined});
+      if (mJoined != old) work.changes[work.changed++] = {plan.drawing, work.coil->handle, tag, old, mJoined};
     }
   }
 
-  static void fillLines(OhmUtXrefGraphicEntity& entity, const std::vector<ContactAt>& contacts,
-                        const Occurrences& occurrences, CoilPlan& plan) {
-    for (std::size_t i = 0; i < contacts.size(); ++i) {
-      const ContactAt& contact = contacts[i];
-      const OhmDsComponentOcc& occ = occurrences[i];
+  void fillLines(OhmUtXrefGraphicEntity& entity, CoilPlan& plan) {
+    for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
+      const std::u16string& label = plan.contacts[i].label;
+      const OhmDsComponentOcc& occ = mRecords[i].occurrence();
       std::u16string text, ncText;
       if (entity.isFullFormCContact(occ)) {
         if (!entity.getUnformattedXrefTextForFullFormCContact(occ, text, ncText)) continue;
-        plan.lines.emplace_back(contact.place.label, text);
-        plan.lines.emplace_back(contact.place.label, ncText);
+        plan.lines.emplace_back(label, text);
+        plan.lines.emplace_back(label, ncText);
       } else if (entity.isPartialFormCContact(occ)) {
-        if (entity.getUnformattedXrefTextForPartialFormCContact(occ, text))
-          plan.lines.emplace_back(contact.place.label, text);
+        if (entity.getUnformattedXrefTextForPartialFormCContact(occ, text)) plan.lines.emplace_back(label, text);
       } else if (entity.getUnformattedXrefText(occ, text)) {
-        plan.lines.emplace_back(contact.place.label, text);
+        plan.lines.emplace_back(label, text);
       }
     }
   }
 
-  static void fillTable(OhmUtXrefTableEntity& entity, const std::vector<ContactAt>& contacts,
-                        const Occurrences& occurrences, CoilPlan& plan) {
+  void fillTable(OhmUtXrefTableEntity& entity, CoilPlan& plan) {
     plan.titles = OhmUtXrefTableRows::getTitles(entity);
-    for (std::size_t i = 0; i < contacts.size(); ++i) {
-      for (auto& cells : OhmUtXrefTableRows::getRows(entity, occurrences[i])) {
-        plan.rows.emplace_back(contacts[i].place.label, std::move(cells));
+    for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
+      for (auto& cells : OhmUtXrefTableRows::getRows(entity, mRecords[i].occurrence())) {
+        plan.rows.emplace_back(plan.contacts[i].label, std::move(cells));
       }
     }
   }
 
   // The drawing the coils are rebuilt in: one for many coils, since making a
-  // database costs more than the coil; renewed now and then to bound its size.
+  // database costs more than the coil; renewed often enough that it stays
+  // well below the size of a drawing (its coils are most of what planning
+  // holds beyond its result).
   ZdDbDrawingBuilder& scratchBuilder() {
-    constexpr int kCoilsPerScratch = 1024;
+    constexpr int kCoilsPerScratch = 128;
     if (!mScratch || mScratchCoils++ == kCoilsPerScratch) {
       mBuilder.reset();
       mScratch = std::make_unique<ZdDbDatabase>();
@@ -206,12 +254,43 @@ class CoilPresenter {
   }
 
   const std::vector<DrawingComponents>& mDrawings;
+  const std::vector<int>& mFirstSheets;
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
+  // The project's settings, with the overrides of the coil being presented.
+  OhmNoRxUtilsSettingOverride mOverride{mSettings};
+  // The presentation of every coil without xdata: the factory reads nothing
+  // else of a coil, so theirs depends on the settings alone, and is made once.
+  OhmNoRxUtilsSettingOverride mPlainOverride{mSettings};
+  std::unique_ptr<OhmUtXrefEntity> mPlain;  // null when such coils ask for none
+  bool mPlainMade = false;
+  std::deque<ContactRecord> mRecords;  // the first ones hold the coil's contacts; a deque: records stay put
+  std::u16string mJoined, mText;
   std::unique_ptr<ZdDbDatabase> mScratch;
   std::unique_ptr<ZdDbDrawingBuilder> mBuilder;
   int mScratchCoils = 0;
 };
 
+// Puts `changes` in drawing order, keeping the order within a drawing, in
+// place: a stable sort would copy them all once more.
+void OrderByDrawing(std::vector<AttributeChange>& changes, std::size_t drawings) {
+  const auto byDrawing = [](const AttributeChange& a, const AttributeChange& b) { return a.drawing < b.drawing; };
+  if (std::is_sorted(changes.begin(), changes.end(), byDrawing)) return;
+  std::vector<std::size_t> next(drawings + 1, 0);
+  for (const AttributeChange& change : changes) ++next[change.drawing + 1];
+  for (std::size_t d = 1; d <= drawings; ++d) next[d] += next[d - 1];
+  std::vector<std::size_t> target(changes.size());
+  for (std::size_t i = 0; i < changes.size(); ++i) target[i] = next[changes[i].drawing]++;
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    while (target[i] != i) {
+      std::swap(changes[i], changes[target[i]]);
+      std::swap(target[i], target[target[i]]);
+    }
+  }
+}
+
+// Builds the plan in place: each coil's plan and each contact's place are
+// made once, where the result keeps them, so that the planning needs little
+// memory beyond what it returns.
 class Planner {
  public:
   Planner(const std::vector<DrawingComponents>& drawings, const OhmNoRxUtilsSettingOverride::SettingMap& settings,
@@ -220,46 +299,72 @@ class Planner {
 
   UpdatePlan run() {
     numberSheets();
+    std::size_t coils = 0;
+    for (const DrawingComponents& drawing : mDrawings) coils += drawing.coils.size();
+    mPlan.coils.reserve(coils);
+    mWork.reserve(coils);
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const DrawingProblem& problem : mDrawings[d].problems) {
         mPlan.problems.push_back({d, problem.handle, problem.line, problem.message});
       }
       for (const CoilSymbol& coil : mDrawings[d].coils) indexCoil(d, coil);
     }
-    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
-      for (const ContactSymbol& contact : mDrawings[d].contacts) gatherContact(d, contact);
-    }
+    gatherContacts();
+    std::unordered_map<std::u16string_view, std::size_t>().swap(mCoils);  // no use from here on
     presentCoils();
-    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
-      for (const ContactSymbol& contact : mDrawings[d].contacts) planContactXref(d, contact);
-    }
-    std::stable_sort(mPlan.changes.begin(), mPlan.changes.end(),
-                     [](const AttributeChange& a, const AttributeChange& b) { return a.drawing < b.drawing; });
+    for (AttributeChange& change : mContactChanges) mPlan.changes.push_back(std::move(change));
+    OrderByDrawing(mPlan.changes, mDrawings.size());
     return std::move(mPlan);
   }
 
  private:
-  // The coils' presentations, `mWorkers` at a time, gathered in coil order.
+  std::span<const ContactSource> sourcesOf(std::size_t coil) const {
+    return {mSources.data() + mFirstSource[coil], mFirstSource[coil + 1] - mFirstSource[coil]};
+  }
+
+  // The coils' presentations, `mWorkers` at a time, each in its own places.
   void presentCoils() {
-    std::vector<CoilOutcome> outcomes(mCoilOrder.size());
+    const std::size_t count = mWork.size();
+    std::size_t room = 0;
+    for (const CoilWork& work : mWork) room += XrefAttributeCount(*work.coil);
+    // Reserved at once: the places handed out stay put, and the contacts' changes fit after.
+    mPlan.changes.reserve(room + mContactChanges.size());
+    mPlan.changes.resize(room);
+    room = 0;
+    for (CoilWork& work : mWork) {
+      work.changes = mPlan.changes.data() + room;
+      room += XrefAttributeCount(*work.coil);
+    }
     std::atomic<std::size_t> next{0};
-    auto work = [&] {
-      CoilPresenter presenter(mDrawings, mSettings);
-      for (std::size_t i = next++; i < outcomes.size(); i = next++) {
-        const CoilAt& at = mCoils.at(mCoilOrder[i]);
-        const auto contacts = mContacts.find(at.coil->tag);
-        outcomes[i] = presenter.present(at, contacts == mContacts.end() ? kNoContacts : contacts->second);
+    auto run = [&] {
+      CoilPresenter presenter(mDrawings, mFirstSheet, mSettings);
+      for (std::size_t i = next++; i < count; i = next++) {
+        presenter.present(mWork[i], mPlan.coils[i], sourcesOf(i));
       }
     };
     std::vector<std::thread> threads;
-    for (unsigned w = 1; w < std::min<std::size_t>(mWorkers, outcomes.size()); ++w) threads.emplace_back(work);
-    work();
+    for (unsigned w = 1; w < std::min<std::size_t>(mWorkers, count); ++w) threads.emplace_back(run);
+    run();
     for (std::thread& thread : threads) thread.join();
-    for (CoilOutcome& outcome : outcomes) {
-      mPlan.coils.push_back(std::move(outcome.plan));
-      for (AttributeChange& change : outcome.changes) mPlan.changes.push_back(std::move(change));
-      for (ProjectProblem& problem : outcome.problems) mPlan.problems.push_back(std::move(problem));
+    std::vector<ContactSource>().swap(mSources);
+    std::vector<std::uint32_t>().swap(mFirstSource);
+    keepChangesMade();
+    for (const CoilPlan& plan : mPlan.coils) {
+      if (!plan.error.empty()) mPlan.problems.push_back({plan.drawing, plan.handle, 0, plan.error});
     }
+  }
+
+  // Closes up the places that the coils left empty.
+  void keepChangesMade() {
+    std::size_t kept = 0;
+    for (const CoilWork& work : mWork) {
+      for (std::size_t i = 0; i < work.changed; ++i) {
+        AttributeChange* change = work.changes + i;
+        if (change != mPlan.changes.data() + kept) mPlan.changes[kept] = std::move(*change);
+        ++kept;
+      }
+    }
+    mPlan.changes.resize(kept);
   }
 
   void numberSheets() {
@@ -271,51 +376,83 @@ class Planner {
   }
 
   void indexCoil(std::size_t d, const CoilSymbol& coil) {
-    const auto [it, added] = mCoils.emplace(coil.tag, CoilAt{d, &coil, PlaceText(coil.place, mFirstSheet[d])});
+    const auto [it, added] = mCoils.try_emplace(coil.tag, mWork.size());
     if (added) {
-      mCoilOrder.push_back(coil.tag);
+      CoilPlan& plan = mPlan.coils.emplace_back();
+      plan.drawing = d;
+      plan.handle = coil.handle;
+      plan.tag = coil.tag;
+      plan.sheet = DecimalText(mFirstSheet[d] + coil.place.sheetInDrawing);
+      plan.reference = ReferenceText(coil.place, plan.sheet);
+      mWork.push_back({&coil});
       return;
     }
-    const CoilAt& first = it->second;
+    const CoilPlan& first = mPlan.coils[it->second];
     mPlan.problems.push_back({d, coil.handle, 0,
                               "coil " + Narrow(coil.tag) + " is already in " + mDrawings[first.drawing].file +
-                                  " (handle " + HandleText(first.coil->handle) + "); this one is left as it is"});
+                                  " (handle " + HandleText(first.handle) + "); this one is left as it is"});
   }
 
-  void gatherContact(std::size_t d, const ContactSymbol& contact) {
-    auto problem = [&](const std::string& message) { mPlan.problems.push_back({d, contact.handle, 0, message}); };
-    if (!mCoils.count(contact.coilTag))
-      return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
+  // Each contact that takes part goes to its coil's part of mSources; the
+  // contacts are counted first, so that the parts are laid out end to end.
+  void gatherContacts() {
+    constexpr std::uint32_t kLeftOut = UINT32_MAX;
+    std::vector<std::uint32_t> coilOf;
+    std::vector<std::uint32_t> counts(mWork.size(), 0);
+    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
+      for (const ContactSymbol& contact : mDrawings[d].contacts) {
+        const std::size_t coil = coilTakingPart(d, contact);
+        coilOf.push_back(coil < mWork.size() ? static_cast<std::uint32_t>(coil) : kLeftOut);
+        if (coil < mWork.size()) ++counts[coil];
+      }
+    }
+    mFirstSource.assign(mWork.size() + 1, 0);
+    for (std::size_t i = 0; i < mWork.size(); ++i) mFirstSource[i + 1] = mFirstSource[i] + counts[i];
+    mSources.resize(mFirstSource.back());
+    std::vector<std::uint32_t>& place = counts;  // where the next contact of each coil goes
+    std::copy(mFirstSource.begin(), mFirstSource.end() - 1, place.begin());
+    std::size_t next = 0;
+    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
+      for (std::size_t c = 0; c < mDrawings[d].contacts.size(); ++c) {
+        const std::uint32_t coil = coilOf[next++];
+        if (coil != kLeftOut) mSources[place[coil]++] = {static_cast<std::uint32_t>(d), static_cast<std::uint32_t>(c)};
+      }
+    }
+  }
+
+  // The index of the contact's coil when the contact takes part; else its
+  // problem, and no coil. Plans the contact's XREF attribute on the way.
+  std::size_t coilTakingPart(std::size_t d, const ContactSymbol& contact) {
+    auto problem = [&](const std::string& message) {
+      mPlan.problems.push_back({d, contact.handle, 0, message});
+      return SIZE_MAX;
+    };
+    const auto coil = mCoils.find(contact.coilTag);
+    if (coil == mCoils.end()) return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
+    planContactXref(d, contact, mPlan.coils[coil->second]);
     if (!KnownKind(contact.kind)) {
       return problem("contact of coil " + Narrow(contact.coilTag) + " of unknown kind \"" + Narrow(contact.kind) +
                      "\" (block " + Narrow(contact.blockName) + ")");
     }
     if (contact.pins.empty()) return problem("contact of coil " + Narrow(contact.coilTag) + " without pins");
-    const Placed placed = PlaceText(contact.place, mFirstSheet[d]);
-    const std::u16string kindName = contact.kind == u"NONC" ? u"Form C" : contact.kind;
-    ContactPlace place{
-        d, contact.handle, contact.kind, placed.sheet, placed.reference, kindName + u" " + placed.reference};
-    mContacts[contact.coilTag].push_back({std::move(place), &contact, placed});
+    return coil->second;
   }
 
   // A contact's XREF attribute names the place of its coil, as the coil's
   // references name the contacts: the project's formats, seen from the
   // contact's drawing.
-  void planContactXref(std::size_t d, const ContactSymbol& contact) {
+  void planContactXref(std::size_t d, const ContactSymbol& contact, const CoilPlan& plan) {
     if (!contact.xref) return;
-    const auto coil = mCoils.find(contact.coilTag);
-    if (coil == mCoils.end()) return;
-    const CoilAt& at = coil->second;
     OhmNoRxUtilsXrefTextFormat::RefData data;
-    data.mDwgPath = mDrawings[at.drawing].path;
-    data.mSheet = at.placed.sheet;
-    data.mRef = at.placed.reference;
-    data.mSheetDwgName = mDrawings[at.drawing].name;
+    data.mDwgPath = mDrawings[plan.drawing].path;
+    data.mSheet = plan.sheet;
+    data.mRef = plan.reference;
+    data.mSheetDwgName = mDrawings[plan.drawing].name;
     const OhmNoRxUtilsXrefTextFormat::Option option{setting(OhmCfgSetting::WD_XREF_FORMAT),
                                                     setting(OhmCfgSetting::WD_XREF_ALTFORMAT), false};
     std::u16string text;
     OhmNoRxUtilsXrefTextFormat::getXrefText(option, mDrawings[d].path, data, text);
-    if (text != *contact.xref) mPlan.changes.push_back({d, contact.handle, u"XREF", *contact.xref, text});
+    if (text != *contact.xref) mContactChanges.push_back({d, contact.handle, u"XREF", *contact.xref, text});
   }
 
   std::u16string setting(OhmCfgSetting::WD_M_ATTRIB option) const {
@@ -326,9 +463,15 @@ class Planner {
   const std::vector<DrawingComponents>& mDrawings;
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
   std::vector<int> mFirstSheet;
-  std::unordered_map<std::u16string, CoilAt> mCoils;  // mCoilOrder gives their order
-  std::vector<std::u16string> mCoilOrder;
-  std::unordered_map<std::u16string, std::vector<ContactAt>> mContacts;
+  // The coils by tag (views into the drawings' records, which outlive the
+  // planner), as their index in mPlan.coils and mWork.
+  std::unordered_map<std::u16string_view, std::size_t> mCoils;
+  std::vector<CoilWork> mWork;  // beside mPlan.coils
+  // The contacts of coil i are mSources[mFirstSource[i]] up to mSources[mFirstSource[i + 1]];
+  // dropped once all coils are presented.
+  std::vector<ContactSource> mSources;
+  std::vector<std::uint32_t> mFirstSource;
+  std::vector<AttributeChange> mContactChanges;  // in project order; they follow the coils' changes
   unsigned mWorkers;
   UpdatePlan mPlan;
 };

@@ -20,15 +20,15 @@ OhmUtXrefTextEntity::OhmUtXrefTextEntity(const OhmUtXrefTextEntity& other)
 
 OhmUtXrefTextEntity::~OhmUtXrefTextEntity() = default;
 
-bool OhmUtXrefTextEntity::isXrefTag(const std::u16string& tag) { return CrtUpperCopy(tag) == u"XREF"; }
+bool OhmUtXrefTextEntity::isXrefTag(const std::u16string& tag) { return CrtEqualNoCase(tag, u"XREF"); }
 
 bool OhmUtXrefTextEntity::isXrefTagForRelayCoil(const std::u16string& tag) {
   return isXrefTagForRelayCoilNC(tag) || isXrefTagForRelayCoilNO(tag);
 }
 
-bool OhmUtXrefTextEntity::isXrefTagForRelayCoilNC(const std::u16string& tag) { return CrtUpperCopy(tag) == u"XREFNC"; }
+bool OhmUtXrefTextEntity::isXrefTagForRelayCoilNC(const std::u16string& tag) { return CrtEqualNoCase(tag, u"XREFNC"); }
 
-bool OhmUtXrefTextEntity::isXrefTagForRelayCoilNO(const std::u16string& tag) { return CrtUpperCopy(tag) == u"XREFNO"; }
+bool OhmUtXrefTextEntity::isXrefTagForRelayCoilNO(const std::u16string& tag) { return CrtEqualNoCase(tag, u"XREFNO"); }
 
 bool OhmUtXrefTextEntity::getXrefText(const std::u16string& tag, const OhmDsComponentOcc& occurrence,
                                       std::u16string& text) const {

@@ -86,6 +86,75 @@ TEST(ProjectUpdate, ProblemsAreReportedWithTheirPlaceAndTheRestIsWorkedOut) {
   EXPECT_EQ(Value(result, 0xA1, u"XREFNO"), " 1.104; S2:2.200");  // the bad contacts take no part
 }
 
+// Every tag that can make a symbol a coil or a contact is looked at, in any
+// case, and only those: a coil by "TAG" with CFD1 xdata and a contact by
+// "TAG_" are found (and reported, since the conventions find no tag on them);
+// terminals and wire numbers are not.
+TEST(ProjectUpdate, EveryTagThatMarksACoilOrContactIsFound) {
+  std::string drawing = DxfSnippet("AC1009", "",
+                                   {{"A1", "HCR1", -1.5, {{"tag1", "K1"}}},
+                                    {"A2", "HCR1", -2.5, {{"Tag", "K2"}}},
+                                    {"A3", "HNO1", -3.5, {{"tag_x", "K1"}, {"TERM01", "1"}}},
+                                    {"A4", "HT0001", -4.5, {{"TAGSTRIP", "X1"}, {"TERM", "1"}}},
+                                    {"A5", "HWIRENO", -5.5, {{"WIRENO", "100"}}}});
+  const std::size_t attributes = drawing.find("0\nATTRIB\n", drawing.find("5\nA2\n"));
+  drawing.insert(attributes, "1001\nCFD1\n1000\n1\n");
+  TempFolder folder;
+  folder.makeFile("S1.dxf", drawing);
+  const ProjectUpdateResult result = UpdateProject(DescribeFolder(folder.posix()), {});
+  ASSERT_EQ(result.drawings.size(), 1u);
+  EXPECT_EQ(result.drawings[0].coils.size(), 1u);
+  const std::pair<std::uint64_t, std::string> expected[] = {{0xA2, "a coil without a tag"},
+                                                            {0xA3, "a contact that names no coil"}};
+  ASSERT_EQ(result.plan.problems.size(), std::size(expected));
+  for (std::size_t i = 0; i < std::size(expected); ++i) {
+    EXPECT_EQ(result.plan.problems[i].handle, expected[i].first);
+    EXPECT_EQ(result.plan.problems[i].message, expected[i].second);
+  }
+}
+
+// Changes come drawing by drawing, in each the coils' before the contacts',
+// however the coils and their contacts lie across the drawings.
+TEST(ProjectUpdate, ChangesComeInDrawingOrder) {
+  TempFolder folder;
+  const ProjectUpdateResult result =
+      Plan(folder, {DxfSnippet("AC1009", "",
+                               {{"A1", "HNO1", -1.5, {{"TAG2", "K2"}, {"TERM01", "1"}, {"XREF", ""}}},
+                                {"A2", "HCR1", -2.5, {{"TAG1", "K1"}, {"XREF", ""}}}}),
+                    DxfSnippet("AC1009", "",
+                               {{"B1", "HCR1", -1.5, {{"TAG1", "K2"}, {"XREF", ""}}},
+                                {"B2", "HNO1", -2.5, {{"TAG2", "K1"}, {"TERM01", "1"}, {"XREF", ""}}}})});
+  std::vector<std::uint64_t> handles;
+  for (const AttributeChange& change : result.plan.changes) handles.push_back(change.handle);
+  EXPECT_EQ(handles, (std::vector<std::uint64_t>{0xA2, 0xA1, 0xB1, 0xB2}));
+}
+
+// A coil's own options (xdata) hold for it alone: the coils before and after
+// it keep the project's, on one worker and on two.
+TEST(ProjectUpdate, ACoilsOwnOptionsHoldForItAlone) {
+  std::string drawing = DxfSnippet("AC1009", "",
+                                   {{"A1", "HCR1", -1.5, {{"TAG1", "K1"}, {"XREF", ""}}},
+                                    {"A2", "HCR1", -2.5, {{"TAG1", "K2"}, {"XREF", ""}}},
+                                    {"A3", "HCR1", -3.5, {{"TAG1", "K3"}, {"XREF", ""}}},
+                                    {"A4", "HNO1", -4.5, {{"TAG2", "K1"}, {"TERM01", "1"}}},
+                                    {"A5", "HNO1", -5.5, {{"TAG2", "K2"}, {"TERM01", "1"}}},
+                                    {"A6", "HNO1", -6.5, {{"TAG2", "K3"}, {"TERM01", "1"}}}});
+  const std::string ownFormat = "1001\nKVA_WD_XREF_FORMAT\n1002\n{\n1000\n<%N>\n1002\n}\n0\nATTRIB\n";
+  const std::size_t attributes = drawing.find("0\nATTRIB\n", drawing.find("5\nA2\n"));
+  drawing.replace(attributes, std::string("0\nATTRIB\n").size(), ownFormat);
+  for (unsigned workers : {1u, 2u}) {
+    TempFolder folder;
+    folder.makeFile("S1.dxf", drawing);
+    UpdateOptions options;
+    options.workers = workers;
+    const ProjectUpdateResult result = UpdateProject(DescribeFolder(folder.posix()), options);
+    EXPECT_TRUE(result.plan.problems.empty());
+    EXPECT_EQ(Value(result, 0xA1, u"XREF"), " 1.104") << workers;
+    EXPECT_EQ(Value(result, 0xA2, u"XREF"), "<105>") << workers;
+    EXPECT_EQ(Value(result, 0xA3, u"XREF"), " 1.106") << workers;
+  }
+}
+
 TEST(ProjectUpdate, ReadingOnSeveralThreadsGivesTheSameRecordsInProjectOrder) {
   TempFolder folder;
   std::vector<std::string> drawings;

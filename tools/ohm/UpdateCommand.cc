@@ -7,6 +7,8 @@
 #include <functional>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
 
 #include "CommandError.h"
 #include "Project.h"
@@ -20,14 +22,19 @@ using Json = nlohmann::ordered_json;
 
 std::string Quoted(const std::u16string& text) { return Json(Utf16ToUtf8(text)).dump(); }
 
-// Drawings are named from the project's folder, as the project names them.
-std::string gRoot;
+// Drawings are named from the project's folder, as the project names them;
+// each name is worked out once, since every change and contact shows one.
+std::vector<std::string> gNames;
 
-std::string Name(const ProjectUpdateResult& result, std::size_t drawing) {
-  const std::filesystem::path file(result.drawings[drawing].file);
-  const std::filesystem::path relative = file.lexically_relative(gRoot.empty() ? "." : gRoot);
-  return relative.empty() || *relative.begin() == ".." ? file.string() : relative.string();
+void NameDrawings(const ProjectUpdateResult& result, const std::string& root) {
+  for (const DrawingComponents& drawing : result.drawings) {
+    const std::filesystem::path file(drawing.file);
+    const std::filesystem::path relative = file.lexically_relative(root.empty() ? "." : root);
+    gNames.push_back(relative.empty() || *relative.begin() == ".." ? file.string() : relative.string());
+  }
 }
+
+const std::string& Name(const ProjectUpdateResult&, std::size_t drawing) { return gNames[drawing]; }
 
 void PrintChanges(const ProjectUpdateResult& result) {
   for (const AttributeChange& change : result.plan.changes) {
@@ -113,13 +120,13 @@ std::function<void(std::size_t, std::size_t)> ProgressLine() {
 
 int RunUpdate(const UpdateCommandOptions& options) {
   const ProjectDescription project = LoadUpdateProject(options.project);
-  gRoot = project.root;
   UpdateOptions update;
   update.write = !options.dryRun;
   update.recover = options.recover;
   update.workers = options.jobs;
   update.progress = ProgressLine();
   const ProjectUpdateResult result = UpdateProject(project, update);
+  NameDrawings(result, project.root);
   if (options.json) {
     std::cout << AsJson(result, update.write).dump(2) << '\n';
   } else {
