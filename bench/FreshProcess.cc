@@ -5,14 +5,24 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <string>
 
-long HighWaterKilobytes() {
+namespace {
+
+// A "Name:   123 kB" line of /proc/self/status, in kilobytes; 0 when absent.
+long StatusKilobytes(const std::string& name) {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
-    if (line.rfind("VmHWM:", 0) == 0) return std::atol(line.c_str() + 6);
+    if (line.rfind(name, 0) == 0) return std::atol(line.c_str() + name.size());
   }
   return 0;
 }
+
+}  // namespace
+
+long HighWaterKilobytes() { return StatusKilobytes("VmHWM:"); }
+
+long ResidentKilobytes() { return StatusKilobytes("VmRSS:"); }
 
 std::string RunSelf(const char* variable, const std::string& request) {
   int ends[2];

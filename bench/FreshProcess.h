@@ -11,6 +11,9 @@
 // The high-water mark of this process's resident memory, in kilobytes.
 long HighWaterKilobytes();
 
+// This process's resident memory now, in kilobytes.
+long ResidentKilobytes();
+
 // Runs this program again with `variable` set to `request` and returns what
 // it printed on standard output; empty when it could not run.
 std::string RunSelf(const char* variable, const std::string& request);

@@ -4,13 +4,16 @@
 // reading the same drawings alone into databases that are dropped; both on
 // 1 and 2 workers. "peak_x_largest" is the peak memory of a process that
 // does the dry run (and of one that does nothing, subtracted), against the
-// largest drawing's size; "records_x_largest" the heap its result holds
-// (component records and plan), and "peak_less_records_x_largest" the rest,
-// which the drawings being read account for. OHM_BENCH_DRAWINGS makes the
+// largest drawing's size; "records_x_largest" the resident memory its result
+// holds (component records and plan), and "peak_less_records_x_largest" the
+// rest, which the drawings being read account for. Both are resident pages,
+// so that the difference means something: heap that is allocated but never
+// touched (reserved capacity) counts in neither. OHM_BENCH_DRAWINGS makes the
 // project smaller.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
@@ -150,8 +153,8 @@ void BM_ProjectReadDrawings(benchmark::State& state) {
 }
 
 // What a fresh process that runs the update shows of its memory: its peak
-// (less that of one that only starts) and the heap that the update's result
-// holds when it returns, the component records and the plan.
+// (less that of one that only starts) and the resident memory that the
+// update's result holds when it returns, the component records and the plan.
 struct UpdateMemory {
   double peakBytes = 0;
   double resultBytes = 0;
@@ -159,26 +162,24 @@ struct UpdateMemory {
 
 constexpr const char* kMeasureVariable = "OHM_BENCH_MEASURE_UPDATE";  // "WORKERS FOLDER"; "" for the idle run
 
-// The heap in use, large blocks that malloc maps on their own included.
-std::size_t HeapInUse() {
-  const struct mallinfo2 info = ::mallinfo2();
-  return info.uordblks + info.hblkhd;
-}
-
-// In the fresh process: runs the update, prints its peak and the heap its result holds.
+// In the fresh process: runs the update, prints its peak and the resident
+// memory its result holds, once what the drawings took is handed back to the
+// system (every arena trimmed).
 int MeasureInThisProcess(const std::string& request) {
-  std::size_t held = 0;
+  long held = 0;
   if (!request.empty()) {
     const std::size_t space = request.find(' ');
     UpdateOptions options;
     options.workers = static_cast<unsigned>(std::atoi(request.substr(0, space).c_str()));
     const ProjectDescription project = DescribeFolder(request.substr(space + 1));
-    const std::size_t before = HeapInUse();
+    ::malloc_trim(0);
+    const long before = ResidentKilobytes();
     const ProjectUpdateResult result = UpdateProject(project, options);
     benchmark::DoNotOptimize(result);
-    held = HeapInUse() - before;
+    ::malloc_trim(0);
+    held = std::max(0L, ResidentKilobytes() - before) * 1024;
   }
-  return std::printf("%ld %zu\n", HighWaterKilobytes(), held) < 0;
+  return std::printf("%ld %ld\n", HighWaterKilobytes(), held) < 0;
 }
 
 std::pair<double, double> RunMeasuringProcess(const std::string& request) {
