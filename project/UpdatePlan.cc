@@ -6,11 +6,11 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string_view>
 #include <thread>
-#include <unordered_map>
 #include <vector>
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
@@ -23,6 +23,7 @@
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
 #include "ohmutils/xref/OhmUtXrefTableRows.h"
 #include "ohmutils/xref/OhmUtXrefTextEntity.h"
+#include "project/TagIndex.h"
 #include "project/UpdateReport.h"
 #include "win/Utf8.h"
 #include "zd/db/ZdDbBlockReference.h"
@@ -51,11 +52,18 @@ std::string Narrow(const std::u16string& text) { return Utf16ToUtf8(text); }
 
 bool KnownKind(const std::u16string& kind) { return kind == u"NO" || kind == u"NC" || kind == u"NONC"; }
 
-// A contact that takes part in its coil's presentation: the drawing's how-manieth.
-struct ContactSource {
-  std::uint32_t drawing = 0;
-  std::uint32_t index = 0;
-};
+// A contact that takes part in its coil's presentation, by its number in the
+// project: the contacts of every drawing before its own, then its index in its drawing.
+using ContactNumber = std::uint32_t;
+
+// Where the contacts of each drawing start in the project's numbering, with the total at the end.
+std::vector<ContactNumber> FirstContacts(const std::vector<DrawingComponents>& drawings) {
+  std::vector<ContactNumber> first{0};
+  for (const DrawingComponents& drawing : drawings) {
+    first.push_back(first.back() + static_cast<ContactNumber>(drawing.contacts.size()));
+  }
+  return first;
+}
 
 ContactPlace PlaceOf(const ContactSymbol& contact, std::size_t drawing, int firstSheet) {
   ContactPlace place{drawing, contact.handle, contact.kind, {}, {}, {}};
@@ -128,12 +136,13 @@ std::size_t XrefAttributeCount(const CoilSymbol& coil) {
 }
 
 // Where a coil's presentation goes: its plan, which takes the places of its
-// contacts, and room for the changes of its attributes, one place for each
-// it could change.
+// contacts, and room for the changes of its attributes in the plan's
+// changes, one place for each it could change. Small: the planner holds one
+// for each coil until every coil is presented, when its result is largest.
 struct CoilWork {
   const CoilSymbol* coil = nullptr;
-  AttributeChange* changes = nullptr;
-  std::size_t changed = 0;  // set by the presenter: how many of those places it filled
+  std::uint32_t firstChange = 0;
+  std::uint32_t changed = 0;  // set by the presenter: how many of those places it filled
 };
 
 // Works out coils' presentations, one at a time; one per thread. The records
@@ -141,18 +150,25 @@ struct CoilWork {
 // project never holds all of them and a coil costs no allocation of its own.
 class CoilPresenter {
  public:
+  // `changes` has the room that the coils' works name; `firstContacts` numbers the contacts.
   CoilPresenter(const std::vector<DrawingComponents>& drawings, const std::vector<int>& firstSheets,
+                const std::vector<ContactNumber>& firstContacts, AttributeChange* changes,
                 const OhmNoRxUtilsSettingOverride::SettingMap& settings)
-      : mDrawings(drawings), mFirstSheets(firstSheets), mSettings(settings) {}
+      : mDrawings(drawings),
+        mFirstSheets(firstSheets),
+        mFirstContacts(firstContacts),
+        mChanges(changes),
+        mSettings(settings) {}
 
   // Fills `plan`, which has the coil's place, with its contacts (`sources`, in project order) and its presentation.
-  void present(CoilWork& work, CoilPlan& plan, std::span<const ContactSource> sources) {
+  void present(CoilWork& work, CoilPlan& plan, std::span<const ContactNumber> sources) {
     plan.contacts.reserve(sources.size());
     while (mRecords.size() < sources.size()) mRecords.emplace_back();
     for (std::size_t i = 0; i < sources.size(); ++i) {
-      const DrawingComponents& drawing = mDrawings[sources[i].drawing];
-      const ContactSymbol& contact = drawing.contacts[sources[i].index];
-      plan.contacts.push_back(PlaceOf(contact, sources[i].drawing, mFirstSheets[sources[i].drawing]));
+      const std::size_t d = drawingOf(sources[i]);
+      const DrawingComponents& drawing = mDrawings[d];
+      const ContactSymbol& contact = drawing.contacts[sources[i] - mFirstContacts[d]];
+      plan.contacts.push_back(PlaceOf(contact, d, mFirstSheets[d]));
       mRecords[i].fill(plan.contacts.back(), contact, drawing);
     }
     try {
@@ -163,6 +179,12 @@ class CoilPresenter {
   }
 
  private:
+  // The drawing of a contact: the last whose first contact is not beyond it (drawings without contacts share theirs).
+  std::size_t drawingOf(ContactNumber contact) const {
+    const auto after = std::upper_bound(mFirstContacts.begin(), mFirstContacts.end(), contact);
+    return static_cast<std::size_t>(after - mFirstContacts.begin()) - 1;
+  }
+
   void presentGuarded(CoilWork& work, CoilPlan& plan) {
     std::unique_ptr<OhmUtXrefEntity> own;
     OhmUtXrefEntity* entity = nullptr;
@@ -208,7 +230,8 @@ class CoilPresenter {
         mJoined += mText;
         first = false;
       }
-      if (mJoined != old) work.changes[work.changed++] = {plan.drawing, work.coil->handle, tag, old, mJoined};
+      if (mJoined != old)
+        mChanges[work.firstChange + work.changed++] = {plan.drawing, work.coil->handle, tag, old, mJoined};
     }
   }
 
@@ -255,6 +278,8 @@ class CoilPresenter {
 
   const std::vector<DrawingComponents>& mDrawings;
   const std::vector<int>& mFirstSheets;
+  const std::vector<ContactNumber>& mFirstContacts;
+  AttributeChange* mChanges;
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
   // The project's settings, with the overrides of the coil being presented.
   OhmNoRxUtilsSettingOverride mOverride{mSettings};
@@ -303,6 +328,7 @@ class Planner {
     for (const DrawingComponents& drawing : mDrawings) coils += drawing.coils.size();
     mPlan.coils.reserve(coils);
     mWork.reserve(coils);
+    mCoils = TagIndex(coils);
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const DrawingProblem& problem : mDrawings[d].problems) {
         mPlan.problems.push_back({d, problem.handle, problem.line, problem.message});
@@ -310,7 +336,7 @@ class Planner {
       for (const CoilSymbol& coil : mDrawings[d].coils) indexCoil(d, coil);
     }
     gatherContacts();
-    std::unordered_map<std::u16string_view, std::size_t>().swap(mCoils);  // no use from here on
+    mCoils = TagIndex();  // no use from here on
     presentCoils();
     for (AttributeChange& change : mContactChanges) mPlan.changes.push_back(std::move(change));
     OrderByDrawing(mPlan.changes, mDrawings.size());
@@ -318,7 +344,7 @@ class Planner {
   }
 
  private:
-  std::span<const ContactSource> sourcesOf(std::size_t coil) const {
+  std::span<const ContactNumber> sourcesOf(std::size_t coil) const {
     return {mSources.data() + mFirstSource[coil], mFirstSource[coil + 1] - mFirstSource[coil]};
   }
 
@@ -332,12 +358,12 @@ class Planner {
     mPlan.changes.resize(room);
     room = 0;
     for (CoilWork& work : mWork) {
-      work.changes = mPlan.changes.data() + room;
+      work.firstChange = static_cast<std::uint32_t>(room);
       room += XrefAttributeCount(*work.coil);
     }
     std::atomic<std::size_t> next{0};
     auto run = [&] {
-      CoilPresenter presenter(mDrawings, mFirstSheet, mSettings);
+      CoilPresenter presenter(mDrawings, mFirstSheet, mFirstContact, mPlan.changes.data(), mSettings);
       for (std::size_t i = next++; i < count; i = next++) {
         presenter.present(mWork[i], mPlan.coils[i], sourcesOf(i));
       }
@@ -346,7 +372,7 @@ class Planner {
     for (unsigned w = 1; w < std::min<std::size_t>(mWorkers, count); ++w) threads.emplace_back(run);
     run();
     for (std::thread& thread : threads) thread.join();
-    std::vector<ContactSource>().swap(mSources);
+    std::vector<ContactNumber>().swap(mSources);
     std::vector<std::uint32_t>().swap(mFirstSource);
     keepChangesMade();
     for (const CoilPlan& plan : mPlan.coils) {
@@ -359,7 +385,7 @@ class Planner {
     std::size_t kept = 0;
     for (const CoilWork& work : mWork) {
       for (std::size_t i = 0; i < work.changed; ++i) {
-        AttributeChange* change = work.changes + i;
+        AttributeChange* change = mPlan.changes.data() + work.firstChange + i;
         if (change != mPlan.changes.data() + kept) mPlan.changes[kept] = std::move(*change);
         ++kept;
       }
@@ -376,8 +402,8 @@ class Planner {
   }
 
   void indexCoil(std::size_t d, const CoilSymbol& coil) {
-    const auto [it, added] = mCoils.try_emplace(coil.tag, mWork.size());
-    if (added) {
+    const auto [number, added] = mCoils.add(coil.tag);
+    if (added) {  // the number is mWork.size(): coils are numbered as they are added
       CoilPlan& plan = mPlan.coils.emplace_back();
       plan.drawing = d;
       plan.handle = coil.handle;
@@ -387,7 +413,7 @@ class Planner {
       mWork.push_back({&coil});
       return;
     }
-    const CoilPlan& first = mPlan.coils[it->second];
+    const CoilPlan& first = mPlan.coils[number];
     mPlan.problems.push_back({d, coil.handle, 0,
                               "coil " + Narrow(coil.tag) + " is already in " + mDrawings[first.drawing].file +
                                   " (handle " + HandleText(first.handle) + "); this one is left as it is"});
@@ -397,7 +423,8 @@ class Planner {
   // contacts are counted first, so that the parts are laid out end to end.
   void gatherContacts() {
     constexpr std::uint32_t kLeftOut = UINT32_MAX;
-    std::vector<std::uint32_t> coilOf;
+    std::vector<std::uint32_t> coilOf;  // by contact number
+    coilOf.reserve(mFirstContact.back());
     std::vector<std::uint32_t> counts(mWork.size(), 0);
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const ContactSymbol& contact : mDrawings[d].contacts) {
@@ -411,12 +438,9 @@ class Planner {
     mSources.resize(mFirstSource.back());
     std::vector<std::uint32_t>& place = counts;  // where the next contact of each coil goes
     std::copy(mFirstSource.begin(), mFirstSource.end() - 1, place.begin());
-    std::size_t next = 0;
-    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
-      for (std::size_t c = 0; c < mDrawings[d].contacts.size(); ++c) {
-        const std::uint32_t coil = coilOf[next++];
-        if (coil != kLeftOut) mSources[place[coil]++] = {static_cast<std::uint32_t>(d), static_cast<std::uint32_t>(c)};
-      }
+    for (ContactNumber contact = 0; contact < coilOf.size(); ++contact) {
+      const std::uint32_t coil = coilOf[contact];
+      if (coil != kLeftOut) mSources[place[coil]++] = contact;
     }
   }
 
@@ -427,15 +451,15 @@ class Planner {
       mPlan.problems.push_back({d, contact.handle, 0, message});
       return SIZE_MAX;
     };
-    const auto coil = mCoils.find(contact.coilTag);
-    if (coil == mCoils.end()) return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
-    planContactXref(d, contact, mPlan.coils[coil->second]);
+    const std::optional<std::uint32_t> coil = mCoils.find(contact.coilTag);
+    if (!coil) return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
+    planContactXref(d, contact, mPlan.coils[*coil]);
     if (!KnownKind(contact.kind)) {
       return problem("contact of coil " + Narrow(contact.coilTag) + " of unknown kind \"" + Narrow(contact.kind) +
                      "\" (block " + Narrow(contact.blockName) + ")");
     }
     if (contact.pins.empty()) return problem("contact of coil " + Narrow(contact.coilTag) + " without pins");
-    return coil->second;
+    return *coil;
   }
 
   // A contact's XREF attribute names the place of its coil, as the coil's
@@ -463,13 +487,14 @@ class Planner {
   const std::vector<DrawingComponents>& mDrawings;
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
   std::vector<int> mFirstSheet;
+  std::vector<ContactNumber> mFirstContact = FirstContacts(mDrawings);
   // The coils by tag (views into the drawings' records, which outlive the
   // planner), as their index in mPlan.coils and mWork.
-  std::unordered_map<std::u16string_view, std::size_t> mCoils;
+  TagIndex mCoils;
   std::vector<CoilWork> mWork;  // beside mPlan.coils
   // The contacts of coil i are mSources[mFirstSource[i]] up to mSources[mFirstSource[i + 1]];
   // dropped once all coils are presented.
-  std::vector<ContactSource> mSources;
+  std::vector<ContactNumber> mSources;
   std::vector<std::uint32_t> mFirstSource;
   std::vector<AttributeChange> mContactChanges;  // in project order; they follow the coils' changes
   unsigned mWorkers;
