@@ -295,6 +295,23 @@ class CoilPresenter {
   int mScratchCoils = 0;
 };
 
+// What the planner holds for a run of coils until they are presented: each
+// one's work and the contacts that take part in it, in project order. The
+// coils are presented a batch at a time and each batch is dropped after, so
+// that its room goes to the result, which grows most while the coils are
+// presented; the project's coils are never all held twice.
+struct CoilBatch {
+  static constexpr std::size_t kCoils = 4096;  // but the last batch's
+  std::vector<CoilWork> work;
+  // The contacts of the batch's coil i are sources[firstSource[i]] up to sources[firstSource[i + 1]].
+  std::vector<std::uint32_t> firstSource;
+  std::vector<ContactNumber> sources;
+
+  std::span<const ContactNumber> sourcesOf(std::size_t coil) const {
+    return {sources.data() + firstSource[coil], firstSource[coil + 1] - firstSource[coil]};
+  }
+};
+
 // Puts `changes` in drawing order, keeping the order within a drawing, in
 // place: a stable sort would copy them all once more.
 void OrderByDrawing(std::vector<AttributeChange>& changes, std::size_t drawings) {
@@ -327,7 +344,7 @@ class Planner {
     std::size_t coils = 0;
     for (const DrawingComponents& drawing : mDrawings) coils += drawing.coils.size();
     mPlan.coils.reserve(coils);
-    mWork.reserve(coils);
+    mBatches.reserve(coils / CoilBatch::kCoils + 1);
     mCoils = TagIndex(coils);
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const DrawingProblem& problem : mDrawings[d].problems) {
@@ -344,53 +361,63 @@ class Planner {
   }
 
  private:
-  std::span<const ContactNumber> sourcesOf(std::size_t coil) const {
-    return {mSources.data() + mFirstSource[coil], mFirstSource[coil + 1] - mFirstSource[coil]};
-  }
-
-  // The coils' presentations, `mWorkers` at a time, each in its own places.
+  // The coils' presentations, batch after batch, each batch dropped once presented.
   void presentCoils() {
-    const std::size_t count = mWork.size();
     std::size_t room = 0;
-    for (const CoilWork& work : mWork) room += XrefAttributeCount(*work.coil);
+    for (const CoilBatch& batch : mBatches) {
+      for (const CoilWork& work : batch.work) room += XrefAttributeCount(*work.coil);
+    }
     // Reserved at once: the places handed out stay put, and the contacts' changes fit after.
     mPlan.changes.reserve(room + mContactChanges.size());
     mPlan.changes.resize(room);
     room = 0;
-    for (CoilWork& work : mWork) {
-      work.firstChange = static_cast<std::uint32_t>(room);
-      room += XrefAttributeCount(*work.coil);
+    for (CoilBatch& batch : mBatches) {
+      for (CoilWork& work : batch.work) {
+        work.firstChange = static_cast<std::uint32_t>(room);
+        room += XrefAttributeCount(*work.coil);
+      }
     }
+    std::size_t kept = 0;
+    for (std::size_t b = 0; b < mBatches.size(); ++b) {
+      presentBatch(mBatches[b], b * CoilBatch::kCoils);
+      kept = keepChangesMade(mBatches[b], kept);
+      mBatches[b] = CoilBatch();  // its room goes to the coils after
+    }
+    mPlan.changes.resize(kept);
+    for (const CoilPlan& plan : mPlan.coils) {
+      if (!plan.error.empty()) mPlan.problems.push_back({plan.drawing, plan.handle, 0, plan.error});
+    }
+  }
+
+  // The presentations of the batch's coils, `mWorkers` at a time, each in
+  // its own places; `first` is the index of the batch's first coil.
+  void presentBatch(CoilBatch& batch, std::size_t first) {
+    const std::size_t count = batch.work.size();
     std::atomic<std::size_t> next{0};
     auto run = [&] {
       CoilPresenter presenter(mDrawings, mFirstSheet, mFirstContact, mPlan.changes.data(), mSettings);
       for (std::size_t i = next++; i < count; i = next++) {
-        presenter.present(mWork[i], mPlan.coils[i], sourcesOf(i));
+        presenter.present(batch.work[i], mPlan.coils[first + i], batch.sourcesOf(i));
       }
     };
     std::vector<std::thread> threads;
     for (unsigned w = 1; w < std::min<std::size_t>(mWorkers, count); ++w) threads.emplace_back(run);
     run();
     for (std::thread& thread : threads) thread.join();
-    std::vector<ContactNumber>().swap(mSources);
-    std::vector<std::uint32_t>().swap(mFirstSource);
-    keepChangesMade();
-    for (const CoilPlan& plan : mPlan.coils) {
-      if (!plan.error.empty()) mPlan.problems.push_back({plan.drawing, plan.handle, 0, plan.error});
-    }
   }
 
-  // Closes up the places that the coils left empty.
-  void keepChangesMade() {
-    std::size_t kept = 0;
-    for (const CoilWork& work : mWork) {
+  // Moves the changes the batch's coils made to follow the `kept` changes of
+  // the coils before, closing up the places they left empty; the number kept
+  // now. The places of the coils after lie beyond, untouched.
+  std::size_t keepChangesMade(const CoilBatch& batch, std::size_t kept) {
+    for (const CoilWork& work : batch.work) {
       for (std::size_t i = 0; i < work.changed; ++i) {
         AttributeChange* change = mPlan.changes.data() + work.firstChange + i;
         if (change != mPlan.changes.data() + kept) mPlan.changes[kept] = std::move(*change);
         ++kept;
       }
     }
-    mPlan.changes.resize(kept);
+    return kept;
   }
 
   void numberSheets() {
@@ -403,14 +430,17 @@ class Planner {
 
   void indexCoil(std::size_t d, const CoilSymbol& coil) {
     const auto [number, added] = mCoils.add(coil.tag);
-    if (added) {  // the number is mWork.size(): coils are numbered as they are added
+    if (added) {  // the number is mPlan.coils.size(): coils are numbered as they are added
       CoilPlan& plan = mPlan.coils.emplace_back();
       plan.drawing = d;
       plan.handle = coil.handle;
       plan.tag = coil.tag;
       plan.sheet = DecimalText(mFirstSheet[d] + coil.place.sheetInDrawing);
       plan.reference = ReferenceText(coil.place, plan.sheet);
-      mWork.push_back({&coil});
+      if (mBatches.empty() || mBatches.back().work.size() == CoilBatch::kCoils) {
+        mBatches.emplace_back().work.reserve(CoilBatch::kCoils);
+      }
+      mBatches.back().work.push_back({&coil});
       return;
     }
     const CoilPlan& first = mPlan.coils[number];
@@ -419,29 +449,38 @@ class Planner {
                                   " (handle " + HandleText(first.handle) + "); this one is left as it is"});
   }
 
-  // Each contact that takes part goes to its coil's part of mSources; the
-  // contacts are counted first, so that the parts are laid out end to end.
+  // Each contact that takes part goes to its coil's part of its batch's
+  // sources; the contacts are counted first, so that the parts are laid out end to end.
   void gatherContacts() {
     constexpr std::uint32_t kLeftOut = UINT32_MAX;
     std::vector<std::uint32_t> coilOf;  // by contact number
     coilOf.reserve(mFirstContact.back());
-    std::vector<std::uint32_t> counts(mWork.size(), 0);
+    const std::size_t coils = mPlan.coils.size();
+    std::vector<std::uint32_t> counts(coils, 0);
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const ContactSymbol& contact : mDrawings[d].contacts) {
         const std::size_t coil = coilTakingPart(d, contact);
-        coilOf.push_back(coil < mWork.size() ? static_cast<std::uint32_t>(coil) : kLeftOut);
-        if (coil < mWork.size()) ++counts[coil];
+        coilOf.push_back(coil < coils ? static_cast<std::uint32_t>(coil) : kLeftOut);
+        if (coil < coils) ++counts[coil];
       }
     }
-    mFirstSource.assign(mWork.size() + 1, 0);
-    for (std::size_t i = 0; i < mWork.size(); ++i) mFirstSource[i + 1] = mFirstSource[i] + counts[i];
-    mSources.resize(mFirstSource.back());
-    std::vector<std::uint32_t>& place = counts;  // where the next contact of each coil goes
-    std::copy(mFirstSource.begin(), mFirstSource.end() - 1, place.begin());
+    std::vector<std::uint32_t>& place = counts;  // where the next contact of each coil goes in its batch
+    for (std::size_t b = 0; b < mBatches.size(); ++b) layOut(mBatches[b], place.data() + b * CoilBatch::kCoils);
     for (ContactNumber contact = 0; contact < coilOf.size(); ++contact) {
       const std::uint32_t coil = coilOf[contact];
-      if (coil != kLeftOut) mSources[place[coil]++] = contact;
+      if (coil != kLeftOut) mBatches[coil / CoilBatch::kCoils].sources[place[coil]++] = contact;
     }
+  }
+
+  // Makes room for the batch's contacts, given how many each of its coils
+  // has; turns those counts into the place of each coil's first contact.
+  static void layOut(CoilBatch& batch, std::uint32_t* counts) {
+    batch.firstSource.assign(batch.work.size() + 1, 0);
+    for (std::size_t i = 0; i < batch.work.size(); ++i) {
+      batch.firstSource[i + 1] = batch.firstSource[i] + counts[i];
+      counts[i] = batch.firstSource[i];
+    }
+    batch.sources.resize(batch.firstSource.back());
   }
 
   // The index of the contact's coil when the contact takes part; else its
@@ -489,13 +528,9 @@ class Planner {
   std::vector<int> mFirstSheet;
   std::vector<ContactNumber> mFirstContact = FirstContacts(mDrawings);
   // The coils by tag (views into the drawings' records, which outlive the
-  // planner), as their index in mPlan.coils and mWork.
+  // planner), as their index in mPlan.coils.
   TagIndex mCoils;
-  std::vector<CoilWork> mWork;  // beside mPlan.coils
-  // The contacts of coil i are mSources[mFirstSource[i]] up to mSources[mFirstSource[i + 1]];
-  // dropped once all coils are presented.
-  std::vector<ContactNumber> mSources;
-  std::vector<std::uint32_t> mFirstSource;
+  std::vector<CoilBatch> mBatches;               // coil i is the (i % kCoils)th of batch i / kCoils
   std::vector<AttributeChange> mContactChanges;  // in project order; they follow the coils' changes
   unsigned mWorkers;
   UpdatePlan mPlan;
