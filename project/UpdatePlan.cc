@@ -164,12 +164,12 @@ class CoilPresenter {
   void present(CoilWork& work, CoilPlan& plan, std::span<const ContactNumber> sources) {
     plan.contacts.reserve(sources.size());
     while (mRecords.size() < sources.size()) mRecords.emplace_back();
+    fetchAhead(sources);
     for (std::size_t i = 0; i < sources.size(); ++i) {
       const std::size_t d = drawingOf(sources[i]);
-      const DrawingComponents& drawing = mDrawings[d];
-      const ContactSymbol& contact = drawing.contacts[sources[i] - mFirstContacts[d]];
+      const ContactSymbol& contact = *contactOf(sources[i]);
       plan.contacts.push_back(PlaceOf(contact, d, mFirstSheets[d]));
-      mRecords[i].fill(plan.contacts.back(), contact, drawing);
+      mRecords[i].fill(plan.contacts.back(), contact, mDrawings[d]);
     }
     try {
       presentGuarded(work, plan);
@@ -179,6 +179,22 @@ class CoilPresenter {
   }
 
  private:
+  // Asks for the records of the coil's contacts, then for their pins, each
+  // all at once: they lie anywhere in the project's records, and fetching
+  // them one by one, as they are used, would wait for each in turn.
+  void fetchAhead(std::span<const ContactNumber> sources) const {
+    for (const ContactNumber source : sources) {
+      const auto* record = reinterpret_cast<const char*>(contactOf(source));
+      for (std::size_t line = 0; line < sizeof(ContactSymbol); line += 64) __builtin_prefetch(record + line);
+    }
+    for (const ContactNumber source : sources) __builtin_prefetch(contactOf(source)->pins.data());
+  }
+
+  const ContactSymbol* contactOf(ContactNumber contact) const {
+    const std::size_t d = drawingOf(contact);
+    return mDrawings[d].contacts.data() + (contact - mFirstContacts[d]);
+  }
+
   // The drawing of a contact: the last whose first contact is not beyond it (drawings without contacts share theirs).
   std::size_t drawingOf(ContactNumber contact) const {
     const auto after = std::upper_bound(mFirstContacts.begin(), mFirstContacts.end(), contact);
