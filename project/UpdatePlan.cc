@@ -6,11 +6,11 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string_view>
 #include <thread>
-#include <unordered_map>
 #include <vector>
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
@@ -23,6 +23,7 @@
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
 #include "ohmutils/xref/OhmUtXrefTableRows.h"
 #include "ohmutils/xref/OhmUtXrefTextEntity.h"
+#include "project/TagIndex.h"
 #include "project/UpdateReport.h"
 #include "win/Utf8.h"
 #include "zd/db/ZdDbBlockReference.h"
@@ -51,11 +52,18 @@ std::string Narrow(const std::u16string& text) { return Utf16ToUtf8(text); }
 
 bool KnownKind(const std::u16string& kind) { return kind == u"NO" || kind == u"NC" || kind == u"NONC"; }
 
-// A contact that takes part in its coil's presentation: the drawing's how-manieth.
-struct ContactSource {
-  std::uint32_t drawing = 0;
-  std::uint32_t index = 0;
-};
+// A contact that takes part in its coil's presentation, by its number in the
+// project: the contacts of every drawing before its own, then its index in its drawing.
+using ContactNumber = std::uint32_t;
+
+// Where the contacts of each drawing start in the project's numbering, with the total at the end.
+std::vector<ContactNumber> FirstContacts(const std::vector<DrawingComponents>& drawings) {
+  std::vector<ContactNumber> first{0};
+  for (const DrawingComponents& drawing : drawings) {
+    first.push_back(first.back() + static_cast<ContactNumber>(drawing.contacts.size()));
+  }
+  return first;
+}
 
 ContactPlace PlaceOf(const ContactSymbol& contact, std::size_t drawing, int firstSheet) {
   ContactPlace place{drawing, contact.handle, contact.kind, {}, {}, {}};
@@ -128,12 +136,13 @@ std::size_t XrefAttributeCount(const CoilSymbol& coil) {
 }
 
 // Where a coil's presentation goes: its plan, which takes the places of its
-// contacts, and room for the changes of its attributes, one place for each
-// it could change.
+// contacts, and room for the changes of its attributes in the plan's
+// changes, one place for each it could change. Small: the planner holds one
+// for each coil until every coil is presented, when its result is largest.
 struct CoilWork {
   const CoilSymbol* coil = nullptr;
-  AttributeChange* changes = nullptr;
-  std::size_t changed = 0;  // set by the presenter: how many of those places it filled
+  std::uint32_t firstChange = 0;
+  std::uint32_t changed = 0;  // set by the presenter: how many of those places it filled
 };
 
 // Works out coils' presentations, one at a time; one per thread. The records
@@ -141,19 +150,26 @@ struct CoilWork {
 // project never holds all of them and a coil costs no allocation of its own.
 class CoilPresenter {
  public:
+  // `changes` has the room that the coils' works name; `firstContacts` numbers the contacts.
   CoilPresenter(const std::vector<DrawingComponents>& drawings, const std::vector<int>& firstSheets,
+                const std::vector<ContactNumber>& firstContacts, AttributeChange* changes,
                 const OhmNoRxUtilsSettingOverride::SettingMap& settings)
-      : mDrawings(drawings), mFirstSheets(firstSheets), mSettings(settings) {}
+      : mDrawings(drawings),
+        mFirstSheets(firstSheets),
+        mFirstContacts(firstContacts),
+        mChanges(changes),
+        mSettings(settings) {}
 
   // Fills `plan`, which has the coil's place, with its contacts (`sources`, in project order) and its presentation.
-  void present(CoilWork& work, CoilPlan& plan, std::span<const ContactSource> sources) {
+  void present(CoilWork& work, CoilPlan& plan, std::span<const ContactNumber> sources) {
     plan.contacts.reserve(sources.size());
     while (mRecords.size() < sources.size()) mRecords.emplace_back();
+    fetchAhead(sources);
     for (std::size_t i = 0; i < sources.size(); ++i) {
-      const DrawingComponents& drawing = mDrawings[sources[i].drawing];
-      const ContactSymbol& contact = drawing.contacts[sources[i].index];
-      plan.contacts.push_back(PlaceOf(contact, sources[i].drawing, mFirstSheets[sources[i].drawing]));
-      mRecords[i].fill(plan.contacts.back(), contact, drawing);
+      const std::size_t d = drawingOf(sources[i]);
+      const ContactSymbol& contact = *contactOf(sources[i]);
+      plan.contacts.push_back(PlaceOf(contact, d, mFirstSheets[d]));
+      mRecords[i].fill(plan.contacts.back(), contact, mDrawings[d]);
     }
     try {
       presentGuarded(work, plan);
@@ -163,6 +179,28 @@ class CoilPresenter {
   }
 
  private:
+  // Asks for the records of the coil's contacts, then for their pins, each
+  // all at once: they lie anywhere in the project's records, and fetching
+  // them one by one, as they are used, would wait for each in turn.
+  void fetchAhead(std::span<const ContactNumber> sources) const {
+    for (const ContactNumber source : sources) {
+      const auto* record = reinterpret_cast<const char*>(contactOf(source));
+      for (std::size_t line = 0; line < sizeof(ContactSymbol); line += 64) __builtin_prefetch(record + line);
+    }
+    for (const ContactNumber source : sources) __builtin_prefetch(contactOf(source)->pins.data());
+  }
+
+  const ContactSymbol* contactOf(ContactNumber contact) const {
+    const std::size_t d = drawingOf(contact);
+    return mDrawings[d].contacts.data() + (contact - mFirstContacts[d]);
+  }
+
+  // The drawing of a contact: the last whose first contact is not beyond it (drawings without contacts share theirs).
+  std::size_t drawingOf(ContactNumber contact) const {
+    const auto after = std::upper_bound(mFirstContacts.begin(), mFirstContacts.end(), contact);
+    return static_cast<std::size_t>(after - mFirstContacts.begin()) - 1;
+  }
+
   void presentGuarded(CoilWork& work, CoilPlan& plan) {
     std::unique_ptr<OhmUtXrefEntity> own;
     OhmUtXrefEntity* entity = nullptr;
@@ -208,7 +246,8 @@ class CoilPresenter {
         mJoined += mText;
         first = false;
       }
-      if (mJoined != old) work.changes[work.changed++] = {plan.drawing, work.coil->handle, tag, old, mJoined};
+      if (mJoined != old)
+        mChanges[work.firstChange + work.changed++] = {plan.drawing, work.coil->handle, tag, old, mJoined};
     }
   }
 
@@ -255,6 +294,8 @@ class CoilPresenter {
 
   const std::vector<DrawingComponents>& mDrawings;
   const std::vector<int>& mFirstSheets;
+  const std::vector<ContactNumber>& mFirstContacts;
+  AttributeChange* mChanges;
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
   // The project's settings, with the overrides of the coil being presented.
   OhmNoRxUtilsSettingOverride mOverride{mSettings};
@@ -268,6 +309,23 @@ class CoilPresenter {
   std::unique_ptr<ZdDbDatabase> mScratch;
   std::unique_ptr<ZdDbDrawingBuilder> mBuilder;
   int mScratchCoils = 0;
+};
+
+// What the planner holds for a run of coils until they are presented: each
+// one's work and the contacts that take part in it, in project order. The
+// coils are presented a batch at a time and each batch is dropped after, so
+// that its room goes to the result, which grows most while the coils are
+// presented; the project's coils are never all held twice.
+struct CoilBatch {
+  static constexpr std::size_t kCoils = 4096;  // but the last batch's
+  std::vector<CoilWork> work;
+  // The contacts of the batch's coil i are sources[firstSource[i]] up to sources[firstSource[i + 1]].
+  std::vector<std::uint32_t> firstSource;
+  std::vector<ContactNumber> sources;
+
+  std::span<const ContactNumber> sourcesOf(std::size_t coil) const {
+    return {sources.data() + firstSource[coil], firstSource[coil + 1] - firstSource[coil]};
+  }
 };
 
 // Puts `changes` in drawing order, keeping the order within a drawing, in
@@ -302,7 +360,8 @@ class Planner {
     std::size_t coils = 0;
     for (const DrawingComponents& drawing : mDrawings) coils += drawing.coils.size();
     mPlan.coils.reserve(coils);
-    mWork.reserve(coils);
+    mBatches.reserve(coils / CoilBatch::kCoils + 1);
+    mCoils = TagIndex(coils);
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const DrawingProblem& problem : mDrawings[d].problems) {
         mPlan.problems.push_back({d, problem.handle, problem.line, problem.message});
@@ -310,7 +369,7 @@ class Planner {
       for (const CoilSymbol& coil : mDrawings[d].coils) indexCoil(d, coil);
     }
     gatherContacts();
-    std::unordered_map<std::u16string_view, std::size_t>().swap(mCoils);  // no use from here on
+    mCoils = TagIndex();  // no use from here on
     presentCoils();
     for (AttributeChange& change : mContactChanges) mPlan.changes.push_back(std::move(change));
     OrderByDrawing(mPlan.changes, mDrawings.size());
@@ -318,53 +377,63 @@ class Planner {
   }
 
  private:
-  std::span<const ContactSource> sourcesOf(std::size_t coil) const {
-    return {mSources.data() + mFirstSource[coil], mFirstSource[coil + 1] - mFirstSource[coil]};
-  }
-
-  // The coils' presentations, `mWorkers` at a time, each in its own places.
+  // The coils' presentations, batch after batch, each batch dropped once presented.
   void presentCoils() {
-    const std::size_t count = mWork.size();
     std::size_t room = 0;
-    for (const CoilWork& work : mWork) room += XrefAttributeCount(*work.coil);
+    for (const CoilBatch& batch : mBatches) {
+      for (const CoilWork& work : batch.work) room += XrefAttributeCount(*work.coil);
+    }
     // Reserved at once: the places handed out stay put, and the contacts' changes fit after.
     mPlan.changes.reserve(room + mContactChanges.size());
     mPlan.changes.resize(room);
     room = 0;
-    for (CoilWork& work : mWork) {
-      work.changes = mPlan.changes.data() + room;
-      room += XrefAttributeCount(*work.coil);
+    for (CoilBatch& batch : mBatches) {
+      for (CoilWork& work : batch.work) {
+        work.firstChange = static_cast<std::uint32_t>(room);
+        room += XrefAttributeCount(*work.coil);
+      }
     }
+    std::size_t kept = 0;
+    for (std::size_t b = 0; b < mBatches.size(); ++b) {
+      presentBatch(mBatches[b], b * CoilBatch::kCoils);
+      kept = keepChangesMade(mBatches[b], kept);
+      mBatches[b] = CoilBatch();  // its room goes to the coils after
+    }
+    mPlan.changes.resize(kept);
+    for (const CoilPlan& plan : mPlan.coils) {
+      if (!plan.error.empty()) mPlan.problems.push_back({plan.drawing, plan.handle, 0, plan.error});
+    }
+  }
+
+  // The presentations of the batch's coils, `mWorkers` at a time, each in
+  // its own places; `first` is the index of the batch's first coil.
+  void presentBatch(CoilBatch& batch, std::size_t first) {
+    const std::size_t count = batch.work.size();
     std::atomic<std::size_t> next{0};
     auto run = [&] {
-      CoilPresenter presenter(mDrawings, mFirstSheet, mSettings);
+      CoilPresenter presenter(mDrawings, mFirstSheet, mFirstContact, mPlan.changes.data(), mSettings);
       for (std::size_t i = next++; i < count; i = next++) {
-        presenter.present(mWork[i], mPlan.coils[i], sourcesOf(i));
+        presenter.present(batch.work[i], mPlan.coils[first + i], batch.sourcesOf(i));
       }
     };
     std::vector<std::thread> threads;
     for (unsigned w = 1; w < std::min<std::size_t>(mWorkers, count); ++w) threads.emplace_back(run);
     run();
     for (std::thread& thread : threads) thread.join();
-    std::vector<ContactSource>().swap(mSources);
-    std::vector<std::uint32_t>().swap(mFirstSource);
-    keepChangesMade();
-    for (const CoilPlan& plan : mPlan.coils) {
-      if (!plan.error.empty()) mPlan.problems.push_back({plan.drawing, plan.handle, 0, plan.error});
-    }
   }
 
-  // Closes up the places that the coils left empty.
-  void keepChangesMade() {
-    std::size_t kept = 0;
-    for (const CoilWork& work : mWork) {
+  // Moves the changes the batch's coils made to follow the `kept` changes of
+  // the coils before, closing up the places they left empty; the number kept
+  // now. The places of the coils after lie beyond, untouched.
+  std::size_t keepChangesMade(const CoilBatch& batch, std::size_t kept) {
+    for (const CoilWork& work : batch.work) {
       for (std::size_t i = 0; i < work.changed; ++i) {
-        AttributeChange* change = work.changes + i;
+        AttributeChange* change = mPlan.changes.data() + work.firstChange + i;
         if (change != mPlan.changes.data() + kept) mPlan.changes[kept] = std::move(*change);
         ++kept;
       }
     }
-    mPlan.changes.resize(kept);
+    return kept;
   }
 
   void numberSheets() {
@@ -376,48 +445,58 @@ class Planner {
   }
 
   void indexCoil(std::size_t d, const CoilSymbol& coil) {
-    const auto [it, added] = mCoils.try_emplace(coil.tag, mWork.size());
-    if (added) {
+    const auto [number, added] = mCoils.add(coil.tag);
+    if (added) {  // the number is mPlan.coils.size(): coils are numbered as they are added
       CoilPlan& plan = mPlan.coils.emplace_back();
       plan.drawing = d;
       plan.handle = coil.handle;
       plan.tag = coil.tag;
       plan.sheet = DecimalText(mFirstSheet[d] + coil.place.sheetInDrawing);
       plan.reference = ReferenceText(coil.place, plan.sheet);
-      mWork.push_back({&coil});
+      if (mBatches.empty() || mBatches.back().work.size() == CoilBatch::kCoils) {
+        mBatches.emplace_back().work.reserve(CoilBatch::kCoils);
+      }
+      mBatches.back().work.push_back({&coil});
       return;
     }
-    const CoilPlan& first = mPlan.coils[it->second];
+    const CoilPlan& first = mPlan.coils[number];
     mPlan.problems.push_back({d, coil.handle, 0,
                               "coil " + Narrow(coil.tag) + " is already in " + mDrawings[first.drawing].file +
                                   " (handle " + HandleText(first.handle) + "); this one is left as it is"});
   }
 
-  // Each contact that takes part goes to its coil's part of mSources; the
-  // contacts are counted first, so that the parts are laid out end to end.
+  // Each contact that takes part goes to its coil's part of its batch's
+  // sources; the contacts are counted first, so that the parts are laid out end to end.
   void gatherContacts() {
     constexpr std::uint32_t kLeftOut = UINT32_MAX;
-    std::vector<std::uint32_t> coilOf;
-    std::vector<std::uint32_t> counts(mWork.size(), 0);
+    std::vector<std::uint32_t> coilOf;  // by contact number
+    coilOf.reserve(mFirstContact.back());
+    const std::size_t coils = mPlan.coils.size();
+    std::vector<std::uint32_t> counts(coils, 0);
     for (std::size_t d = 0; d < mDrawings.size(); ++d) {
       for (const ContactSymbol& contact : mDrawings[d].contacts) {
         const std::size_t coil = coilTakingPart(d, contact);
-        coilOf.push_back(coil < mWork.size() ? static_cast<std::uint32_t>(coil) : kLeftOut);
-        if (coil < mWork.size()) ++counts[coil];
+        coilOf.push_back(coil < coils ? static_cast<std::uint32_t>(coil) : kLeftOut);
+        if (coil < coils) ++counts[coil];
       }
     }
-    mFirstSource.assign(mWork.size() + 1, 0);
-    for (std::size_t i = 0; i < mWork.size(); ++i) mFirstSource[i + 1] = mFirstSource[i] + counts[i];
-    mSources.resize(mFirstSource.back());
-    std::vector<std::uint32_t>& place = counts;  // where the next contact of each coil goes
-    std::copy(mFirstSource.begin(), mFirstSource.end() - 1, place.begin());
-    std::size_t next = 0;
-    for (std::size_t d = 0; d < mDrawings.size(); ++d) {
-      for (std::size_t c = 0; c < mDrawings[d].contacts.size(); ++c) {
-        const std::uint32_t coil = coilOf[next++];
-        if (coil != kLeftOut) mSources[place[coil]++] = {static_cast<std::uint32_t>(d), static_cast<std::uint32_t>(c)};
-      }
+    std::vector<std::uint32_t>& place = counts;  // where the next contact of each coil goes in its batch
+    for (std::size_t b = 0; b < mBatches.size(); ++b) layOut(mBatches[b], place.data() + b * CoilBatch::kCoils);
+    for (ContactNumber contact = 0; contact < coilOf.size(); ++contact) {
+      const std::uint32_t coil = coilOf[contact];
+      if (coil != kLeftOut) mBatches[coil / CoilBatch::kCoils].sources[place[coil]++] = contact;
     }
+  }
+
+  // Makes room for the batch's contacts, given how many each of its coils
+  // has; turns those counts into the place of each coil's first contact.
+  static void layOut(CoilBatch& batch, std::uint32_t* counts) {
+    batch.firstSource.assign(batch.work.size() + 1, 0);
+    for (std::size_t i = 0; i < batch.work.size(); ++i) {
+      batch.firstSource[i + 1] = batch.firstSource[i] + counts[i];
+      counts[i] = batch.firstSource[i];
+    }
+    batch.sources.resize(batch.firstSource.back());
   }
 
   // The index of the contact's coil when the contact takes part; else its
@@ -427,15 +506,15 @@ class Planner {
       mPlan.problems.push_back({d, contact.handle, 0, message});
       return SIZE_MAX;
     };
-    const auto coil = mCoils.find(contact.coilTag);
-    if (coil == mCoils.end()) return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
-    planContactXref(d, contact, mPlan.coils[coil->second]);
+    const std::optional<std::uint32_t> coil = mCoils.find(contact.coilTag);
+    if (!coil) return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
+    planContactXref(d, contact, mPlan.coils[*coil]);
     if (!KnownKind(contact.kind)) {
       return problem("contact of coil " + Narrow(contact.coilTag) + " of unknown kind \"" + Narrow(contact.kind) +
                      "\" (block " + Narrow(contact.blockName) + ")");
     }
     if (contact.pins.empty()) return problem("contact of coil " + Narrow(contact.coilTag) + " without pins");
-    return coil->second;
+    return *coil;
   }
 
   // A contact's XREF attribute names the place of its coil, as the coil's
@@ -463,14 +542,11 @@ class Planner {
   const std::vector<DrawingComponents>& mDrawings;
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
   std::vector<int> mFirstSheet;
+  std::vector<ContactNumber> mFirstContact = FirstContacts(mDrawings);
   // The coils by tag (views into the drawings' records, which outlive the
-  // planner), as their index in mPlan.coils and mWork.
-  std::unordered_map<std::u16string_view, std::size_t> mCoils;
-  std::vector<CoilWork> mWork;  // beside mPlan.coils
-  // The contacts of coil i are mSources[mFirstSource[i]] up to mSources[mFirstSource[i + 1]];
-  // dropped once all coils are presented.
-  std::vector<ContactSource> mSources;
-  std::vector<std::uint32_t> mFirstSource;
+  // planner), as their index in mPlan.coils.
+  TagIndex mCoils;
+  std::vector<CoilBatch> mBatches;               // coil i is the (i % kCoils)th of batch i / kCoils
   std::vector<AttributeChange> mContactChanges;  // in project order; they follow the coils' changes
   unsigned mWorkers;
   UpdatePlan mPlan;

@@ -3,6 +3,7 @@
 // reported, and the exact edit of a drawing's text.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -152,6 +153,38 @@ TEST(ProjectUpdate, ACoilsOwnOptionsHoldForItAlone) {
     EXPECT_EQ(Value(result, 0xA1, u"XREF"), " 1.104") << workers;
     EXPECT_EQ(Value(result, 0xA2, u"XREF"), "<105>") << workers;
     EXPECT_EQ(Value(result, 0xA3, u"XREF"), " 1.106") << workers;
+  }
+}
+
+// Thousands of coils, planned a run at a time: each coil, on either side of
+// where one run ends and the next begins, shows its own contact, on one
+// worker and on two; coils without contacts change nothing.
+TEST(ProjectUpdate, EveryCoilOfALargeProjectShowsItsOwnContacts) {
+  constexpr int kCoils = 9000;
+  const int withContacts[] = {0, 4095, 4096, 4097, 8191, 8192, kCoils - 1};
+  std::vector<SnippetInsert> inserts;  // handles beyond those the snippet gives attributes
+  auto hex = [](int number) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%X", number);
+    return std::string(text);
+  };
+  for (int i : withContacts) {
+    inserts.push_back({hex(0x200000 + i),
+                       "HNO1",
+                       -1.5,
+                       {{"TAG2", "K" + std::to_string(i)}, {"REF", std::to_string(i)}, {"TERM01", "1"}}});
+  }
+  for (int i = 0; i < kCoils; ++i)
+    inserts.push_back({hex(0x100000 + i), "HCR1", -2.5, {{"TAG1", "K" + std::to_string(i)}, {"XREF", ""}}});
+  TempFolder folder;
+  folder.makeFile("S1.dxf", DxfSnippet("AC1009", "", inserts));
+  for (unsigned workers : {1u, 2u}) {
+    UpdateOptions options;
+    options.workers = workers;
+    const ProjectUpdateResult result = UpdateProject(DescribeFolder(folder.posix()), options);
+    EXPECT_TRUE(result.plan.problems.empty()) << workers;
+    EXPECT_EQ(result.plan.changes.size(), std::size(withContacts)) << workers;
+    for (int i : withContacts) EXPECT_EQ(Value(result, 0x100000 + i, u"XREF"), " 1." + std::to_string(i)) << workers;
   }
 }
 
