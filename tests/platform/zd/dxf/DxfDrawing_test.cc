@@ -454,16 +454,9 @@ std::vector<MalformedCase> malformedCases() {
       {"truncated in a section", fixtureText.substr(0, fixtureText.size() / 2), Zeda::eBadDxfFile},
       {"truncated in a record", replaced(kBase, "  0\nENDSEC\n  0\nEOF\n", ""), Zeda::eBadDxfFile,
        "41: ENDSEC of section ENTITIES expected"},
-      {"truncated after a group code", replaced(kBase, "  0\nEOF\n", "  0\n"), Zeda::eBadDxfFile,
-       "43: value of group 0 expected, the file ends"},
       {"missing EOF", replaced(kBase, "  0\nEOF\n", ""), Zeda::eBadDxfFile, "43: ends before EOF"},
       {"missing ENDSEC", replaced(kBase, "  0\nENDSEC\n  0\nEOF", "  0\nEOF"), Zeda::eBadDxfFile},
       {"bad group code", replaced(kBase, " 66\n", " 6x\n"), Zeda::eBadDxfFile, "21: group code expected"},
-      {"negative group code", replaced(kBase, " 66\n", " -3\n"), Zeda::eBadDxfFile,
-       "21: group code -3 is not a DXF group code"},
-      {"undefined group code", replaced(kBase, "1070\n5\n", "1070\n5\n 85\n1\n"), Zeda::eBadDxfFile,
-       "29: group code 85 is not a DXF group code"},
-      {"odd number of lines", replaced(kBase, "  8\nSYMS\n 66\n", "  8\n 66\n"), Zeda::eBadDxfFile},
       {"binary DXF", std::string("AutoCAD Binary DXF\r\n\x1a\0\0\0SECTION\0", 30), Zeda::eBadDxfFile},
       {"section without a name", replaced(kBase, "  2\nENTITIES\n", ""), Zeda::eBadDxfFile},
       {"version not a version", replaced(kBase, "AC1015", "R14"), Zeda::eBadDxfFile},
@@ -471,7 +464,6 @@ std::vector<MalformedCase> malformedCases() {
        "17: value of group 5 is not a handle"},
       {"attributes without SEQEND", replaced(kBase, "  0\nSEQEND\n", ""), Zeda::eBadDxfFile,
        "39: SEQEND after the attributes expected"},
-      {"INSERT without a block name", replaced(kBase, "  2\nCOIL\n", ""), Zeda::eBadDxfFile},
       {"no xdata code after 1001", replaced(kBase, "1070\n5\n", "1070\n5\n  1\nx\n"), Zeda::eBadDxfFile},
       {"16-bit xdata out of range", replaced(kBase, "1070\n5\n", "1070\n40000\n"), Zeda::eBadDxfFile},
       {"xdata point without y", replaced(kBase, "1070\n5\n", "1010\n1.0\n1030\n3.0\n"), Zeda::eBadDxfFile},
@@ -549,10 +541,7 @@ std::vector<AcceptedCase> acceptedCases() {
     lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(at), std::move(line));
     return lines;
   };
-  std::string crlf;
-  for (const char ch : kBase) crlf += ch == '\n' ? std::string("\r\n") : std::string(1, ch);
   return {
-      {"CRLF line ends", crlf, base},
       {"blanks around group codes", replaced(replaced(kBase, " 66\n", "\t66  \n"), "1070\n", "  1070\n"), base},
       {"unknown entity with xdata",
        replaced(kBase, "  0\nENDSEC\n  0\nEOF", "  0\nWIDGET\n  8\nX\n1001\nAPP\n1000\nv\n  0\nENDSEC\n  0\nEOF"),
@@ -562,8 +551,6 @@ std::vector<AcceptedCase> acceptedCases() {
                 "  0\nSECTION\n  2\nTHUMBNAILIMAGE\n 90\n1\n  0\nENDSEC\n"
                 "  0\nSECTION\n  2\nENTITIES"),
        base},
-      {"comments before the first section and inside records",
-       "999\nwritten by hand\n" + replaced(kBase, "  0\nATTRIB\n", "999\nattributes follow\n  0\nATTRIB\n"), base},
       {"attributes without 66", replaced(kBase, " 66\n1\n", ""), base},
       {"polyline vertices without 66",
        replaced(kBase, "  0\nENDSEC\n  0\nEOF",
