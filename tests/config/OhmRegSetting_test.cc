@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 
@@ -90,8 +89,7 @@ TEST_F(OhmRegSettingTest, AStoreThatIsNotADatabaseReadsAndWritesAsFalse) {
   win_testing::useRegistryStore(mStorePath);
   EXPECT_FALSE(OhmSetRegSetting(u"S", u"n", u"v"));
   EXPECT_EQ(Get(u"S", u"n"), u"<false>");
-  std::ifstream after(mStorePath);
-  EXPECT_TRUE(std::string(std::istreambuf_iterator<char>(after), {}) == garbage) << "the file is left alone";
+  EXPECT_TRUE(ReadFile(mStorePath) == garbage) << "the file is left alone";
 }
 
 TEST_F(OhmRegSettingTest, FourProcessesWritingUnderOneKeyAtOnceLoseNothing) {

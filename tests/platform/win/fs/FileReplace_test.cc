@@ -9,7 +9,6 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -20,18 +19,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string Read(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 TEST(FileReplace, NewBytesTakeTheOldModeAndNothingIsLeftBeside) {
   TempFolder folder;
   folder.makeFile("d.dxf", "old");
   ASSERT_EQ(::chmod(folder.posix("d.dxf").c_str(), 0640), 0);
   const std::string bytes("new\r\n\0bytes", 11);
   ASSERT_EQ(ReplaceFileContents(folder.posix("d.dxf"), bytes), 0);
-  EXPECT_EQ(Read(folder.posix("d.dxf")), bytes);
+  EXPECT_EQ(folder.read("d.dxf"), bytes);
   struct stat after {};
   ASSERT_EQ(::stat(folder.posix("d.dxf").c_str(), &after), 0);
   EXPECT_EQ(after.st_mode & 07777, 0640u);
@@ -63,7 +57,7 @@ TEST(FileReplace, AFailureLeavesTheFileAndNoCopy) {
   EXPECT_EQ(ReplaceFileContents(folder.posix("none/d.dxf"), "new"), ENOENT);
   folder.makeFile("d/x.dxf", "old");  // renaming a file over a folder fails after the copy is written
   EXPECT_NE(ReplaceFileContents(folder.posix("d"), "new"), 0);
-  EXPECT_EQ(Read(folder.posix("d/x.dxf")), "old");
+  EXPECT_EQ(folder.read("d/x.dxf"), "old");
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.posix()), fs::directory_iterator()), 1);
 }
 

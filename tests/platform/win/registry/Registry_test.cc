@@ -8,9 +8,7 @@
 #include <sqlite3.h>
 
 #include <cstring>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <tuple>
 #include <vector>
 
@@ -297,12 +295,13 @@ TEST_F(RegistryTest, AStoreThatIsNotOursFailsEveryCallAndIsLeftAlone) {
   };
   for (const auto& [label, content, status] : cases) {
     SCOPED_TRACE(label);
-    std::string path = mFolder.posix(std::string(label) + ".db");
-    if (content) mFolder.makeFile(std::string(label) + ".db", content);
+    std::string relative = std::string(label) + ".db";
+    if (content) mFolder.makeFile(relative, content);
     if (std::string(label) == "folder is a file") {
       mFolder.makeFile("plain", "x");
-      path = mFolder.posix("plain/registry.db");
+      relative = "plain/registry.db";
     }
+    const std::string path = mFolder.posix(relative);
     if (std::string(label) == "foreign schema") {
       sqlite3* db = nullptr;
       ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
@@ -310,8 +309,7 @@ TEST_F(RegistryTest, AStoreThatIsNotOursFailsEveryCallAndIsLeftAlone) {
                 SQLITE_OK);
       sqlite3_close(db);
     }
-    std::ifstream before(path, std::ios::binary);
-    const std::string bytes((std::istreambuf_iterator<char>(before)), {});
+    const std::string bytes = mFolder.read(relative);
     win_testing::useRegistryStore(path);
     HKEY key = reinterpret_cast<HKEY>(1);
     DWORD size = 0;
@@ -320,8 +318,7 @@ TEST_F(RegistryTest, AStoreThatIsNotOursFailsEveryCallAndIsLeftAlone) {
     EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"K", 0, KEY_READ, &key), status);
     EXPECT_EQ(SetText(HKEY_CURRENT_USER, u"v", u"x"), status);
     EXPECT_EQ(RegQueryValueExW(HKEY_CURRENT_USER, u"v", nullptr, nullptr, nullptr, &size), status);
-    std::ifstream after(path, std::ios::binary);
-    EXPECT_TRUE(std::string((std::istreambuf_iterator<char>(after)), {}) == bytes) << "the file is untouched";
+    EXPECT_TRUE(mFolder.read(relative) == bytes) << "the file is untouched";
   }
 }
 

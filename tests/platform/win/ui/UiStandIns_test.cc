@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
-#include <fstream>
 #include <optional>
 #include <thread>
 #include <tuple>
@@ -86,8 +85,7 @@ TEST(WfsOpen, OpensThroughTheDriveTableAndFailsLikeTheRuntime) {
   ASSERT_NE(file, nullptr);
   EXPECT_EQ(std::fwrite("\n", 1, 1, file), 1u);
   std::fclose(file);
-  std::ifstream in(temp.posix("a.bin"), std::ios::binary);
-  EXPECT_EQ(in.get(), '\n');  // binary: no text translation
+  EXPECT_EQ(temp.read("a.bin"), "\n");  // binary: no text translation
   errno = 0;
   EXPECT_EQ(_wfsopen(u"Q:\\nowhere\\a.bin", u"wb", _SH_DENYNO), nullptr);
   EXPECT_EQ(errno, ENOENT);
@@ -189,8 +187,7 @@ TEST(TerminalUiSink, HandsTheTargetToXdgOpenOrSaysWhyNot) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (!temp.exists("opened") && std::chrono::steady_clock::now() < deadline)
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    std::ifstream opened(temp.posix("opened"));
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(opened), {}), "http://x.example/\xc3\xa9");
+    EXPECT_EQ(temp.read("opened"), "http://x.example/\xc3\xa9");
     const HINSTANCE unknown = ShellExecuteW(nullptr, u"print", u"x.txt", nullptr, nullptr, SW_SHOWNORMAL);
     EXPECT_EQ(reinterpret_cast<INT_PTR>(unknown), SE_ERR_NOASSOC);
   }

@@ -454,16 +454,9 @@ std::vector<MalformedCase> malformedCases() {
       {"truncated in a section", fixtureText.substr(0, fixtureText.size() / 2), Zeda::eBadDxfFile},
       {"truncated in a record", replaced(kBase, "  0\nENDSEC\n  0\nEOF\n", ""), Zeda::eBadDxfFile,
        "41: ENDSEC of section ENTITIES expected"},
-      {"truncated after a group code", replaced(kBase, "  0\nEOF\n", "  0\n"), Zeda::eBadDxfFile,
-       "43: value of group 0 expected, the file ends"},
       {"missing EOF", replaced(kBase, "  0\nEOF\n", ""), Zeda::eBadDxfFile, "43: ends before EOF"},
       {"missing ENDSEC", replaced(kBase, "  0\nENDSEC\n  0\nEOF", "  0\nEOF"), Zeda::eBadDxfFile},
       {"bad group code", replaced(kBase, " 66\n", " 6x\n"), Zeda::eBadDxfFile, "21: group code expected"},
-      {"negative group code", replaced(kBase, " 66\n", " -3\n"), Zeda::eBadDxfFile,
-       "21: group code -3 is not a DXF group code"},
-      {"undefined group code", replaced(kBase, "1070\n5\n", "1070\n5\n 85\n1\n"), Zeda::eBadDxfFile,
-       "29: group code 85 is not a DXF group code"},
-      {"odd number of lines", replaced(kBase, "  8\nSYMS\n 66\n", "  8\n 66\n"), Zeda::eBadDxfFile},
       {"binary DXF", std::string("AutoCAD Binary DXF\r\n\x1a\0\0\0SECTION\0", 30), Zeda::eBadDxfFile},
       {"section without a name", replaced(kBase, "  2\nENTITIES\n", ""), Zeda::eBadDxfFile},
       {"version not a version", replaced(kBase, "AC1015", "R14"), Zeda::eBadDxfFile},
@@ -471,7 +464,6 @@ std::vector<MalformedCase> malformedCases() {
        "17: value of group 5 is not a handle"},
       {"attributes without SEQEND", replaced(kBase, "  0\nSEQEND\n", ""), Zeda::eBadDxfFile,
        "39: SEQEND after the attributes expected"},
-      {"INSERT without a block name", replaced(kBase, "  2\nCOIL\n", ""), Zeda::eBadDxfFile},
       {"no xdata code after 1001", replaced(kBase, "1070\n5\n", "1070\n5\n  1\nx\n"), Zeda::eBadDxfFile},
       {"16-bit xdata out of range", replaced(kBase, "1070\n5\n", "1070\n40000\n"), Zeda::eBadDxfFile},
       {"xdata point without y", replaced(kBase, "1070\n5\n", "1010\n1.0\n1030\n3.0\n"), Zeda::eBadDxfFile},
@@ -549,26 +541,16 @@ std::vector<AcceptedCase> acceptedCases() {
     lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(at), std::move(line));
     return lines;
   };
-  std::string crlf;
-  for (const char ch : kBase) crlf += ch == '\n' ? std::string("\r\n") : std::string(1, ch);
   return {
-      {"the base", kBase, base},
-      {"CRLF line ends", crlf, base},
       {"blanks around group codes", replaced(replaced(kBase, " 66\n", "\t66  \n"), "1070\n", "  1070\n"), base},
       {"unknown entity with xdata",
        replaced(kBase, "  0\nENDSEC\n  0\nEOF", "  0\nWIDGET\n  8\nX\n1001\nAPP\n1000\nv\n  0\nENDSEC\n  0\nEOF"),
        with(base, 4, "  ZdDbWidget layer=X 1001:APP 1000:v")},
-      {"polyline with vertices",
-       replaced(kBase, "  0\nENDSEC\n  0\nEOF",
-                "  0\nPOLYLINE\n 66\n1\n  8\nP\n  0\nVERTEX\n  0\nVERTEX\n  0\nSEQEND\n  0\nENDSEC\n  0\nEOF"),
-       with(base, 4, "  ZdDb2dPolyline layer=P")},
       {"unknown section skipped",
        replaced(kBase, "  0\nSECTION\n  2\nENTITIES",
                 "  0\nSECTION\n  2\nTHUMBNAILIMAGE\n 90\n1\n  0\nENDSEC\n"
                 "  0\nSECTION\n  2\nENTITIES"),
        base},
-      {"comments before the first section and inside records",
-       "999\nwritten by hand\n" + replaced(kBase, "  0\nATTRIB\n", "999\nattributes follow\n  0\nATTRIB\n"), base},
       {"attributes without 66", replaced(kBase, " 66\n1\n", ""), base},
       {"polyline vertices without 66",
        replaced(kBase, "  0\nENDSEC\n  0\nEOF",
@@ -728,27 +710,25 @@ INSTANTIATE_TEST_SUITE_P(Cases, DxfDrawingCaseTest, ::testing::ValuesIn(drawingC
 // allocation then failing in turn gives no xdata, until a call that can
 // allocate gives all of it; nothing is left behind with the database.
 TEST(DxfDrawingTest, AllocationFailuresLeaveNothingBehind) {
-  {
-    ZdDbDatabase db;
-    zd_testing::failValueAllocationAfter(0);
-    const Zeda::ErrorStatus read = readFixture("ac1015_ansi.dxf", db);
+  ZdDbDatabase db;
+  zd_testing::failValueAllocationAfter(0);
+  const Zeda::ErrorStatus read = readFixture("ac1015_ansi.dxf", db);
+  zd_testing::failValueAllocationAfter(-1);
+  ASSERT_EQ(read, Zeda::eOk);
+  const ZdDbObject* reference = db.objectAt(db.getObjectId(ZdDbHandle(0x100)));
+  ASSERT_NE(reference, nullptr);
+  int failures = 0;
+  ZdValueNode* chain = nullptr;
+  for (long okCalls = 0; okCalls < 200 && !chain; ++okCalls, ++failures) {
+    zd_testing::failValueAllocationAfter(okCalls);
+    chain = reference->xData();
     zd_testing::failValueAllocationAfter(-1);
-    ASSERT_EQ(read, Zeda::eOk);
-    const ZdDbObject* reference = db.objectAt(db.getObjectId(ZdDbHandle(0x100)));
-    ASSERT_NE(reference, nullptr);
-    int failures = 0;
-    ZdValueNode* chain = nullptr;
-    for (long okCalls = 0; okCalls < 200 && !chain; ++okCalls, ++failures) {
-      zd_testing::failValueAllocationAfter(okCalls);
-      chain = reference->xData();
-      zd_testing::failValueAllocationAfter(-1);
-    }
-    EXPECT_GT(failures, 10);
-    EXPECT_EQ(xdataText(chain),
-              " 1001:KVA_WD_FP 1002:{ 1000:1 1002:} 1001:KVA_WD_XREF_COIL 1002:{ 1000:X 1070:5 1071:70000 1040:2.5 "
-              "1010:1,2,3 1002:}");
-    zdutRelRb(chain);
   }
+  EXPECT_GT(failures, 10);
+  EXPECT_EQ(xdataText(chain),
+            " 1001:KVA_WD_FP 1002:{ 1000:1 1002:} 1001:KVA_WD_XREF_COIL 1002:{ 1000:X 1070:5 1071:70000 1040:2.5 "
+            "1010:1,2,3 1002:}");
+  zdutRelRb(chain);
 }
 
 // The classes of types that DXF defines are the process's; those of other
