@@ -1,6 +1,5 @@
 #include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -112,29 +111,29 @@ bool sameLongPath(const char16_t* x, const char16_t* y, std::size_t size) noexce
   return _mm256_testz_si256(unequal, unequal);
 }
 
+// Sets in `unequal` the lanes where the blocks at `x` and `y` differ after a-z -> A-Z.
+[[gnu::target("avx512bw"), gnu::always_inline]] inline void orUnequalLanes512(const char16_t* x, const char16_t* y,
+                                                                            __m512i& unequal) noexcept {
+  const __m512i a = _mm512_loadu_si512(x);
+  const __m512i diff = _mm512_xor_si512(a, _mm512_loadu_si512(y));
+  // Where the unit is a letter, the two may differ in 0x20 alone.
+  const __mmask32 letter = _mm512_cmple_epu16_mask(
+      _mm512_sub_epi16(_mm512_or_si512(a, _mm512_set1_epi16(0x20)), _mm512_set1_epi16(u'a')), _mm512_set1_epi16(25));
+  unequal =
+      _mm512_or_si512(unequal, _mm512_mask_mov_epi16(diff, letter, _mm512_and_si512(diff, _mm512_set1_epi16(~0x20))));
+}
+
 // A block holds 32 units, so a path of 60 units takes two, the last one
 // overlapping the one before it, as with the narrower blocks: plain loads.
-// (Masked loads, which avoid the overlap, made the whole text of a 60-unit
-// path a tenth slower: each block's mask must be worked out before its loads
-// can start.) The paths are usually equal but for case, so every block
-// is compared before the one test of the result.
+// (Masked loads, which avoid the overlap, were slower: each block's mask
+// must be worked out before its loads can start.) The paths are usually
+// equal but for case, so every block is compared before the one test of the
+// result.
 [[gnu::target("avx512bw")]] bool sameLongPathAvx512(const char16_t* x, const char16_t* y, std::size_t size) noexcept {
   if (size < 32) return sameLongPathAvx2(x, y, size);
-  const __m512i caseBit = _mm512_set1_epi16(0x20);
-  const __m512i otherBits = _mm512_set1_epi16(~0x20);
-  const __m512i lowerA = _mm512_set1_epi16(u'a');
-  const __m512i lastLetter = _mm512_set1_epi16(25);
   __m512i unequal = _mm512_setzero_si512();
-  for (std::size_t next = 0;; next += 32) {
-    const std::size_t at = std::min(next, size - 32);
-    const __m512i a = _mm512_loadu_si512(x + at);
-    const __m512i b = _mm512_loadu_si512(y + at);
-    const __m512i diff = _mm512_xor_si512(a, b);
-    // Where the unit is a letter, the two may differ in 0x20 alone.
-    const __mmask32 letter = _mm512_cmple_epu16_mask(_mm512_sub_epi16(_mm512_or_si512(a, caseBit), lowerA), lastLetter);
-    unequal = _mm512_or_si512(unequal, _mm512_mask_mov_epi16(diff, letter, _mm512_and_si512(diff, otherBits)));
-    if (at == size - 32) break;
-  }
+  orUnequalLanes512(x + size - 32, y + size - 32, unequal);
+  for (std::size_t at = 0; at + 32 < size; at += 32) orUnequalLanes512(x + at, y + at, unequal);
   return _mm512_test_epi16_mask(unequal, unequal) == 0;
 }
 
