@@ -164,12 +164,11 @@ class CoilPresenter {
   void present(CoilWork& work, CoilPlan& plan, std::span<const ContactNumber> sources) {
     plan.contacts.reserve(sources.size());
     while (mRecords.size() < sources.size()) mRecords.emplace_back();
-    fetchAhead(sources);
+    locate(sources);
     for (std::size_t i = 0; i < sources.size(); ++i) {
-      const std::size_t d = drawingOf(sources[i]);
-      const ContactSymbol& contact = *contactOf(sources[i]);
-      plan.contacts.push_back(PlaceOf(contact, d, mFirstSheets[d]));
-      mRecords[i].fill(plan.contacts.back(), contact, mDrawings[d]);
+      const auto [d, contact] = mLocated[i];
+      plan.contacts.push_back(PlaceOf(*contact, d, mFirstSheets[d]));
+      mRecords[i].fill(plan.contacts.back(), *contact, mDrawings[d]);
     }
     try {
       presentGuarded(work, plan);
@@ -179,20 +178,26 @@ class CoilPresenter {
   }
 
  private:
-  // Asks for the records of the coil's contacts, then for their pins, each
-  // all at once: they lie anywhere in the project's records, and fetching
-  // them one by one, as they are used, would wait for each in turn.
-  void fetchAhead(std::span<const ContactNumber> sources) const {
+  // A contact of the coil being presented: its drawing and its record.
+  struct Located {
+    std::size_t drawing;
+    const ContactSymbol* contact;
+  };
+
+  // Finds the drawing and record of each of the coil's contacts, once, into
+  // mLocated; and asks for their records, then their pins, each all at once:
+  // they lie anywhere in the project's records, and fetching them one by
+  // one, as they are used, would wait for each in turn.
+  void locate(std::span<const ContactNumber> sources) {
+    mLocated.clear();
     for (const ContactNumber source : sources) {
-      const auto* record = reinterpret_cast<const char*>(contactOf(source));
+      const std::size_t d = drawingOf(source);
+      const ContactSymbol* contact = mDrawings[d].contacts.data() + (source - mFirstContacts[d]);
+      mLocated.push_back({d, contact});
+      const auto* record = reinterpret_cast<const char*>(contact);
       for (std::size_t line = 0; line < sizeof(ContactSymbol); line += 64) __builtin_prefetch(record + line);
     }
-    for (const ContactNumber source : sources) __builtin_prefetch(contactOf(source)->pins.data());
-  }
-
-  const ContactSymbol* contactOf(ContactNumber contact) const {
-    const std::size_t d = drawingOf(contact);
-    return mDrawings[d].contacts.data() + (contact - mFirstContacts[d]);
+    for (const Located& located : mLocated) __builtin_prefetch(located.contact->pins.data());
   }
 
   // The drawing of a contact: the last whose first contact is not beyond it (drawings without contacts share theirs).
@@ -305,6 +310,7 @@ class CoilPresenter {
   std::unique_ptr<OhmUtXrefEntity> mPlain;  // null when such coils ask for none
   bool mPlainMade = false;
   std::deque<ContactRecord> mRecords;  // the first ones hold the coil's contacts; a deque: records stay put
+  std::vector<Located> mLocated;       // the coil's contacts, in the order of its sources
   std::u16string mJoined, mText;
   std::unique_ptr<ZdDbDatabase> mScratch;
   std::unique_ptr<ZdDbDrawingBuilder> mBuilder;
@@ -380,19 +386,15 @@ class Planner {
   // The coils' presentations, batch after batch, each batch dropped once presented.
   void presentCoils() {
     std::size_t room = 0;
-    for (const CoilBatch& batch : mBatches) {
-      for (const CoilWork& work : batch.work) room += XrefAttributeCount(*work.coil);
-    }
-    // Reserved at once: the places handed out stay put, and the contacts' changes fit after.
-    mPlan.changes.reserve(room + mContactChanges.size());
-    mPlan.changes.resize(room);
-    room = 0;
     for (CoilBatch& batch : mBatches) {
       for (CoilWork& work : batch.work) {
         work.firstChange = static_cast<std::uint32_t>(room);
         room += XrefAttributeCount(*work.coil);
       }
     }
+    // Reserved at once, so that the contacts' changes fit after the coils' places.
+    mPlan.changes.reserve(room + mContactChanges.size());
+    mPlan.changes.resize(room);
     std::size_t kept = 0;
     for (std::size_t b = 0; b < mBatches.size(); ++b) {
       presentBatch(mBatches[b], b * CoilBatch::kCoils);
