@@ -39,7 +39,9 @@ TEST(GenerateProgramDir, LoadedModuleGivesItsFolderAndOtherNamesTheProgramsFolde
 // system's text.
 TEST(LoadResDll, MissingLibraryShowsOneStopBoxAndGivesNull) {
   win_testing::RecordingUiSink ui;
-  EXPECT_EQ(LoadResDll(u"OhmUtils.dll", u"NoSuchRes.dll"), nullptr);
+  const HINSTANCE none = LoadResDll(u"OhmUtils.dll", u"NoSuchRes.dll");
+  EXPECT_EQ(none, nullptr);
+  UnloadResDll(none);  // nothing to give back
   ASSERT_EQ(ui.boxes().size(), 1u);
   EXPECT_EQ(ui.boxes()[0].caption, u"Load Error");
   EXPECT_EQ(ui.boxes()[0].text, u"Error loading NoSuchRes.dll.\nThe specified module could not be found.\r\n");
