@@ -84,13 +84,11 @@ TEST_F(TaskDialogs, EachShowsItsDefinitionAndOpensThePageOnlyForDetailsAndALinkI
     ASSERT_EQ(ui.taskDialogs().size(), 1u);
     const UiTaskDialog& shown = ui.taskDialogs().back();
     EXPECT_EQ(shown.id, dialog.id);
-    EXPECT_EQ(zd_testing::lastTaskDialogLoad().file, u"/OhmTaskDialogsRes;component/TaskDialogs.xaml");
     ASSERT_EQ(shown.buttons.size(), 2u);
     EXPECT_EQ(shown.buttons[0].id, kDetails);
     EXPECT_EQ(shown.buttons[0].caption, u"Show Details");  // string 139, its blanks trimmed
     ASSERT_EQ(shown.links.size(), 1u);                     // hyperlinks are enabled
     EXPECT_EQ(shown.links[0].target, dialog.linkTarget);
-    EXPECT_EQ(shown.content.find(u"<a "), std::u16string::npos);
     EXPECT_EQ(ui.actionsLeft(), 1u);
     EXPECT_EQ(Notifications(), (std::vector<N>{N{TDN_BUTTON_CLICKED, kDetails, u"", true},
                                                N{TDN_HYPERLINK_CLICKED, 0, dialog.linkTarget, false},
