@@ -101,8 +101,6 @@ TEST_F(LispBridge, RequestsAreBuiltNodeByNode) {
   Availability({u"C:\\d\\a.dwg", u"b.dwg"}, true, false, true);
   expectSent("availability 1 0 1", u" wdupda_chkdwglockstatus_internal",
              {LB, S(u"C:\\d\\a.dwg"), S(u"b.dwg"), LE, Short(1), NIL, T, NIL});
-  Availability({}, false, true, false);
-  expectSent("availability of none 0 1 0", u" wdupda_chkdwglockstatus_internal", {LB, LE, Short(0), T, NIL, NIL});
   LockCheck({u"a.dwg", u"b.dwg"}, true, true, true);
   expectSent("lock check 1 1", kLockCheck, {LB, S(u"a.dwg"), S(u"b.dwg"), LE, Short(1), NIL, T, NIL});
   LockCheck({u"a.dwg"}, false, false, false);
