@@ -88,8 +88,7 @@ TEST_F(DrawingLocks, TwoProcessesContendingLockEachDrawingOnceAndReleaseAll) {
   const Files drawings = Drawings(40);
   Child first(OHM_LOCK_CONTENDER, Utf8(drawings)), second(OHM_LOCK_CONTENDER, Utf8(drawings));
   ASSERT_TRUE(first.started() && second.started());
-  first.send("go");
-  second.send("go");
+  for (Child* side : {&first, &second}) side->send("go");
   const std::vector<std::string> gotFirst = first.readUntil("done");
   const std::vector<std::string> gotSecond = second.readUntil("done");
 
@@ -103,14 +102,12 @@ TEST_F(DrawingLocks, TwoProcessesContendingLockEachDrawingOnceAndReleaseAll) {
   for (const std::u16string& drawing : drawings) EXPECT_EQ(State(drawing), ZdDwgLockState::HeldElsewhere);
   EXPECT_EQ(LockCheck(drawings, true, false, true), (Outcome{false, {}}));
 
-  first.send("release");
-  second.send("release");
-  EXPECT_EQ(first.readLine(), "released 1");
-  EXPECT_EQ(second.readLine(), "released 1");
-  first.send("quit");
-  second.send("quit");
-  EXPECT_EQ(first.wait(), 0);
-  EXPECT_EQ(second.wait(), 0);
+  for (Child* side : {&first, &second}) {
+    side->send("release");
+    EXPECT_EQ(side->readLine(), "released 1");
+    side->send("quit");
+    EXPECT_EQ(side->wait(), 0);
+  }
   for (const std::u16string& drawing : drawings) EXPECT_EQ(State(drawing), ZdDwgLockState::Free);
 }
 

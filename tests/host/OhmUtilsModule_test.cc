@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "mfc/AfxExtensionModule_testing.h"
+#include "ohmutils/host/OhmResDll.h"
 #include "support/ChildProcess.h"
 #include "support/u16.h"
 #include "win/LastError.h"
@@ -100,48 +101,38 @@ TEST_F(ModuleLoad, ThreadNotificationsChangeNothing) {
   EXPECT_EQ(zd_testing::lispCallCount(), 0);
 }
 
-// --- where the resource library comes from, in a host of its own -------------------
+// --- where the resource library comes from -------------------------------------------
 
-struct PlacementCase {
-  const char* label;
-  bool besideModule;
-  bool onSearchPath;
-  const char* expectedFolder;  // "module", "search" or null for a failed load
-};
-
-class ResourcePlacement : public ::testing::TestWithParam<PlacementCase> {};
-
-TEST_P(ResourcePlacement, FoundBesideTheModuleBeforeTheSearchPath) {
-  const PlacementCase& c = GetParam();
-  TempFolder moduleFolder, searchFolder;
-  fs::copy_file(kLibraryDir / "libOhmUtils.so", moduleFolder.posix("libOhmUtils.so"));
-  if (c.besideModule) fs::copy_file(kLibraryDir / "libOhmUtilsRes.so", moduleFolder.posix("libOhmUtilsRes.so"));
-  if (c.onSearchPath) fs::copy_file(kLibraryDir / "libOhmUtilsRes.so", searchFolder.posix("libOhmUtilsRes.so"));
-
-  Child host(OHM_MODULE_HOST, {moduleFolder.posix("libOhmUtils.so")}, {"LD_LIBRARY_PATH=" + searchFolder.posix()});
-  ASSERT_TRUE(host.started());
-  const std::string all = host.readAll();
-  const int exitCode = host.wait();
-  SCOPED_TRACE(all);
-
-  if (!c.expectedFolder) {
-    EXPECT_EQ(exitCode, 3);
-    EXPECT_NE(all.find("[Load Error] Error loading OhmUtilsRes.dll.\nThe specified module could not be found."),
-              std::string::npos);
-    EXPECT_NE(all.find("load failed " + std::to_string(ERROR_DLL_INIT_FAILED)), std::string::npos);
-    return;
+// Beside the module first, then the search path: the copy on the search
+// path is taken only for a module (not loaded) whose folder lacks it.
+TEST(ResourcePlacement, BesideTheModuleBeforeTheSearchPath) {
+  TempFolder searchFolder;
+  fs::copy_file(kLibraryDir / "libOhmAuditRes.so", searchFolder.posix("libOhmAuditRes.so"));
+  ASSERT_TRUE(SetDllDirectoryW(searchFolder.windows().c_str()));
+  for (const auto& [module, folder] :
+       {std::pair{u"OhmUtils.dll", kLibraryDir.string()}, std::pair{u"NotLoadedHere.dll", searchFolder.posix()}}) {
+    SCOPED_TRACE(folder);
+    const HINSTANCE library = LoadResDll(module, u"OhmAuditRes.dll");
+    ASSERT_NE(library, nullptr);
+    EXPECT_EQ(win_testing::loadedLibraryPaths().back(), folder + "/libOhmAuditRes.so");
+    UnloadResDll(library);
   }
-  EXPECT_EQ(exitCode, 0);
-  const TempFolder& folder = std::string(c.expectedFolder) == "module" ? moduleFolder : searchFolder;
-  EXPECT_NE(all.find("loaded " + folder.posix("libOhmUtilsRes.so") + "\n"), std::string::npos);
-  EXPECT_NE(all.find("unloaded 0"), std::string::npos);
-  EXPECT_EQ(all.find("Load Error"), std::string::npos);
+  SetDllDirectoryW(nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(Placements, ResourcePlacement,
-                         ::testing::Values(PlacementCase{"both", true, true, "module"},
-                                           PlacementCase{"search_path_only", false, true, "search"},
-                                           PlacementCase{"nowhere", false, false, nullptr}),
-                         [](const auto& placement) { return std::string(placement.param.label); });
+// In a host of its own, a module whose resource library is neither beside
+// it nor on the search path fails to load after one stop box.
+TEST(ResourcePlacement, NowhereFailsTheLoadAfterOneStopBox) {
+  TempFolder moduleFolder;
+  fs::copy_file(kLibraryDir / "libOhmUtils.so", moduleFolder.posix("libOhmUtils.so"));
+  Child host(OHM_MODULE_HOST, {moduleFolder.posix("libOhmUtils.so")}, {"LD_LIBRARY_PATH=" + moduleFolder.posix()});
+  ASSERT_TRUE(host.started());
+  const std::string all = host.readAll();
+  EXPECT_EQ(host.wait(), 3) << all;
+  EXPECT_NE(all.find("[Load Error] Error loading OhmUtilsRes.dll.\nThe specified module could not be found."),
+            std::string::npos)
+      << all;
+  EXPECT_NE(all.find("load failed " + std::to_string(ERROR_DLL_INIT_FAILED)), std::string::npos) << all;
+}
 
 }  // namespace
