@@ -40,12 +40,9 @@ TEST_F(OhmUtXrefEntityFactoryTest, StyleFromXDataThenOption60) {
   const std::tuple<std::optional<std::u16string>, std::optional<std::u16string>, std::optional<OhmUtXrefEntity::Style>>
       cases[] = {
           {u"1", u"2", OhmUtXrefEntity::StyleGraphic},
-          {u"2", std::nullopt, OhmUtXrefEntity::StyleTable},
           {u"0", u"1", OhmUtXrefEntity::StyleText},
           {u"", u"2", OhmUtXrefEntity::StyleTable},
-          {std::nullopt, u"1", OhmUtXrefEntity::StyleGraphic},
           {u"7", u"0", std::nullopt},  // a non-empty value stands, option 60 is not asked
-          {u"", std::nullopt, std::nullopt},
           {std::nullopt, u"", std::nullopt},
       };
   for (const auto& [xdata, setting, style] : cases) {
@@ -95,10 +92,6 @@ TEST_F(OhmUtXrefEntityFactoryTest, TextEntityWhateverTheStyleSays) {
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(text->getStyle(), OhmUtXrefEntity::StyleText);
   EXPECT_EQ(option60(settings), u"2");
-  OhmNoRxUtilsSettingOverride empty;
-  std::unique_ptr<OhmUtXrefTextEntity> plain(OhmUtXrefEntityFactory::getXrefTextEntity(coil(u"x"), empty));
-  EXPECT_NE(plain, nullptr);
-  EXPECT_EQ(option60(empty), u"(absent)");
 }
 
 TEST_F(OhmUtXrefEntityFactoryTest, PinListReachesGraphicAndTableObjects) {
@@ -111,19 +104,6 @@ TEST_F(OhmUtXrefEntityFactoryTest, PinListReachesGraphicAndTableObjects) {
     EXPECT_TRUE(dynamic_cast<OhmUtXrefGraphicEntity&>(*with).isPartialFormCContact(partial));
     EXPECT_FALSE(dynamic_cast<OhmUtXrefGraphicEntity&>(*without).isPartialFormCContact(partial));
   }
-}
-
-TEST_F(OhmUtXrefEntityFactoryTest, ObjectsOverOneOptionSetSeeTheLastEntitysOptions) {
-  ZdDbBlockReference* a = coil(u"0");
-  ZdDbBlockReference* b = coil(u"0");
-  ZdDbDrawingBuilder::setOptionXData(*a, u"KVA_WD_XREF_TXTBTWN", u";");
-  ZdDbDrawingBuilder::setOptionXData(*b, u"KVA_WD_XREF_TXTBTWN", u"/");
-  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_TXTBTWN, u","}});
-  std::unique_ptr<OhmUtXrefTextEntity> first(OhmUtXrefEntityFactory::getXrefTextEntity(a, settings));
-  EXPECT_EQ(first->getSeparator(), u";");
-  std::unique_ptr<OhmUtXrefTextEntity> second(OhmUtXrefEntityFactory::getXrefTextEntity(b, settings));
-  EXPECT_EQ(first->getSeparator(), u"/");
-  EXPECT_EQ(second->getSeparator(), u"/");
 }
 
 }  // namespace

@@ -10,11 +10,11 @@
 #include "support/u16.h"
 #include "zd/db/ZdDbDrawingBuilder.h"
 
-// Reaches the private column look-ups. (The cell values are checked through
-// the public row matching, here and against the plain rules on random rows.)
+// Reaches the private list of column names. (The cell values are checked
+// through the public row matching, here and against the plain rules on random
+// rows.)
 struct OhmUtXrefTableEntityTestAccess {
   using Entity = OhmUtXrefTableEntity;
-  static Entity::ColumnId columnId(const Entity& e, std::int32_t index) { return e.getColumnId(index); }
   static std::vector<std::u16string> names(const Entity& e) {
     std::vector<std::u16string> names{u"old"};
     e.getAllTableColumnNames(names);
@@ -29,7 +29,6 @@ using Map = OhmNoRxUtilsSettingOverride::SettingMap;
 using Table = OhmUtXrefTableEntity;
 using xref_test::Contact;
 using xref_test::k13_14;
-using xref_test::kFormC;
 using xref_test::Pins;
 
 // The reference of every contact is 3-12; option 71 absent when nullopt.
@@ -52,12 +51,10 @@ TEST(OhmUtXrefTableEntity, VisibleColumnsFollowOption71) {
   const std::pair<std::optional<std::u16string>, std::map<Table::ColumnId, std::int32_t>> cases[] = {
       {u"1,2,3,5",
        {{Table::ColumnTerm1, 0}, {Table::ColumnSymbol, 1}, {Table::ColumnTerm2, 2}, {Table::ColumnReference, 3}}},
-      {u"1,12,3", {{Table::ColumnTerm1, 0}, {Table::ColumnTerm2, 2}}},
       {u"1,1", {{Table::ColumnTerm1, 1}}},
       {u"0,4", {{Table::ColumnAux1, 0}, {Table::ColumnAux2, 1}}},
       {u"-1,10,9,8,7,6",
        {{Table::ColumnDwgPath, 2}, {Table::ColumnDwgName, 3}, {Table::ColumnSheetDwgName, 4}, {Table::ColumnSheet, 5}}},
-      {u" 5", {{Table::ColumnReference, 0}}},
       {u"", {}},
       {std::nullopt, {}},
   };
@@ -72,24 +69,12 @@ TEST(OhmUtXrefTableEntity, VisibleColumnsFollowOption71) {
   }
 }
 
-TEST(OhmUtXrefTableEntity, ExtremeIndicesAndColumnNames) {
-  OhmNoRxUtilsSettingOverride settings;
-  Table entity(settings, u"");
-  for (const std::int32_t other : {INT32_MIN, INT32_MAX}) EXPECT_EQ(Access::columnId(entity, other), Table::ColumnNone);
-  EXPECT_EQ(Access::names(entity), std::vector<std::u16string>{});
-  settings.setSettingMap({{OhmCfgSetting::WD_XREF_TBLFLDNAMS, u"A,,B"}});
-  EXPECT_EQ(Access::names(entity), (std::vector<std::u16string>{u"A", u"", u"B"}));
-}
-
 TEST(OhmUtXrefTableEntity, BadOption71ThrowsOnceAndLeavesNoColumnVisible) {
-  for (const auto& [option, failure] : {std::pair{u"1,x", "invalid"}, std::pair{u"1,99999999999", "out of range"}}) {
-    SCOPED_TRACE(failure);
-    OhmNoRxUtilsSettingOverride settings(Settings(option));
-    Table entity(settings, u"");
-    EXPECT_EQ(StoiFailure([&] { entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {u"13"}); }), failure);
-    EXPECT_EQ(entity.getVisibleColumnIndex(Table::ColumnTerm1), -1);
-    EXPECT_TRUE(entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {}));
-  }
+  OhmNoRxUtilsSettingOverride settings(Settings(u"1,x"));
+  Table entity(settings, u"");
+  EXPECT_EQ(StoiFailure([&] { entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {u"13"}); }), "invalid");
+  EXPECT_EQ(entity.getVisibleColumnIndex(Table::ColumnTerm1), -1);
+  EXPECT_TRUE(entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {}));
 }
 
 TEST(OhmUtXrefTableEntity, VisibleColumnsAreFixedAtFirstUseAndCopied) {
@@ -132,35 +117,16 @@ TEST_P(TableRow, MatchesCellByCell) {
   EXPECT_EQ(entity.isCompOccMatchingRow(Contact(c.contact, c.pins), c.row), c.matches);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    WorkedExamples, TableRow,
-    ::testing::Values(RowCase{u"1,2,3,5", u"0", u"NO", k13_14, u"", {u"13", u"-o-", u"14", u"3-12"}, true},
-                      RowCase{u"1,2,3,5", u"0", u"NO", k13_14, u"", {u"13", u"-o-", u"14"}, false},
-                      RowCase{u"1,2,3,5", u"0", u"NONC", kFormC, u"", {u"14", u"-n-", u"11", u"3-12"}, true},
-                      RowCase{u"1,2,3,5", u"0", u"NONC", kFormC, u"", {u"12", u"-w-", u"11", u"3-12"}, true},
-                      RowCase{u"1,2,3,5", u"0", u"NONC", kFormC, u"", {u"14", u"-w-", u"11", u"3-12"}, true},
-                      RowCase{u"1,2,3,5", u"0", u"NONC", kFormC, u"", {u"11", u"-n-", u"14", u"3-12"}, false},
-                      RowCase{u"1,2,3,5", u"2", u"NO", k13_14, u"", {u"13", u"anything", u"14", u"3-12"}, true},
-                      RowCase{u"1,2,3,5", u"2", u"NO", k13_14, u"", {u"13", u"14", u"3-12"}, false}));
-
+// Matches and near misses of every kind of contact are checked against the
+// plain rules on random rows; these are the cells those rows don't reach.
 INSTANTIATE_TEST_SUITE_P(
     EdgeCases, TableRow,
-    ::testing::Values(
-        RowCase{u"", u"0", u"NO", {}, u"", {}, true}, RowCase{u"", u"0", u"NO", k13_14, u"", {u""}, false},
-        RowCase{u"0,4", u"0", u"NO", k13_14, u"", {u"x", u"y"}, true},
-        RowCase{u"1", u"0", u"NO", {{u"1", u""}, {u"2", u"14"}}, u"", {u""}, true},
-        RowCase{u"1", u"0", u"NO", {{u"2", u"14"}}, u"", {u""}, false},
-        RowCase{u"2", u"1", u"", k13_14, u"", {u" "}, true}, RowCase{u"2", u"1", u"", k13_14, u"", {u""}, false},
-        RowCase{u"2", u"1", u"NO", {{u"1", u"11"}, {u"2", u"14"}}, u"3,11,14,12;3,99,A,B", {u"A"}, true},
-        RowCase{u"2", u"1", u"NC", {{u"1", u"11"}, {u"2", u"12"}}, u"3,11,14,12", {u"B"}, true},
-        RowCase{u"3", u"0", u"NC", {{u"1", u"11"}, {u"2", u"12"}}, u"3,11,14,12", {u"11"}, true},
-        RowCase{u"1,3", u"0", u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3, 11,14,12", {u"", u""}, true},
-        RowCase{u"1,3", u"0", u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3,11,14,12", {u" 11", u"14"}, true},
-        RowCase{u"2", u"0", u"", k13_14, u"", {u"-.-"}, true}, RowCase{u"2", u"0", u"MAKE", k13_14, u"", {u""}, false},
-        RowCase{u"12,1", u"0", u"NO", k13_14, u"", {u"13"}, false},
-        RowCase{u"12,1", u"0", u"NO", k13_14, u"", {u"x", u"13"}, false},
-        RowCase{u"6,7,8,9", u"0", u"NO", k13_14, u"", {u"3", u"", u"b", u"Z:\\p\\b.dxf"}, true},
-        RowCase{u"8", u"0", u"NO", k13_14, u"", {u"B"}, false}));
+    ::testing::Values(RowCase{u"1", u"0", u"NO", {{u"1", u""}, {u"2", u"14"}}, u"", {u""}, true},
+                      RowCase{u"1", u"0", u"NO", {{u"2", u"14"}}, u"", {u""}, false},
+                      RowCase{u"1,3", u"0", u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3, 11,14,12", {u"", u""}, true},
+                      RowCase{u"1,3", u"0", u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3,11,14,12", {u" 11", u"14"}, true},
+                      RowCase{u"6,7,8,9", u"0", u"NO", k13_14, u"", {u"3", u"", u"b", u"Z:\\p\\b.dxf"}, true},
+                      RowCase{u"8", u"0", u"NO", k13_14, u"", {u"B"}, false}));
 
 TEST(OhmUtXrefTableEntity, OptionsComeFromTheDrawingEntity) {
   ZdDbDatabase db;

@@ -1,7 +1,8 @@
-// The whole road of a cross-reference, once per presentation: a coil block in
-// a drawing carries its options in xdata; the factory makes the object for
-// it; the host drawing is set; then the contacts of the coil, on several
-// sheets of several drawings, give their texts or are matched to table rows.
+// The whole road of a cross-reference, for the text and the table
+// presentations: a coil block in a drawing carries its options in xdata; the
+// factory makes the object for it; the host drawing is set; then the
+// contacts of the coil, on several sheets of several drawings, give their
+// texts or are matched to table rows.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -10,7 +11,6 @@
 
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "ohmutils/xref/OhmUtXrefEntityFactory.h"
-#include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
 #include "ohmutils/xref/OhmUtXrefTableRows.h"
 #include "support/u16.h"
@@ -104,29 +104,6 @@ TEST_F(XrefRoad, TextPresentationFillsTheCoilsAttributes) {
   EXPECT_EQ(attributes[u"XREFNO"], u" 2.104; SHT03:4.201; SHT05:5.302");
   EXPECT_EQ(attributes[u"XREFNC"], u"%%u SHT03:3.105%%u;%%u SHT03:4.201%%u;%%u SHT05:5.303%%u");
   EXPECT_EQ(attributes[u"XREF"], u" 2.104;%%u SHT03:3.105%%u; SHT03:4.201; SHT05:5.302;%%u SHT05:5.303%%u");
-}
-
-TEST_F(XrefRoad, GraphicPresentationGivesALinePerContactSide) {
-  std::unique_ptr<OhmUtXrefGraphicEntity> entity = make<OhmUtXrefGraphicEntity>(u"1");
-  ASSERT_NE(entity, nullptr);
-  ASSERT_EQ(entity->getStyle(), OhmUtXrefEntity::StyleGraphic);
-  std::vector<std::u16string> lines;
-  for (const OhmDsComponentOcc& contact : kContacts) {
-    std::u16string text, ncText;
-    if (entity->isFullFormCContact(contact)) {
-      ASSERT_TRUE(entity->getUnformattedXrefTextForFullFormCContact(contact, text, ncText));
-      lines.push_back(text);
-      lines.push_back(ncText);
-    } else if (entity->isPartialFormCContact(contact)) {
-      ASSERT_TRUE(entity->getUnformattedXrefTextForPartialFormCContact(contact, text));
-      lines.push_back(text);
-    } else {
-      ASSERT_TRUE(entity->getUnformattedXrefText(contact, text));
-      lines.push_back(text);
-    }
-  }
-  EXPECT_EQ(lines, (std::vector<std::u16string>{u"13-o-14 2.104", u"21-x-22 SHT03:3.105", u"14-n-11 SHT03:4.201",
-                                                u"12-w- SHT03:4.201", u"34-n-31 SHT05:5.302", u"32-w- SHT05:5.303"}));
 }
 
 // The rows a caller fills for the contacts are the rows that match them back:
