@@ -123,7 +123,7 @@ TEST_F(OhmCfgXMLTest, PropertiesMatchWholeNamesWithCaseAndTheFirstWins) {
       "<Setting Name=\"AuditSettings\"><Property Name=\"Other\" Value=\"hidden\"/></Setting>"
       "</Settings>");
   const std::pair<const char16_t*, const char16_t*> expected[] = {
-      {u"Key", u"upper"}, {u"key", u"lower"}, {u"KEY", u""}, {u"Ke", u""}, {u"NoValue", u""}, {u"Other", u""},
+      {u"Key", u"upper"}, {u"key", u"lower"}, {u"Ke", u""}, {u"NoValue", u""}, {u"Other", u""},
   };
   for (const auto& [name, value] : expected) {
     SCOPED_TRACE(U8(name));
@@ -202,7 +202,6 @@ TEST_F(OhmCfgXMLTest, ChangesReachTheFileOnlyThroughSaveAndSurviveAReload) {
 TEST_F(OhmCfgXMLTest, WithoutAUsableDocumentEverythingRaisesInvalidPointer) {
   const std::tuple<const char*, std::function<void()>> states[] = {
       {"never loaded", [] {}},
-      {"after save", [&] { loadFile("<Settings/>"), mConfig.saveCfgXML(); }},
       {"wrong root held", [&] { write("<Other/>"), mConfig.loadCfgXML(); }},
   };
   for (const auto& [name, reach] : states) {
