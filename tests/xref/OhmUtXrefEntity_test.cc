@@ -14,9 +14,11 @@ using Entity = OhmUtXrefEntity;
 // Only the exact texts name a style; the contact kinds are checked against
 // their plain rule on random texts.
 TEST(OhmUtXrefEntity, StyleFromOptionText) {
-  const std::pair<std::u16string, Entity::Style> cases[] = {
-      {u"0", Entity::StyleText}, {u"1", Entity::StyleGraphic}, {u"2", Entity::StyleTable}, {u"", Entity::StyleNone},
-      {u" 0", Entity::StyleNone}};
+  const std::pair<std::u16string, Entity::Style> cases[] = {{u"0", Entity::StyleText},
+                                                            {u"1", Entity::StyleGraphic},
+                                                            {u"2", Entity::StyleTable},
+                                                            {u"", Entity::StyleNone},
+                                                            {u" 0", Entity::StyleNone}};
   for (const auto& [text, style] : cases) EXPECT_EQ(Entity::getXrefEntityStyle(text), style) << U8(text);
 }
 

@@ -32,7 +32,8 @@ TEST(OhmUtXrefGraphicEntity, LastTripleWithTheCommonTerminalDecidesAndOption66Co
   OhmNoRxUtilsSettingOverride settings(Settings(u"0", u"0"));
   OhmUtXrefGraphicEntity entity(settings, u"3,11,14,12;3,11,24,22");
   std::u16string text = u"old";
-  ASSERT_TRUE(entity.getUnformattedXrefTextForPartialFormCContact(Contact(u"NO", {{u"1", u"11"}, {u"2", u"14"}}), text));
+  ASSERT_TRUE(
+      entity.getUnformattedXrefTextForPartialFormCContact(Contact(u"NO", {{u"1", u"11"}, {u"2", u"14"}}), text));
   EXPECT_EQ(text, u"-n-11[3-12]") << "even without a side";
   OhmNoRxUtilsSettingOverride spaced(Settings(u" 1", u""));
   OhmUtXrefGraphicEntity plain(spaced, u"");
