@@ -41,6 +41,24 @@ TEST(OhmUtXrefGraphicEntity, LastTripleWithTheCommonTerminalDecidesAndOption66Co
   EXPECT_EQ(text, u"13-o-14[3-12]");
 }
 
+// The term map handed to derived classes; the library's own classification
+// reads the pins by the same rules (checked on random coils).
+TEST(OhmUtXrefGraphicEntity, TermMapRules) {
+  struct Probe : OhmUtXrefGraphicEntity {
+    using OhmUtXrefGraphicEntity::getCompOccTermMap;
+    using OhmUtXrefGraphicEntity::OhmUtXrefGraphicEntity;
+  };
+  OhmNoRxUtilsSettingOverride settings;
+  Probe entity(settings, u"");
+  OhmUtXrefGraphicEntity::TermMap map;
+  entity.getCompOccTermMap(
+      Contact(u"", {{u"0", u"a"}, {u"-1", u"b"}, {u"2A", u" x "}, {u" 3", u"c"}, {u"2", u"y"}, {u"4", u""}}), map,
+      false);
+  EXPECT_EQ(map, (OhmUtXrefGraphicEntity::TermMap{{2, u"y"}, {3, u"c"}, {4, u""}}));
+  entity.getCompOccTermMap(Contact(u"", {{u"2", u" 13 "}}), map, true);
+  EXPECT_EQ(map, (OhmUtXrefGraphicEntity::TermMap{{2, u"13"}}));
+}
+
 TEST(OhmUtXrefGraphicEntity, BadTerminalNumbersThrowThroughEveryOperation) {
   OhmNoRxUtilsSettingOverride settings(Settings(u"0", u"0"));
   OhmUtXrefGraphicEntity entity(settings, u"3,11,14,12");
