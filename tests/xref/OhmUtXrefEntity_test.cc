@@ -11,17 +11,6 @@ namespace {
 using Map = OhmNoRxUtilsSettingOverride::SettingMap;
 using Entity = OhmUtXrefEntity;
 
-// Only the exact texts name a style; the contact kinds are checked against
-// their plain rule on random texts.
-TEST(OhmUtXrefEntity, StyleFromOptionText) {
-  const std::pair<std::u16string, Entity::Style> cases[] = {{u"0", Entity::StyleText},
-                                                            {u"1", Entity::StyleGraphic},
-                                                            {u"2", Entity::StyleTable},
-                                                            {u"", Entity::StyleNone},
-                                                            {u" 0", Entity::StyleNone}};
-  for (const auto& [text, style] : cases) EXPECT_EQ(Entity::getXrefEntityStyle(text), style) << U8(text);
-}
-
 TEST(OhmUtXrefEntity, EntityOverridesLayOverTheSettings) {
   ZdDbDatabase db;
   ZdDbDrawingBuilder build(db);
