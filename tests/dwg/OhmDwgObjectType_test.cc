@@ -47,15 +47,6 @@ TEST_F(ObjectTypeFaults, BlockDefinitionThatCantBeOpenedGivesUnknown) {
   EXPECT_EQ(OhmDwgUtils::getOhmObjectType(reference), OhmDwgUtils::EntityUnknown);
 }
 
-TEST_F(ObjectTypeFaults, BlockDefinitionOpenForWriteElsewhereStaysSo) {
-  ZdDbBlockReference* reference = mBuild.insertBlock(u"WD_WN1");
-  ZdDbObject* record = nullptr;
-  ASSERT_EQ(zddbOpenObject(record, reference->blockTableRecord(), ZdDb::kForWrite), Zeda::eOk);
-  EXPECT_EQ(OhmDwgUtils::getOhmObjectType(reference), OhmDwgUtils::EntityWdWn);
-  EXPECT_TRUE(record->isWriteEnabled());
-  record->close();
-}
-
 TEST_F(ObjectTypeFaults, NoAttributeIteratorMeansNoAttributes) {
   ZdDbBlockReference* strip = mBuild.insertBlock(u"AT0", {{u"TAGSTRIP", u""}, {u"TAG1", u""}});
   zd_testing::failNextObjectIterators(100);

@@ -8,7 +8,6 @@
 #include "zd/app/ZdDocManager_testing.h"
 #include "zd/db/ZdDbDatabase_testing.h"
 #include "zd/db/ZdDbDrawingBuilder.h"
-#include "zd/dxf/DxfDocument.h"
 
 namespace {
 
@@ -178,22 +177,6 @@ TEST_F(DrawingQueries, BlocksFailures) {
 TEST(OhmDwgUtils, HandleStrings) {
   for (const auto& [value, text] : {std::pair{0ull, u""}, {0xABCDEF0123456789ull, u"h=ABCDEF0123456789"}})
     EXPECT_EQ(OhmDwgUtils::getOhmHandleString(ZdDbHandle(value)).str(), std::u16string(text)) << value;
-}
-
-// A drawing opened from its file: references nested in block definitions stay out.
-TEST_F(DrawingQueries, BlocksOfADrawingOpenedFromItsFileLeaveNestedReferencesOut) {
-  const std::u16string fixture = PosixPathToWindows(OHM_FIXTURES_DIR "/dxf/ac1015_ansi.dxf");
-  ZdApDocument* document = nullptr;
-  ASSERT_EQ(openDxfDocument(fixture.c_str(), true, document), Zeda::eOk);
-  OhmDwgUtils::BlockMap blocks;
-  ASSERT_EQ(OhmDwgUtils::getBlocks(fixture.c_str(), blocks, OhmDwgUtils::EntityFP), Zeda::eOk);
-  std::vector<std::u16string> handles;
-  for (const auto& [id, entity] : blocks) {
-    ZdDbHandle handle;
-    entity->getZdDbHandle(handle);
-    handles.push_back(OhmDwgUtils::getOhmHandleString(handle).str());
-  }
-  EXPECT_EQ(handles, std::vector<std::u16string>{u"h=100"});  // not h=B2 inside block PANEL
 }
 
 }  // namespace

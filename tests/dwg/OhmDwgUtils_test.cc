@@ -54,16 +54,6 @@ TEST_F(OhmDwgUtilsTest, XDataRecordsOfEveryShape) {
   EXPECT_EQ(value, u"preset");
 }
 
-TEST_F(OhmDwgUtilsTest, XDataValueAllocationFailureReadsAsAbsent) {
-  ZdDbEntity* entity = build.addEntity(u"ZdDbLine");
-  ZdDbDrawingBuilder::setOptionXData(*entity, u"APP", u"v");
-  zd_testing::failValueAllocationAfter(0);
-  std::u16string value = u"preset";
-  EXPECT_FALSE(OhmDwgUtils::getOhmEntityXData(entity, u"APP", value));
-  zd_testing::failValueAllocationAfter(-1);
-  EXPECT_EQ(value, u"preset");
-}
-
 TEST_F(OhmDwgUtilsTest, AttributeLookupFollowsDrawingOrder) {
   ZdDbBlockReference* coil =
       build.insertBlock(u"HCR1", {{u"DESC1", u"d"}, {u"TAG1F", u"K1"}, {u"TAG1", u"K2"}, {u"EMPTY", u""}});
