@@ -18,15 +18,6 @@ namespace {
 
 constexpr SYSTEMTIME kAfternoon{2017, 3, 0, 5, 14, 7, 9, 0};  // 5 March 2017, 14:07:09
 
-TEST(FormatDate, ReplacesOrAppendsWithOneBlank) {
-  ScopedEnv locale("LC_ALL", "de_DE.UTF-8");
-  CString output(u"x");
-  FormatDate(&kAfternoon, output, true, DATE_SHORTDATE, nullptr);
-  EXPECT_EQ(output, u"x 05.03.2017");
-  FormatTime(&kAfternoon, output, false, 0, nullptr);
-  EXPECT_EQ(output, u"14:07:09");
-}
-
 TEST(FormatDate, AFailingFormatGivesTheEmptyText) {
   ScopedEnv locale("LC_ALL", "en_US");
   CString output(u"x");
@@ -90,14 +81,6 @@ TEST_F(FileTimeTest, StampIsFourteenDigitsInTheLocalTime) {
   GetFileLocaleDateTime(path().c_str(), output, 0, &stamp);
   EXPECT_EQ(stamp, u"20170305140709");
   EXPECT_EQ(output, u"05.03.2017 14:07:09");
-}
-
-TEST_F(FileTimeTest, WildcardsTakeTheFirstMatch) {
-  mTemp.makeFile("a.dwg");
-  setLocalWriteTime("a.dwg", 2001, 1, 2, 3, 4, 5);
-  CString output, stamp;
-  GetFileLocaleDateTime((mTemp.windows() + u"\\*.dwg").c_str(), output, 0, &stamp);
-  EXPECT_EQ(stamp, u"20010102030405");
 }
 
 TEST_F(FileTimeTest, NothingChangesWithoutAFileOrALocalTime) {
