@@ -33,9 +33,13 @@ class DrawingQueries : public ::testing::Test {
 TEST_F(DrawingQueries, IsDrawingOpenComparesPathsWithoutCase) {
   open(u"C:\\Proj\\SHT01.dxf");
   zdDocManagerPtr()->addDocument(u"C:/Proj/odd.dxf", nullptr);
-  const std::pair<const char16_t*, bool> cases[] = {{u"C:\\Proj\\SHT01.dxf", true}, {u"c:\\proj\\sht01.DXF", true},
-                                                    {u"C:/Proj/SHT01.dxf", true},   {u"C:\\Proj\\odd.dxf", false},
-                                                    {u"C:/Proj/odd.dxf", false},    {nullptr, false}};
+  const std::pair<const char16_t*, bool> cases[] = {{u"C:\\Proj\\SHT01.dxf", true},
+                                                    {u"c:\\proj\\sht01.DXF", true},
+                                                    {u"C:/Proj/SHT01.dxf", true},
+                                                    {u"C:\\Proj\\odd.dxf", false},
+                                                    {u"C:/Proj/odd.dxf", false},
+                                                    {u"", false},
+                                                    {nullptr, false}};
   ZdApDocument* const marker = reinterpret_cast<ZdApDocument*>(std::uintptr_t{0x10});  // must stay unless found
   for (const auto& [name, isOpen] : cases) {
     SCOPED_TRACE(name ? U8(name) : "null");

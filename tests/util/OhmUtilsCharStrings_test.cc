@@ -113,7 +113,7 @@ TEST(TrimStringMiddle, CompactsFromTheLimitOnward) {
 }
 
 TEST(TrimEndingBackslashes, RemovesEveryTrailingBackslash) {
-  for (const auto& [before, after] : {std::pair{u"C:\\a\\\\\\", u"C:\\a"}, {u"a/", u"a/"}}) {
+  for (const auto& [before, after] : {std::pair{u"C:\\a\\\\\\", u"C:\\a"}, {u"\\\\", u""}, {u"a/", u"a/"}}) {
     CString text(before);
     TrimEndingBackslashes(text);
     EXPECT_EQ(text, after) << U8(before);

@@ -118,7 +118,9 @@ TEST_F(HostFoldersTest, UserDirectoryKeepsItsValueWhenTheLispCallFails) {
 TEST_F(HostFoldersTest, DwgTitledReadsTheShortValue) {
   EXPECT_EQ(GetDWGTITLEDValue(), 0);
   zd_testing::defineSysVar(u"DWGTITLED", short{-2}, true);
-  EXPECT_EQ(GetDWGTITLEDValue(), -2);                            // sign-extended
+  EXPECT_EQ(GetDWGTITLEDValue(), -2);  // sign-extended
+  zd_testing::failNextGetVar();
+  EXPECT_EQ(GetDWGTITLEDValue(), 0);
   zd_testing::defineSysVar(u"DWGTITLED", std::u16string(u"1"));  // a string now: not the expected type
   EXPECT_EQ(GetDWGTITLEDValue(), 0);
   zd_testing::defineSysVar(u"DWGTITLED", short{1}, true);

@@ -27,6 +27,8 @@ TEST(PathParts, NameWithoutAndWithExtensionAndFolder) {
       {without, u"C:\\a\\b.c.dwg", true, u"b.c"},
       {without, u"C:\\" + n256 + u".dwg", false, u""},  // name over 255 units
       {with, u"C:\\a\\b.dwg", true, u"b.dwg"},
+      {with, u"b.dwg", true, u"b.dwg"},
+      {with, u"", true, u""},
       {with, u"C:\\" + n256, true, n256},         // 259 units
       {with, u"C:\\" + n256 + u"n", false, u""},  // 260 units
       {folder, u"C:\\a\\b.dwg", true, u"C:\\a"},
