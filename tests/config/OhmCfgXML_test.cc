@@ -84,21 +84,6 @@ class OhmCfgXMLTest : public ::testing::Test {
   OhmCfgXML& mConfig = OhmCfgXML::GetInstance();
 };
 
-TEST_F(OhmCfgXMLTest, LoadNeedsAWellFormedFileWithASettingsRoot) {
-  // The file's content (nullptr: no file) and whether it loads.
-  for (const auto& [content, loads] :
-       {std::pair{static_cast<const char*>(nullptr), false}, {"<settings/>", false}, {"<Settings/>", true}}) {
-    SCOPED_TRACE(content ? content : "no file");
-    std::filesystem::remove(folder().posix("App.config"));
-    if (content) write(content);
-    EXPECT_EQ(mConfig.loadCfgXML(), loads);
-    EXPECT_EQ(raisedBy([&] { get(SettingType::SchSortOrder, u"p"); }), loads ? S_OK : E_POINTER)
-        << "a failed load leaves nothing to read";
-    EXPECT_EQ(std::filesystem::exists(folder().posix("App.config")), content != nullptr)
-        << "a missing file is not made";
-  }
-}
-
 // Setting types 0 to 5 by their names in the file; other types read nothing, not even the unnamed Setting.
 TEST_F(OhmCfgXMLTest, EachTypeReadsItsOwnSetting) {
   const char* names[] = {"Connector_Imperial", "Connector_Metric", "DefaultBrowsePath",      "SchSortOrder",
