@@ -87,11 +87,15 @@ TEST_F(OhmUtXrefEntityFactoryTest, StyleIsDecidedBeforeTheEntityOverridesApply) 
 }
 
 TEST_F(OhmUtXrefEntityFactoryTest, TextEntityWhateverTheStyleSays) {
-  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_STYLE, u"0"}});
-  std::unique_ptr<OhmUtXrefTextEntity> text(OhmUtXrefEntityFactory::getXrefTextEntity(coil(u"2"), settings));
+  OhmNoRxUtilsSettingOverride settings(
+      Map{{OhmCfgSetting::WD_XREF_STYLE, u"0"}, {OhmCfgSetting::WD_XREF_TXTBTWN, u","}});
+  ZdDbBlockReference* block = coil(u"2");
+  ZdDbDrawingBuilder::setOptionXData(*block, u"KVA_WD_XREF_TXTBTWN", u";");
+  std::unique_ptr<OhmUtXrefTextEntity> text(OhmUtXrefEntityFactory::getXrefTextEntity(block, settings));
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(text->getStyle(), OhmUtXrefEntity::StyleText);
   EXPECT_EQ(option60(settings), u"2");
+  EXPECT_EQ(text->getSeparator(), u";");
 }
 
 TEST_F(OhmUtXrefEntityFactoryTest, PinListReachesGraphicAndTableObjects) {

@@ -81,6 +81,7 @@ TEST(OhmUtXrefTableEntity, VisibleColumnsAreFixedAtFirstUseAndCopied) {
   OhmNoRxUtilsSettingOverride settings(Settings(u"5,1"));
   Table entity(settings, u"");
   ASSERT_EQ(entity.getVisibleColumnIndex(Table::ColumnTerm1), 1);
+  EXPECT_EQ(Access::names(entity), std::vector<std::u16string>{}) << "without option 72";
   settings.setSettingMap(Settings(u"1"));
   EXPECT_EQ(entity.getVisibleColumnIndex(Table::ColumnTerm1), 1);
   Table copy(entity);
