@@ -6,7 +6,6 @@
 #include <optional>
 #include <tuple>
 
-#include "ContactOcc.h"
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
 #include "support/u16.h"
@@ -18,11 +17,10 @@ using Map = OhmNoRxUtilsSettingOverride::SettingMap;
 
 class OhmUtXrefEntityFactoryTest : public ::testing::Test {
  protected:
-  // A coil block with the given style and pin list records (nullopt: none).
-  ZdDbBlockReference* coil(std::optional<std::u16string> style, std::optional<std::u16string> pinList = {}) {
+  // A coil block with the given style record (nullopt: none).
+  ZdDbBlockReference* coil(std::optional<std::u16string> style) {
     ZdDbBlockReference* reference = mBuild.insertBlock(u"HCR1");
     if (style) ZdDbDrawingBuilder::setOptionXData(*reference, u"KVA_WD_XREF_STYLE", *style);
-    if (pinList) ZdDbDrawingBuilder::setOptionXData(*reference, u"KVA_WD_PINLIST", *pinList);
     return reference;
   }
   std::u16string option60(const OhmNoRxUtilsSettingOverride& settings) {
@@ -96,18 +94,6 @@ TEST_F(OhmUtXrefEntityFactoryTest, TextEntityWhateverTheStyleSays) {
   EXPECT_EQ(text->getStyle(), OhmUtXrefEntity::StyleText);
   EXPECT_EQ(option60(settings), u"2");
   EXPECT_EQ(text->getSeparator(), u";");
-}
-
-TEST_F(OhmUtXrefEntityFactoryTest, PinListReachesGraphicAndTableObjects) {
-  const OhmDsComponentOcc partial = xref_test::Contact(u"NO", {{u"1", u"11"}, {u"2", u"14"}});
-  OhmNoRxUtilsSettingOverride settings;
-  for (const char16_t* style : {u"1", u"2"}) {
-    SCOPED_TRACE(U8(style));
-    std::unique_ptr<OhmUtXrefEntity> with(OhmUtXrefEntityFactory::getXrefEntity(coil(style, u"3,11,14,12"), settings));
-    std::unique_ptr<OhmUtXrefEntity> without(OhmUtXrefEntityFactory::getXrefEntity(coil(style), settings));
-    EXPECT_TRUE(dynamic_cast<OhmUtXrefGraphicEntity&>(*with).isPartialFormCContact(partial));
-    EXPECT_FALSE(dynamic_cast<OhmUtXrefGraphicEntity&>(*without).isPartialFormCContact(partial));
-  }
 }
 
 }  // namespace

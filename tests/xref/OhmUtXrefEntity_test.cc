@@ -18,27 +18,14 @@ TEST(OhmUtXrefEntity, EntityOverridesLayOverTheSettings) {
   ZdDbDrawingBuilder::setOptionXData(*first, u"KVA_WD_XREF_FORMAT", u"%N");
   ZdDbDrawingBuilder::setOptionXData(*first, u"KVA_WD_XREF_ALTFORMAT", u"");
   ZdDbDrawingBuilder::setOptionXData(*first, u"KVA_WD_XREF_STYLE", u"2");
-  ZdDbBlockReference* second = build.insertBlock(u"HCR2");
   const Map base{{OhmCfgSetting::WD_XREF_FORMAT, u"%S.%N"}, {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D-%S.%N"}};
   OhmNoRxUtilsSettingOverride settings(base);
-  OhmUtXrefTextEntity a(settings), b(settings);
+  OhmUtXrefTextEntity a(settings);
 
   a.applyEntityOverrides(first);
   EXPECT_EQ(settings.getSettingMap(),
             (Map{{OhmCfgSetting::WD_XREF_FORMAT, u"%N"}, {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D-%S.%N"}}));
   EXPECT_EQ(a.getStyle(), Entity::StyleText);  // the xdata style does not change the class
-
-  // Entities over one option set share the overrides of the one applied last.
-  OhmDsComponentOcc occ;
-  occ.mType = 8;
-  occ.mProperties[u"REF"] = u"7";
-  std::u16string text;
-  ASSERT_TRUE(b.getXrefText(u"XREF", occ, text));
-  EXPECT_EQ(text, u"7");
-  b.applyEntityOverrides(second);
-  ASSERT_TRUE(a.getXrefText(u"XREF", occ, text));
-  EXPECT_EQ(text, u".7");
-  EXPECT_EQ(settings.getSettingMap(), base);
 }
 
 TEST(OhmUtXrefEntity, CopyKeepsHostPathAndSharesTheOptionSet) {
