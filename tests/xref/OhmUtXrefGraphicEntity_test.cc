@@ -9,7 +9,6 @@
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "support/StoiFailure.h"
 #include "support/u16.h"
-#include "zd/db/ZdDbDrawingBuilder.h"
 
 namespace {
 
@@ -110,21 +109,6 @@ TEST(OhmUtXrefGraphicEntity, ContactMapIsFixedAtFirstUse) {
   OhmUtXrefGraphicEntity unusable(shortMap, u"");
   EXPECT_FALSE(unusable.getUnformattedXrefText(Contact(u"", {{u"1", u"5"}, {u"2", u"6"}}), text));
   EXPECT_EQ(text, u"");
-}
-
-TEST(OhmUtXrefGraphicEntity, OptionsComeFromTheDrawingEntity) {
-  ZdDbDatabase db;
-  ZdDbDrawingBuilder build(db);
-  ZdDbBlockReference* coil = build.insertBlock(u"HCR1");
-  ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_GRAPHIC", u"0");
-  ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_GRAPHICSTYLE", u"1");
-  OhmNoRxUtilsSettingOverride settings(Settings(u"2", u"0"));
-  OhmUtXrefGraphicEntity entity(settings, u"");
-  entity.applyEntityOverrides(coil);
-  std::u16string text;
-  ASSERT_TRUE(entity.getUnformattedXrefText(Contact(u"NO", k13_14), text));
-  EXPECT_EQ(text, u"13-O-14[3-12]");
-  EXPECT_EQ(entity.getStyle(), OhmUtXrefEntity::StyleGraphic);
 }
 
 }  // namespace

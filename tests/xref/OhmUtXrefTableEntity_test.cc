@@ -123,8 +123,9 @@ TEST(OhmUtXrefTableEntity, OptionsComeFromTheDrawingEntity) {
   ZdDbBlockReference* coil = build.insertBlock(u"HCR1");
   ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_TBLINDEX", u"3,1");
   ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_TBLFLDNAMS", u"T2,T1");
-  ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_GRAPHIC", u"2");
-  Map map = Settings(u"5");
+  ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_GRAPHIC", u"0");
+  ZdDbDrawingBuilder::setOptionXData(*coil, u"KVA_WD_XREF_GRAPHICSTYLE", u"1");
+  Map map = Settings(u"5", u"2", u"0");
   map[OhmCfgSetting::WD_XREF_TBLFLDNAMS] = u"R";  // an option overrides only what the settings hold
   OhmNoRxUtilsSettingOverride settings(map);
   Table entity(settings, u"");
@@ -134,6 +135,9 @@ TEST(OhmUtXrefTableEntity, OptionsComeFromTheDrawingEntity) {
   EXPECT_EQ(entity.getVisibleColumnIndex(Table::ColumnTerm1), 1);
   EXPECT_EQ(entity.getVisibleColumnIndex(Table::ColumnReference), -1);
   EXPECT_TRUE(entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {u"14", u"13"}));
+  std::u16string text;
+  ASSERT_TRUE(entity.getUnformattedXrefText(Contact(u"NO", k13_14), text));
+  EXPECT_EQ(text, u"13-O-143-12") << "the graphic options too";
 }
 
 }  // namespace
