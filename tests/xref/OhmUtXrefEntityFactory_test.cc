@@ -84,15 +84,23 @@ TEST_F(OhmUtXrefEntityFactoryTest, StyleIsDecidedBeforeTheEntityOverridesApply) 
   EXPECT_EQ(third->getStyle(), OhmUtXrefEntity::StyleText);
 }
 
+// The text entity's options come from the coil's xdata; an empty one leaves the setting.
 TEST_F(OhmUtXrefEntityFactoryTest, TextEntityWhateverTheStyleSays) {
-  OhmNoRxUtilsSettingOverride settings(
-      Map{{OhmCfgSetting::WD_XREF_STYLE, u"0"}, {OhmCfgSetting::WD_XREF_TXTBTWN, u","}});
+  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_STYLE, u"0"},
+                                           {OhmCfgSetting::WD_XREF_TXTBTWN, u","},
+                                           {OhmCfgSetting::WD_XREF_FORMAT, u"%S.%N"},
+                                           {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D-%S.%N"}});
   ZdDbBlockReference* block = coil(u"2");
   ZdDbDrawingBuilder::setOptionXData(*block, u"KVA_WD_XREF_TXTBTWN", u";");
+  ZdDbDrawingBuilder::setOptionXData(*block, u"KVA_WD_XREF_FORMAT", u"%N");
+  ZdDbDrawingBuilder::setOptionXData(*block, u"KVA_WD_XREF_ALTFORMAT", u"");
   std::unique_ptr<OhmUtXrefTextEntity> text(OhmUtXrefEntityFactory::getXrefTextEntity(block, settings));
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(text->getStyle(), OhmUtXrefEntity::StyleText);
-  EXPECT_EQ(option60(settings), u"2");
+  EXPECT_EQ(settings.getSettingMap(), (Map{{OhmCfgSetting::WD_XREF_STYLE, u"2"},
+                                           {OhmCfgSetting::WD_XREF_TXTBTWN, u";"},
+                                           {OhmCfgSetting::WD_XREF_FORMAT, u"%N"},
+                                           {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D-%S.%N"}}));
   EXPECT_EQ(text->getSeparator(), u";");
 }
 
