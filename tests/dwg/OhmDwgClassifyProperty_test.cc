@@ -57,9 +57,10 @@ U::EntityType PlainKind(const ZdDbBlockReference* ref, const RandomReference& r)
 TEST(OhmDwgClassification, AgreesWithThePlainRulesOnRandomReferences) {
   std::mt19937 rng(6011);
   const std::u16string blocks[] = {u"X",     u"HA1S2", u"HA2D", u"PLCIO1", u"WD_WN", u"WD_MLR2",
-                                   u"WD_WC", u"HT0X",  u"CAMX", u"hT1",    u"ha9s"};
-  const std::u16string tags[] = {u"TAG1", u"TAG", u"tag2", u"TAG_A",  u"WDTYPE",     u"TAGSTRIP", u"WIRENO3",
-                                 u"FP",   u"FPT", u"NP",   u"P_TAG1", u"P_TAGSTRIP", u"DESC1",    u"TAG1XPART1"};
+                                   u"WD_WC", u"HT0X",  u"CAMX", u"hT1",    u"ha9s",  u"AT_2"};
+  const std::u16string tags[] = {u"TAG1",    u"TAG",        u"tag2",  u"TAG_A", u"WDTYPE",     u"TAGSTRIP",
+                                 u"WIRENO3", u"FP",         u"FPT",   u"NP",    u"P_TAG1",     u"P_TAGSTRIP",
+                                 u"DESC1",   u"TAG1XPART1", u"TAG1F", u"TAG2F", u"TAG2XPART1", u"p_tag1_part2"};
   const std::u16string texts[] = {u"1-", u"", u"K1", u"1-x"};
   const std::u16string apps[] = {u"KVA_WD_FPT", u"KVA_WD_NP", u"KVA_WD_FP", u"CFD1"};
   ZdDbDatabase db;

@@ -33,8 +33,6 @@ TEST_F(OhmDwgUtilsTest, XDataRecordsOfEveryShape) {
   // The shape, how it is set, and the text found (nullopt: none).
   const std::tuple<const char*, std::function<void(ZdDbObject&)>, std::optional<std::u16string>> cases[] = {
       {"name, control, text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u"%S.%N"); }, u"%S.%N"},
-      {"further items",
-       [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u"v", XD_SHORT, 3, XD_CONTROL, u"}"); }, u"v"},
       {"empty text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u""); }, u""},
       {"control string's content not read", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"}", XD_STRING, u"x"); },
        u"x"},
@@ -53,16 +51,6 @@ TEST_F(OhmDwgUtilsTest, XDataRecordsOfEveryShape) {
   }
   std::u16string value = u"preset";
   EXPECT_FALSE(OhmDwgUtils::getOhmEntityXData(nullptr, u"APP", value));
-  EXPECT_EQ(value, u"preset");
-}
-
-TEST_F(OhmDwgUtilsTest, XDataValueAllocationFailureReadsAsAbsent) {
-  ZdDbEntity* entity = build.addEntity(u"ZdDbLine");
-  ZdDbDrawingBuilder::setOptionXData(*entity, u"APP", u"v");
-  zd_testing::failValueAllocationAfter(0);
-  std::u16string value = u"preset";
-  EXPECT_FALSE(OhmDwgUtils::getOhmEntityXData(entity, u"APP", value));
-  zd_testing::failValueAllocationAfter(-1);
   EXPECT_EQ(value, u"preset");
 }
 

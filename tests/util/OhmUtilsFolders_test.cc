@@ -55,7 +55,6 @@ TEST_F(FoldersTest, CreateDirectoryRecursivelyMakesTheMissingFoldersOutermostFir
   EXPECT_TRUE(CreateDirectoryRecursively(path));
   EXPECT_TRUE(mTemp.exists("x/y/z"));
   EXPECT_TRUE(CreateDirectoryRecursively(path));  // exists: nothing to do
-  EXPECT_TRUE(CreateDirectoryRecursively(CString(mTemp.windows("x"))));
 }
 
 TEST_F(FoldersTest, CreateDirectoryRecursivelyStopsAtTheFirstFailureAndKeepsWhatItMade) {
@@ -68,8 +67,7 @@ TEST_F(FoldersTest, CreateDirectoryRecursivelyStopsAtTheFirstFailureAndKeepsWhat
 }
 
 TEST_F(FoldersTest, CreateDirectoryRecursivelyGivesUpWhenNoAncestorExists) {
-  for (const char16_t* path : {u"Q:\\x\\y", u"ohm-no-such-folder\\y", u""})
-    EXPECT_FALSE(CreateDirectoryRecursively(CString(path))) << U8(path);
+  for (const char16_t* path : {u"Q:\\x\\y", u""}) EXPECT_FALSE(CreateDirectoryRecursively(CString(path))) << U8(path);
 }
 
 TEST_F(FoldersTest, RemoveDirectoryRecursivelyRemovesTheTree) {
@@ -77,7 +75,6 @@ TEST_F(FoldersTest, RemoveDirectoryRecursivelyRemovesTheTree) {
   EXPECT_EQ(RemoveDirectoryRecursively(CString(mTemp.windows("t"))), 0);
   EXPECT_FALSE(mTemp.exists("t"));
   EXPECT_EQ(RemoveDirectoryRecursively(CString(mTemp.windows("t"))), 1);  // missing: 1, not 0
-  EXPECT_EQ(RemoveDirectoryRecursively(CString(u"Q:\\t")), 1);
 }
 
 TEST_F(FoldersTest, RemoveDirectoryRecursivelyGivesTheShellsStatus) {

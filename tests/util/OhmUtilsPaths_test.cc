@@ -22,23 +22,17 @@ TEST(EnsureEndingBackslash, OnlyTheBackslashCounts) {
 TEST(PathParts, NameWithoutAndWithExtensionAndFolder) {
   using Part = bool (*)(const ZdString&, ZdString&);
   const Part without = OhmUtilsGetFileNameWithoutExt, with = OhmUtilsGetFileNameWithExt, folder = OhmUtilsGetFolderPath;
-  const std::u16string n255(255, u'n'), n256(256, u'n'), d250(250, u'd');
+  const std::u16string n256(256, u'n'), d250(250, u'd');
   const std::tuple<Part, std::u16string, bool, std::u16string> cases[] = {
       {without, u"C:\\a\\b.c.dwg", true, u"b.c"},
-      {without, u"C:\\a\\", true, u""},
-      {without, u"a/b/noext", true, u"noext"},
-      {without, u"C:\\" + n255 + u".dwg", true, n255},
-      {without, u"C:\\" + n256 + u".dwg", false, u""},                          // name over 255 units
-      {without, u"C:\\" + std::u16string(255, u'd') + u"\\x.dwg", false, u""},  // folder of 257 with its separators
+      {without, u"C:\\" + n256 + u".dwg", false, u""},  // name over 255 units
       {with, u"C:\\a\\b.dwg", true, u"b.dwg"},
       {with, u"b.dwg", true, u"b.dwg"},
       {with, u"", true, u""},
       {with, u"C:\\" + n256, true, n256},         // 259 units
       {with, u"C:\\" + n256 + u"n", false, u""},  // 260 units
       {folder, u"C:\\a\\b.dwg", true, u"C:\\a"},
-      {folder, u"C:\\a", true, u"C:\\"},
       {folder, u"C:\\", false, u""},
-      {folder, u"b.dwg", true, u""},
       {folder, u"C:\\" + d250 + u"\\x.dwg", true, u"C:\\" + d250},
       {folder, u"C:\\" + d250 + u"d\\x.dwg", false, u""},  // 260 units
   };
@@ -55,9 +49,7 @@ TEST(EnsureExtension, AddsOrReplacesOnlyARealExtension) {
       {u"a", u"dwg", false, u"a.dwg"},
       {u"a.txt", u"dwg", false, u"a.txt"},
       {u"a.txt", u"dwg", true, u"a.dwg"},
-      {u"a.DWG", u"dwg", true, u"a.dwg"},
       {u"a.", u"dwg", true, u"a.dwg"},
-      {u"a.", u"dwg", false, u"a."},
       {u"c.d\\e", u"dwg", false, u"c.d\\e.dwg"},
       {u"c.d/e", u"dwg", true, u"c.d/e.dwg"},
       {u"a", nullptr, true, u"a"},

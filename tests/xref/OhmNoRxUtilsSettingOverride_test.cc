@@ -14,39 +14,28 @@ constexpr auto kBetween = OhmCfgSetting::WD_XREF_TXTBTWN;
 
 const Map kSettings{{kFormat, u"%S.%N"}, {kAltFormat, u"%D-%S.%N"}, {kStyle, u"0"}};
 
-TEST(OhmNoRxUtilsSettingOverride, LayeringOfOneEntity) {
+// Each override lays over the settings alone: empty values and options the
+// settings lack are passed over, and the next override or new settings start
+// from the settings again.
+TEST(OhmNoRxUtilsSettingOverride, EachOverrideLaysOverTheSettingsAlone) {
   OhmNoRxUtilsSettingOverride set(kSettings);
   set.applyOverride({{kFormat, u"%N"}, {kAltFormat, u""}, {kBetween, u";"}});
   EXPECT_EQ(set.getSettingMap(), (Map{{kFormat, u"%N"}, {kAltFormat, u"%D-%S.%N"}, {kStyle, u"0"}}));
-  std::u16string between = u"preset";
-  EXPECT_FALSE(set.getSettingValue(kBetween, between));
-  EXPECT_EQ(between, u"preset");  // the caller's default survives
-  OhmNoRxUtilsSettingOverride empty(Map{{kBetween, u""}});
-  EXPECT_TRUE(empty.getSettingValue(kBetween, between)) << "a value that is there but empty";
-  EXPECT_EQ(between, u"");
-}
-
-TEST(OhmNoRxUtilsSettingOverride, OverridesDoNotAddUp) {
-  OhmNoRxUtilsSettingOverride set(kSettings);
-  set.applyOverride({{kFormat, u"%N"}});
   set.applyOverride({{kStyle, u"1"}});
   EXPECT_EQ(set.getSettingMap(), (Map{{kFormat, u"%S.%N"}, {kAltFormat, u"%D-%S.%N"}, {kStyle, u"1"}}));
-  set.applyOverride({});
-  EXPECT_EQ(set.getSettingMap(), kSettings);
-}
-
-TEST(OhmNoRxUtilsSettingOverride, SetSettingMapDropsOrAdoptsOverrides) {
-  OhmNoRxUtilsSettingOverride set(kSettings);
-  set.applyOverride({{kFormat, u"%N"}});
-  set.setSettingMap(set.getSettingMap());  // the overrides become the settings
+  set.setSettingMap(set.getSettingMap());  // the override becomes the settings
   set.clearOverride();
-  std::u16string value;
-  ASSERT_TRUE(set.getSettingValue(kFormat, value));
-  EXPECT_EQ(value, u"%N");
-
-  set.applyOverride({{kStyle, u"2"}});
+  std::u16string value = u"preset";
+  EXPECT_FALSE(set.getSettingValue(kBetween, value));
+  EXPECT_EQ(value, u"preset");  // the caller's default survives
+  ASSERT_TRUE(set.getSettingValue(kStyle, value));
+  EXPECT_EQ(value, u"1");
+  set.applyOverride({{kFormat, u"%N"}});
   set.setSettingMap(kSettings);
   EXPECT_EQ(set.getSettingMap(), kSettings);
+  OhmNoRxUtilsSettingOverride empty(Map{{kBetween, u""}});
+  EXPECT_TRUE(empty.getSettingValue(kBetween, value)) << "a value that is there but empty";
+  EXPECT_EQ(value, u"");
 }
 
 TEST(OhmNoRxUtilsSettingOverride, CopyKeepsOverridesAndClearsToSettings) {

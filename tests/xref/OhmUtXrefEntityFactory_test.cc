@@ -6,7 +6,6 @@
 #include <optional>
 #include <tuple>
 
-#include "ContactOcc.h"
 #include "ohmutils/xref/OhmUtXrefGraphicEntity.h"
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
 #include "support/u16.h"
@@ -18,11 +17,10 @@ using Map = OhmNoRxUtilsSettingOverride::SettingMap;
 
 class OhmUtXrefEntityFactoryTest : public ::testing::Test {
  protected:
-  // A coil block with the given style and pin list records (nullopt: none).
-  ZdDbBlockReference* coil(std::optional<std::u16string> style, std::optional<std::u16string> pinList = {}) {
+  // A coil block with the given style record (nullopt: none).
+  ZdDbBlockReference* coil(std::optional<std::u16string> style) {
     ZdDbBlockReference* reference = mBuild.insertBlock(u"HCR1");
     if (style) ZdDbDrawingBuilder::setOptionXData(*reference, u"KVA_WD_XREF_STYLE", *style);
-    if (pinList) ZdDbDrawingBuilder::setOptionXData(*reference, u"KVA_WD_PINLIST", *pinList);
     return reference;
   }
   std::u16string option60(const OhmNoRxUtilsSettingOverride& settings) {
@@ -40,12 +38,9 @@ TEST_F(OhmUtXrefEntityFactoryTest, StyleFromXDataThenOption60) {
   const std::tuple<std::optional<std::u16string>, std::optional<std::u16string>, std::optional<OhmUtXrefEntity::Style>>
       cases[] = {
           {u"1", u"2", OhmUtXrefEntity::StyleGraphic},
-          {u"2", std::nullopt, OhmUtXrefEntity::StyleTable},
           {u"0", u"1", OhmUtXrefEntity::StyleText},
           {u"", u"2", OhmUtXrefEntity::StyleTable},
-          {std::nullopt, u"1", OhmUtXrefEntity::StyleGraphic},
           {u"7", u"0", std::nullopt},  // a non-empty value stands, option 60 is not asked
-          {u"", std::nullopt, std::nullopt},
           {std::nullopt, u"", std::nullopt},
       };
   for (const auto& [xdata, setting, style] : cases) {
@@ -89,41 +84,24 @@ TEST_F(OhmUtXrefEntityFactoryTest, StyleIsDecidedBeforeTheEntityOverridesApply) 
   EXPECT_EQ(third->getStyle(), OhmUtXrefEntity::StyleText);
 }
 
+// The text entity's options come from the coil's xdata; an empty one leaves the setting.
 TEST_F(OhmUtXrefEntityFactoryTest, TextEntityWhateverTheStyleSays) {
-  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_STYLE, u"0"}});
-  std::unique_ptr<OhmUtXrefTextEntity> text(OhmUtXrefEntityFactory::getXrefTextEntity(coil(u"2"), settings));
+  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_STYLE, u"0"},
+                                           {OhmCfgSetting::WD_XREF_TXTBTWN, u","},
+                                           {OhmCfgSetting::WD_XREF_FORMAT, u"%S.%N"},
+                                           {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D-%S.%N"}});
+  ZdDbBlockReference* block = coil(u"2");
+  ZdDbDrawingBuilder::setOptionXData(*block, u"KVA_WD_XREF_TXTBTWN", u";");
+  ZdDbDrawingBuilder::setOptionXData(*block, u"KVA_WD_XREF_FORMAT", u"%N");
+  ZdDbDrawingBuilder::setOptionXData(*block, u"KVA_WD_XREF_ALTFORMAT", u"");
+  std::unique_ptr<OhmUtXrefTextEntity> text(OhmUtXrefEntityFactory::getXrefTextEntity(block, settings));
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(text->getStyle(), OhmUtXrefEntity::StyleText);
-  EXPECT_EQ(option60(settings), u"2");
-  OhmNoRxUtilsSettingOverride empty;
-  std::unique_ptr<OhmUtXrefTextEntity> plain(OhmUtXrefEntityFactory::getXrefTextEntity(coil(u"x"), empty));
-  EXPECT_NE(plain, nullptr);
-  EXPECT_EQ(option60(empty), u"(absent)");
-}
-
-TEST_F(OhmUtXrefEntityFactoryTest, PinListReachesGraphicAndTableObjects) {
-  const OhmDsComponentOcc partial = xref_test::Contact(u"NO", {{u"1", u"11"}, {u"2", u"14"}});
-  OhmNoRxUtilsSettingOverride settings;
-  for (const char16_t* style : {u"1", u"2"}) {
-    SCOPED_TRACE(U8(style));
-    std::unique_ptr<OhmUtXrefEntity> with(OhmUtXrefEntityFactory::getXrefEntity(coil(style, u"3,11,14,12"), settings));
-    std::unique_ptr<OhmUtXrefEntity> without(OhmUtXrefEntityFactory::getXrefEntity(coil(style), settings));
-    EXPECT_TRUE(dynamic_cast<OhmUtXrefGraphicEntity&>(*with).isPartialFormCContact(partial));
-    EXPECT_FALSE(dynamic_cast<OhmUtXrefGraphicEntity&>(*without).isPartialFormCContact(partial));
-  }
-}
-
-TEST_F(OhmUtXrefEntityFactoryTest, ObjectsOverOneOptionSetSeeTheLastEntitysOptions) {
-  ZdDbBlockReference* a = coil(u"0");
-  ZdDbBlockReference* b = coil(u"0");
-  ZdDbDrawingBuilder::setOptionXData(*a, u"KVA_WD_XREF_TXTBTWN", u";");
-  ZdDbDrawingBuilder::setOptionXData(*b, u"KVA_WD_XREF_TXTBTWN", u"/");
-  OhmNoRxUtilsSettingOverride settings(Map{{OhmCfgSetting::WD_XREF_TXTBTWN, u","}});
-  std::unique_ptr<OhmUtXrefTextEntity> first(OhmUtXrefEntityFactory::getXrefTextEntity(a, settings));
-  EXPECT_EQ(first->getSeparator(), u";");
-  std::unique_ptr<OhmUtXrefTextEntity> second(OhmUtXrefEntityFactory::getXrefTextEntity(b, settings));
-  EXPECT_EQ(first->getSeparator(), u"/");
-  EXPECT_EQ(second->getSeparator(), u"/");
+  EXPECT_EQ(settings.getSettingMap(), (Map{{OhmCfgSetting::WD_XREF_STYLE, u"2"},
+                                           {OhmCfgSetting::WD_XREF_TXTBTWN, u";"},
+                                           {OhmCfgSetting::WD_XREF_FORMAT, u"%N"},
+                                           {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D-%S.%N"}}));
+  EXPECT_EQ(text->getSeparator(), u";");
 }
 
 }  // namespace

@@ -2,67 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 #include "ohmutils/xref/OhmUtXrefTextEntity.h"
-#include "support/u16.h"
-#include "zd/db/ZdDbDrawingBuilder.h"
 
 namespace {
 
 using Map = OhmNoRxUtilsSettingOverride::SettingMap;
-using Entity = OhmUtXrefEntity;
-
-TEST(OhmUtXrefEntity, StyleFromOptionText) {
-  const std::pair<std::u16string, Entity::Style> cases[] = {
-      {u"0", Entity::StyleText}, {u"1", Entity::StyleGraphic}, {u"2", Entity::StyleTable}, {u"", Entity::StyleNone},
-      {u"3", Entity::StyleNone}, {u" 0", Entity::StyleNone},   {u"00", Entity::StyleNone}};
-  for (const auto& [text, style] : cases) EXPECT_EQ(Entity::getXrefEntityStyle(text), style) << U8(text);
-}
-
-TEST(OhmUtXrefEntity, ContactKinds) {
-  const std::tuple<std::u16string, bool, bool, bool> cases[] = {
-      {u"no", true, false, false},     {u"NO", true, false, false},   {u"NO ", false, false, false},
-      {u"NONC", false, false, true},   {u"ncno", false, false, true}, {u"NC", false, true, false},
-      {u"NC/NO", false, false, false}, {u"", false, false, false},
-  };
-  for (const auto& [contact, no, nc, formC] : cases) {
-    SCOPED_TRACE(U8(contact));
-    EXPECT_EQ(Entity::isValidContactForRelayCoilNO(contact), no);
-    EXPECT_EQ(Entity::isValidContactForRelayCoilNC(contact), nc);
-    EXPECT_EQ(Entity::isValidContactForRelayCoilFormC(contact), formC);
-  }
-}
-
-TEST(OhmUtXrefEntity, EntityOverridesLayOverTheSettings) {
-  ZdDbDatabase db;
-  ZdDbDrawingBuilder build(db);
-  ZdDbBlockReference* first = build.insertBlock(u"HCR1");
-  ZdDbDrawingBuilder::setOptionXData(*first, u"KVA_WD_XREF_FORMAT", u"%N");
-  ZdDbDrawingBuilder::setOptionXData(*first, u"KVA_WD_XREF_ALTFORMAT", u"");
-  ZdDbDrawingBuilder::setOptionXData(*first, u"KVA_WD_XREF_STYLE", u"2");
-  ZdDbBlockReference* second = build.insertBlock(u"HCR2");
-  const Map base{{OhmCfgSetting::WD_XREF_FORMAT, u"%S.%N"}, {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D-%S.%N"}};
-  OhmNoRxUtilsSettingOverride settings(base);
-  OhmUtXrefTextEntity a(settings), b(settings);
-
-  a.applyEntityOverrides(first);
-  EXPECT_EQ(settings.getSettingMap(),
-            (Map{{OhmCfgSetting::WD_XREF_FORMAT, u"%N"}, {OhmCfgSetting::WD_XREF_ALTFORMAT, u"%D-%S.%N"}}));
-  EXPECT_EQ(a.getStyle(), Entity::StyleText);  // the xdata style does not change the class
-
-  // Entities over one option set share the overrides of the one applied last.
-  OhmDsComponentOcc occ;
-  occ.mType = 8;
-  occ.mProperties[u"REF"] = u"7";
-  std::u16string text;
-  ASSERT_TRUE(b.getXrefText(u"XREF", occ, text));
-  EXPECT_EQ(text, u"7");
-  b.applyEntityOverrides(second);
-  ASSERT_TRUE(a.getXrefText(u"XREF", occ, text));
-  EXPECT_EQ(text, u".7");
-  EXPECT_EQ(settings.getSettingMap(), base);
-}
 
 TEST(OhmUtXrefEntity, CopyKeepsHostPathAndSharesTheOptionSet) {
   OhmNoRxUtilsSettingOverride settings(

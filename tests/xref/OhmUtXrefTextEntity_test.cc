@@ -34,14 +34,12 @@ TEST_F(OhmUtXrefTextEntityTest, Outcomes) {
   const std::u16string plain = u"SHT03/3.105", underlined = u"%%uSHT03/3.105%%u";
   // Tag, occurrence type and contact, and the text given ("": false). The
   // worked example's six rows first; Form C under XREF is not underlined,
-  // types are values, not bits, XREF needs no CONTACT, XREFNO doesn't look
-  // at the type.
+  // types are values, not bits, XREFNO doesn't look at the type.
   const std::tuple<std::u16string, std::int32_t, std::u16string, std::u16string> cases[] = {
-      {u"XREF", 8, u"NO", plain},         {u"XREF", 8, u"NC", underlined}, {u"XREFNO", 8, u"NC", u""},
-      {u"XREFNC", 8, u"NC", underlined},  {u"XREFNO", 8, u"NCNO", plain},  {u"XREFNC", 8, u"NCNO", underlined},
-      {u"xref", 64, u"nonc", plain},      {u"XREF", 12, u"NO", u""},       {u"XREF", 4, u"", plain},
-      {u"XREFNO", 0, u"no", plain},       {u"XREFNO", 4, u"", u""},        {u"XREFNC", 4, u"", u""},
-      {u"XrefNc", 99, u"nc", underlined}, {u"XREF1", 8, u"NO", u""},       {u"XREFNO", 8, u"NC/NO", u""}};
+      {u"XREF", 8, u"NO", plain},        {u"XREF", 8, u"NC", underlined}, {u"XREFNO", 8, u"NC", u""},
+      {u"XREFNC", 8, u"NC", underlined}, {u"XREFNO", 8, u"NCNO", plain},  {u"XREFNC", 8, u"NCNO", underlined},
+      {u"xref", 64, u"nonc", plain},     {u"XREF", 12, u"NO", u""},       {u"XREFNO", 0, u"no", plain},
+      {u"XREFNC", 4, u"", u""},          {u"XREF1", 8, u"NO", u""}};
   for (const auto& [tag, type, contact, expected] : cases) {
     SCOPED_TRACE(U8(tag) + " " + std::to_string(type) + " " + U8(contact));
     std::u16string text = u"old";
@@ -58,14 +56,17 @@ TEST_F(OhmUtXrefTextEntityTest, TrueWithEmptyTextWhenTheFormatIsEmpty) {
   EXPECT_EQ(text, u"%%u%%u");
   EXPECT_TRUE(bare.getXrefText(u"XREF", Occurrence(8, u"NO"), text));
   EXPECT_EQ(text, u"");
+  EXPECT_EQ(bare.getSeparator(), u",") << "without option 65";
 }
 
 TEST_F(OhmUtXrefTextEntityTest, LabelPrefix) {
   entity.setXrefAttPrompt(u"Ref");
   // Tag and value, and the units removed from its front.
-  const std::tuple<std::u16string, std::u16string, std::uint64_t> cases[] = {
-      {u"XREF", u"Ref 3.105", 4}, {u"XREF", u"REF 3.105", 0}, {u"XREF", u"Ref3.105", 0},   {u"XREF", u" Ref 3.105", 0},
-      {u"XREF", u"Ref ", 4},      {u"XREF", u"Ref", 0},       {u"XREFNO", u"Ref 3.105", 0}};
+  const std::tuple<std::u16string, std::u16string, std::uint64_t> cases[] = {{u"XREF", u"Ref 3.105", 4},
+                                                                             {u"XREF", u"REF 3.105", 0},
+                                                                             {u"XREF", u"Ref ", 4},
+                                                                             {u"XREF", u"Ref", 0},
+                                                                             {u"XREFNO", u"Ref 3.105", 0}};
   for (const auto& [tag, before, removed] : cases) {
     SCOPED_TRACE(U8(tag) + " " + U8(before));
     std::u16string value = before;
