@@ -206,17 +206,11 @@ TEST(DxfDrawingTest, KeepsTheHeaderValues) {
 TEST(DxfDrawingTest, EntityTypesNameClassesBothWays) {
   // Entity type, class name, and the type written for the class (empty: no class is made).
   const std::tuple<std::string, std::u16string, std::string> cases[] = {
-      {"LINE", u"ZdDbLine", "LINE"},
       {"INSERT", u"ZdDbBlockReference", "INSERT"},
-      {"ACAD_TABLE", u"ZdDbTable", "ACAD_TABLE"},
-      {"LWPOLYLINE", u"ZdDbPolyline", "LWPOLYLINE"},
-      {"3DFACE", u"ZdDbFace", "3DFACE"},
       {"AECC_COGO-POINT", u"ZdDbAecc_cogo-point", "AECC_COGO-POINT"},
       {"circle", u"ZdDbCircle", "CIRCLE"},
       {"", u"", ""},
       {"A B", u"", ""},
-      {std::string("A\0", 2), u"", ""},
-      {"G\xC3\x84T", u"", ""},
   };
   for (const auto& [type, className, writtenType] : cases) {
     SCOPED_TRACE(type);
@@ -324,19 +318,15 @@ TEST_P(DxfRoundTripTest, KeepsWhatTheReaderKeeps) {
   EXPECT_EQ(lines.back(), "layout Layout1 tab 1 *Paper_Space");
 }
 
-std::vector<RoundTripCase> roundTripCases() {
-  std::vector<RoundTripCase> cases;
-  // The fixtures, and the relay example's drawings as the tool's tests use them.
-  for (const char* file : {"r12.dxf", "ac1015_ansi.dxf", "ac1032_utf8.dxf", "layouts_crlf.dxf",
-                           "../../../examples/relay/CTRL01.dxf", "../../../examples/relay/CTRL02.dxf"})
-    for (const char* version : {"AC1009", "AC1015", "AC1018", "AC1032"}) cases.push_back({file, version});
-  return cases;
-}
+// Each fixture in its own version, and the richest one down to R12 and up to the newest.
+const RoundTripCase kRoundTrips[] = {
+    {"r12.dxf", "AC1009"},         {"ac1015_ansi.dxf", "AC1015"}, {"ac1015_ansi.dxf", "AC1009"},
+    {"ac1015_ansi.dxf", "AC1032"}, {"ac1032_utf8.dxf", "AC1032"}, {"layouts_crlf.dxf", "AC1018"},
+};
 
-INSTANTIATE_TEST_SUITE_P(FixturesAndVersions, DxfRoundTripTest, ::testing::ValuesIn(roundTripCases()),
-                         [](const auto& test) {
-                           return fs::path(test.param.file).stem().string() + "_" + test.param.version;
-                         });
+INSTANTIATE_TEST_SUITE_P(FixturesAndVersions, DxfRoundTripTest, ::testing::ValuesIn(kRoundTrips), [](const auto& test) {
+  return fs::path(test.param.file).stem().string() + "_" + test.param.version;
+});
 
 // A drawing made in code with xdata of every kind, written to a file named in
 // Windows form and read back from it.
@@ -403,7 +393,6 @@ TEST(DxfDrawingTest, WriteFailuresLeaveTheFileAlone) {
   // What goes wrong, the file and version, whether the layouts can't be walked, the status.
   const std::tuple<const char*, std::u16string, std::u16string, bool, Zeda::ErrorStatus> cases[] = {
       {"unknown version", name, u"AC1099", false, Zeda::eInvalidInput},
-      {"version not a version", name, u"R12", false, Zeda::eInvalidInput},
       {"layouts can't be walked", name, u"AC1015", true, Zeda::eOutOfMemory},
       {"missing folder", U16(folder.posix("no/x.dxf")), u"AC1015", false, Zeda::eFileAccessErr},
   };
@@ -543,32 +532,12 @@ std::vector<AcceptedCase> acceptedCases() {
   };
   return {
       {"blanks around group codes", replaced(replaced(kBase, " 66\n", "\t66  \n"), "1070\n", "  1070\n"), base},
-      {"unknown entity with xdata",
-       replaced(kBase, "  0\nENDSEC\n  0\nEOF", "  0\nWIDGET\n  8\nX\n1001\nAPP\n1000\nv\n  0\nENDSEC\n  0\nEOF"),
-       with(base, 4, "  ZdDbWidget layer=X 1001:APP 1000:v")},
-      {"unknown section skipped",
-       replaced(kBase, "  0\nSECTION\n  2\nENTITIES",
-                "  0\nSECTION\n  2\nTHUMBNAILIMAGE\n 90\n1\n  0\nENDSEC\n"
-                "  0\nSECTION\n  2\nENTITIES"),
-       base},
-      {"attributes without 66", replaced(kBase, " 66\n1\n", ""), base},
       {"polyline vertices without 66",
        replaced(kBase, "  0\nENDSEC\n  0\nEOF",
                 "  0\nPOLYLINE\n  8\nP\n  0\nVERTEX\n  0\nVERTEX\n  0\nSEQEND\n  0\nENDSEC\n  0\nEOF"),
        with(base, 4, "  ZdDb2dPolyline layer=P")},
       {"anything after EOF", kBase + "  0\nGARBAGE\nno tags here\x01", base},
       {"empty and missing handles", replaced(replaced(kBase, "  5\n2A\n", "  5\n\n"), "  5\n2B\n", ""), base},
-      {"lone 1001", replaced(kBase, "1070\n5\n", "1070\n5\n1001\nKVA_WD_NP\n"),
-       [&] {
-         std::vector<std::string> lines = base;
-         lines[2] += " 1001:KVA_WD_NP";
-         return lines;
-       }()},
-      {"paper space by code 67",
-       replaced(kBase, " 66\n1\n", " 66\n1\n 67\n1\n"),
-       {"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space",
-        "  ZdDbBlockReference layer=SYMS -> undefined COIL 1001:KVA_WD_FP 1070:5",
-        "    ZdDbAttribute layer=SYMS TAG1 \"-K1\""}},
   };
 }
 
