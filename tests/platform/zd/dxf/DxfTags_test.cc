@@ -46,13 +46,6 @@ TEST(DxfTags, KnowsTheDefinedGroupCodes) {
     EXPECT_FALSE(isDxfGroupCode(code)) << code;
 }
 
-TEST(DxfTags, WritesTheHostLayout) {
-  std::string out;
-  appendDxfTag(out, 0, "SECTION");
-  appendDxfTag(out, 1001, "KVA_WD_XREF_STYLE");
-  EXPECT_EQ(out, "  0\r\nSECTION\r\n1001\r\nKVA_WD_XREF_STYLE\r\n");
-}
-
 TEST(DxfTextCodec, ChoosesTheEncodingByVersionAndCodePage) {
   const auto utf8 = DxfTextCodec::forDrawing("AC1032", "ANSI_1252");
   ASSERT_TRUE(utf8);
