@@ -148,8 +148,6 @@ TEST(ShellExecuteW, NamesATargetOnlyForTheTwoFormsItKnows) {
   TempFolder temp;
   temp.makeFile("doc.pdf");
   const std::tuple<const char*, std::u16string, std::u16string, std::u16string, std::u16string> cases[] = {
-      {"protocol handler", u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler http://x.example/a b",
-       u"http://x.example/a b"},
       {"any case and folder", u"open", u"C:\\Windows\\System32\\RUNDLL32.EXE",
        u"URL.DLL,fileprotocolhandler mailto:a@b", u"mailto:a@b"},
       {"no address", u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler", u""},
