@@ -35,7 +35,6 @@ std::vector<OpenCase> openCases() {
   const std::string relative = fs::relative(full, fs::current_path()).string();
   return {
       {"Windows form with drive, not made current", u"Z:" + PosixPathToWindows(full), false, Zeda::eOk},
-      {"relative name with a dot folder", U16("./" + relative), true, Zeda::eOk},
       {"not a drawing", U16(fs::path(OHM_FIXTURES_DIR).string()), true, Zeda::eFileAccessErr},
       {"unmapped drive", u"Q:\\nowhere\\a.dxf", true, Zeda::eFileNotFound},
   };
