@@ -58,17 +58,6 @@ TEST(Variant, ConvertsInPlaceAndRefusesNullArguments) {
   EXPECT_EQ(VariantChangeType(&value, nullptr, 0, VT_BSTR), E_POINTER);
 }
 
-TEST(Variant, StringWithoutMemoryRaisesOutOfMemory) {
-  com_testing::failNextStringVariant();
-  try {
-    _variant_t text(u"value");
-    FAIL() << "no _com_error raised";
-  } catch (const _com_error& error) {
-    EXPECT_EQ(error.Error(), E_OUTOFMEMORY);
-  }
-  EXPECT_EQ(_variant_t(u"value").bstrVal, u"value") << "only the next string fails";
-}
-
 TEST(ComError, CarriesCodeAndErrorInformation) {
   IErrorInfoPtr info = CreateErrorInfoFor(IID_IUnknown, u"what went wrong");
   _com_error error(E_FAIL, info.GetInterfacePtr(), true);

@@ -65,15 +65,6 @@ TEST(CString, EditingInPlace) {
   EXPECT_EQ(CString(u"ABC").CompareNoCase(u"abc"), 0);
 }
 
-TEST(CString, BufferRoundTrip) {
-  CString text;
-  LPWSTR buffer = text.GetBuffer(8);
-  std::char_traits<char16_t>::copy(buffer, u"abc\0zzz", 7);
-  text.ReleaseBuffer();
-  EXPECT_EQ(text.GetLength(), 3);
-  EXPECT_EQ(text, u"abc");
-}
-
 TEST(CString, FormatCoversTextAndNumbers) {
   CString text;
   text.Format(u"%s=%d (%05.1f) [%-4s] %c%% %x %hs %I64d", u"key", -42, 3.14159, u"ab", u'Z', 255u, "n\xC3\xA4",

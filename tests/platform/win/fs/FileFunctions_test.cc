@@ -150,14 +150,6 @@ int shellDelete(const std::u16string& list, UINT function = FO_DELETE) {
   return SHFileOperationW(&operation);
 }
 
-TEST_F(FileFunctionsTest, ShellDeleteRemovesWholeTreesWithReadOnlyFiles) {
-  mTemp.makeFile("sub/deep/c.txt", "x", true);
-  EXPECT_EQ(shellDelete(nameList({path("sub"), path("b.txt")})), 0);
-  EXPECT_FALSE(mTemp.exists("sub"));
-  EXPECT_FALSE(mTemp.exists("b.txt"));
-  EXPECT_TRUE(mTemp.exists("noext"));
-}
-
 TEST_F(FileFunctionsTest, ShellDeleteStatuses) {
   EXPECT_EQ(shellDelete(nameList({path("noext"), path("gone")})), ERROR_FILE_NOT_FOUND);
   EXPECT_FALSE(mTemp.exists("noext"));  // the names before the missing one are gone

@@ -74,16 +74,6 @@ TEST_F(Modules, LoadFailuresSayWhy) {
   EXPECT_EQ(LoadLibraryW(nullptr), nullptr);
 }
 
-TEST_F(Modules, LinkedModuleAnswersToItsNameAndPath) {
-  const HMODULE platform = GetModuleHandleW(u"C:\\elsewhere\\OHMPLATFORM.dll");  // the folder doesn't count
-  ASSERT_NE(platform, nullptr);
-  char16_t path[4096];
-  const DWORD length = GetModuleFileNameW(platform, path, 4096);
-  EXPECT_EQ(std::u16string(path, length), Windows(OHM_LINKED_PLATFORM));
-  EXPECT_EQ(GetModuleHandleW(u"OhmPlatfor.dll"), nullptr);  // no prefix matches
-  EXPECT_EQ(GetLastError(), Error(ERROR_MOD_NOT_FOUND));
-}
-
 TEST_F(Modules, ProgramPathAndShortBuffers) {
   char16_t path[4096];
   const DWORD length = GetModuleFileNameW(nullptr, path, 4096);
@@ -95,15 +85,6 @@ TEST_F(Modules, ProgramPathAndShortBuffers) {
   EXPECT_EQ(GetLastError(), Error(ERROR_INSUFFICIENT_BUFFER));
   EXPECT_EQ(GetModuleFileNameW(reinterpret_cast<HMODULE>(path), path, 4096), 0u);  // not a module
   EXPECT_EQ(GetLastError(), Error(ERROR_INVALID_HANDLE));
-}
-
-TEST_F(Modules, ExportsAreLookedUpInTheModuleOnly) {
-  const HMODULE res = Load("OhmUtilsRes.dll");
-  EXPECT_NE(GetProcAddress(res, kResourceDirectorySymbol), nullptr);
-  // The program links libOhmUtils, which has a table of its own; the program has none.
-  EXPECT_EQ(GetProcAddress(GetModuleHandleW(nullptr), kResourceDirectorySymbol), nullptr);
-  EXPECT_EQ(GetLastError(), Error(ERROR_PROC_NOT_FOUND));
-  FreeLibrary(res);
 }
 
 // --- strings and raw data ------------------------------------------------------------

@@ -101,21 +101,4 @@ TEST(ZdDocManager, DocumentsAndTheCurrentOne) {
   manager->closeAll();
 }
 
-TEST(ZdHostApplicationServices, FindFileSearchesTheHostPath) {
-  TempFolder temp;
-  temp.makeFile("second/libohmmain.so");  // the file of module ohmmain.dll
-  const std::u16string first = temp.windows("first");
-  const std::u16string second = temp.windows("second");
-  zdedSetEnv(u"ZEDA", (first + u";" + second).c_str());
-
-  ZdString found(u"untouched");
-  ZdDbHostApplicationServices* services = zddbHostApplicationServices();
-  ASSERT_EQ(services->findFile(found, u"ohmmain.dll"), 0);
-  EXPECT_EQ(found.str(), second + u"\\libohmmain.so");
-  found.assign(u"untouched");
-  EXPECT_NE(services->findFile(found, u"missing.dll"), 0);
-  EXPECT_EQ(found.str(), u"untouched");
-  zd_testing::resetEnv();
-}
-
 }  // namespace
