@@ -94,23 +94,6 @@ CString CString::SpanExcluding(LPCWSTR charSet) const {
   return hit < 0 ? *this : Left(hit);
 }
 
-CString CString::Tokenize(LPCWSTR tokens, int& start) const {
-  if (start < 0 || start >= GetLength()) {
-    start = -1;
-    return {};
-  }
-  const std::u16string_view set = Terminated(tokens);
-  const std::size_t begin = m_str.find_first_not_of(set, static_cast<std::size_t>(start));
-  if (begin == std::u16string::npos) {
-    start = -1;
-    return {};
-  }
-  std::size_t end = m_str.find_first_of(set, begin);
-  if (end == std::u16string::npos) end = m_str.size();
-  start = static_cast<int>(std::min(end + 1, m_str.size()));
-  return Mid(static_cast<int>(begin), static_cast<int>(end - begin));
-}
-
 int CString::Find(char16_t unit, int start) const noexcept {
   if (start < 0 || start >= GetLength()) return -1;
   const std::u16string_view text = Terminated(m_str.c_str());

@@ -57,7 +57,6 @@ class CString {
   // integer, floating and pointer conversions are those of the C runtime.
   void Format(LPCWSTR format, ...);
   void FormatV(LPCWSTR format, va_list args);
-  void AppendFormat(LPCWSTR format, ...);
 
   // --- pieces ---------------------------------------------------------------
   CString Left(int count) const;
@@ -66,9 +65,6 @@ class CString {
   CString Mid(int first, int count) const;
   CString SpanIncluding(LPCWSTR charSet) const;
   CString SpanExcluding(LPCWSTR charSet) const;
-  // Next token after `start` delimited by any unit of `tokens`; start becomes
-  // -1 and the result empty at the end.
-  CString Tokenize(LPCWSTR tokens, int& start) const;
 
   // --- searching: position or -1 -------------------------------------------
   int Find(char16_t unit, int start = 0) const noexcept;  // -1 if start is outside [0, length)

