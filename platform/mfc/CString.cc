@@ -30,11 +30,6 @@ char16_t CString::GetAt(int index) const {
   return m_str[static_cast<std::size_t>(index)];
 }
 
-void CString::SetAt(int index, char16_t unit) {
-  assert(index >= 0 && index < GetLength());
-  m_str[static_cast<std::size_t>(index)] = unit;
-}
-
 void CString::SetString(LPCWSTR text) { m_str.assign(Terminated(text)); }
 
 void CString::SetString(LPCWSTR text, int length) {
@@ -71,44 +66,12 @@ CString& CString::operator+=(char16_t unit) {
 
 CString CString::Left(int count) const { return Mid(0, count); }
 
-CString CString::Right(int count) const {
-  count = Clamp(count, 0, GetLength());
-  return CString(std::u16string_view(m_str).substr(m_str.size() - static_cast<std::size_t>(count)));
-}
-
 CString CString::Mid(int first) const { return Mid(first, GetLength()); }
 
 CString CString::Mid(int first, int count) const {
   first = Clamp(first, 0, GetLength());
   count = Clamp(count, 0, GetLength() - first);
   return CString(std::u16string_view(m_str).substr(static_cast<std::size_t>(first), static_cast<std::size_t>(count)));
-}
-
-CString CString::SpanIncluding(LPCWSTR charSet) const {
-  const std::size_t end = m_str.find_first_not_of(Terminated(charSet));
-  return Left(end == std::u16string::npos ? GetLength() : static_cast<int>(end));
-}
-
-CString CString::SpanExcluding(LPCWSTR charSet) const {
-  const int hit = FindOneOf(charSet);
-  return hit < 0 ? *this : Left(hit);
-}
-
-CString CString::Tokenize(LPCWSTR tokens, int& start) const {
-  if (start < 0 || start >= GetLength()) {
-    start = -1;
-    return {};
-  }
-  const std::u16string_view set = Terminated(tokens);
-  const std::size_t begin = m_str.find_first_not_of(set, static_cast<std::size_t>(start));
-  if (begin == std::u16string::npos) {
-    start = -1;
-    return {};
-  }
-  std::size_t end = m_str.find_first_of(set, begin);
-  if (end == std::u16string::npos) end = m_str.size();
-  start = static_cast<int>(std::min(end + 1, m_str.size()));
-  return Mid(static_cast<int>(begin), static_cast<int>(end - begin));
 }
 
 int CString::Find(char16_t unit, int start) const noexcept {
@@ -166,11 +129,6 @@ int CString::Replace(char16_t oldUnit, char16_t newUnit) {
   return count;
 }
 
-int CString::Remove(char16_t unit) {
-  const auto removed = std::erase(m_str, unit);
-  return static_cast<int>(removed);
-}
-
 int CString::Insert(int index, char16_t unit) { return Insert(index, std::u16string(1, unit).c_str()); }
 
 int CString::Insert(int index, LPCWSTR text) {
@@ -192,29 +150,9 @@ CString& CString::MakeUpper() {
   return *this;
 }
 
-CString& CString::MakeLower() {
-  std::transform(m_str.begin(), m_str.end(), m_str.begin(), CrtToLower);
-  return *this;
-}
-
-CString& CString::MakeReverse() {
-  std::reverse(m_str.begin(), m_str.end());
-  return *this;
-}
-
 CString& CString::Trim() { return TrimRight().TrimLeft(); }
-CString& CString::Trim(char16_t unit) { return TrimRight(unit).TrimLeft(unit); }
-CString& CString::Trim(LPCWSTR units) { return TrimRight(units).TrimLeft(units); }
-
 CString& CString::TrimLeft() {
   m_str.erase(m_str.begin(), std::find_if_not(m_str.begin(), m_str.end(), CrtIsSpace));
-  return *this;
-}
-
-CString& CString::TrimLeft(char16_t unit) { return TrimLeft(std::u16string(1, unit).c_str()); }
-
-CString& CString::TrimLeft(LPCWSTR units) {
-  m_str.erase(0, std::min(m_str.find_first_not_of(Terminated(units)), m_str.size()));
   return *this;
 }
 
@@ -245,11 +183,6 @@ int CString::CompareNoCase(LPCWSTR other) const noexcept {
 
 LPWSTR CString::GetBuffer(int minLength) {
   if (minLength > GetLength()) m_str.resize(static_cast<std::size_t>(minLength));
-  return m_str.data();
-}
-
-LPWSTR CString::GetBufferSetLength(int length) {
-  m_str.resize(static_cast<std::size_t>(std::max(length, 0)));
   return m_str.data();
 }
 

@@ -4,8 +4,8 @@
 // runtime functions MFC builds them on, so a string holding U+0000 behaves as
 // the platform's does.
 //
-// Out-of-range indices: Left/Right/Mid/Delete/Insert clamp, as MFC does.
-// GetAt/SetAt/operator[] REQUIRE 0 <= index < GetLength() (MFC throws an ATL
+// Out-of-range indices: Left/Mid/Delete/Insert clamp, as MFC does.
+// GetAt/operator[] REQUIRE 0 <= index < GetLength() (MFC throws an ATL
 // exception there; this build asserts, since no caller relies on the throw).
 //
 // Thread safety: a CString is a plain value; distinct objects may be used on
@@ -35,7 +35,6 @@ class CString {
   bool IsEmpty() const noexcept { return m_str.empty(); }
   void Empty() noexcept { m_str.clear(); }
   char16_t GetAt(int index) const;
-  void SetAt(int index, char16_t unit);
   char16_t operator[](int index) const { return GetAt(index); }
   LPCWSTR GetString() const noexcept { return m_str.c_str(); }
   operator LPCWSTR() const noexcept { return m_str.c_str(); }
@@ -57,18 +56,11 @@ class CString {
   // integer, floating and pointer conversions are those of the C runtime.
   void Format(LPCWSTR format, ...);
   void FormatV(LPCWSTR format, va_list args);
-  void AppendFormat(LPCWSTR format, ...);
 
   // --- pieces ---------------------------------------------------------------
   CString Left(int count) const;
-  CString Right(int count) const;
   CString Mid(int first) const;
   CString Mid(int first, int count) const;
-  CString SpanIncluding(LPCWSTR charSet) const;
-  CString SpanExcluding(LPCWSTR charSet) const;
-  // Next token after `start` delimited by any unit of `tokens`; start becomes
-  // -1 and the result empty at the end.
-  CString Tokenize(LPCWSTR tokens, int& start) const;
 
   // --- searching: position or -1 -------------------------------------------
   int Find(char16_t unit, int start = 0) const noexcept;  // -1 if start is outside [0, length)
@@ -79,19 +71,12 @@ class CString {
   // --- editing in place: counts and new lengths -----------------------------
   int Replace(LPCWSTR oldText, LPCWSTR newText);  // occurrences replaced; "" or null old text replaces nothing
   int Replace(char16_t oldUnit, char16_t newUnit);
-  int Remove(char16_t unit);             // units removed
   int Insert(int index, char16_t unit);  // new length
   int Insert(int index, LPCWSTR text);
   int Delete(int index, int count = 1);  // new length
   CString& MakeUpper();                  // a-z only, the C runtime's default locale
-  CString& MakeLower();                  // A-Z only
-  CString& MakeReverse();
-  CString& Trim();  // white space of the Unicode White_Space property
-  CString& Trim(char16_t unit);
-  CString& Trim(LPCWSTR units);
+  CString& Trim();                       // white space of the Unicode White_Space property
   CString& TrimLeft();
-  CString& TrimLeft(char16_t unit);
-  CString& TrimLeft(LPCWSTR units);
   CString& TrimRight();
   CString& TrimRight(char16_t unit);
   CString& TrimRight(LPCWSTR units);
@@ -115,7 +100,6 @@ class CString {
   // The buffer holds at least minLength units plus a terminator; write into it,
   // then call ReleaseBuffer (-1: up to the first terminator).
   LPWSTR GetBuffer(int minLength = 0);
-  LPWSTR GetBufferSetLength(int length);
   void ReleaseBuffer(int newLength = -1);
 
   friend bool operator==(const CString& a, const CString& b) noexcept { return a.m_str == b.m_str; }

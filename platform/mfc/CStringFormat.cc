@@ -174,12 +174,3 @@ void CString::Format(LPCWSTR format, ...) {
   FormatV(format, args);
   va_end(args);
 }
-
-void CString::AppendFormat(LPCWSTR format, ...) {
-  CString tail;
-  va_list args;
-  va_start(args, format);
-  tail.FormatV(format, args);
-  va_end(args);
-  *this += tail;
-}

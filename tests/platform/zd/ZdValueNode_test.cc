@@ -39,14 +39,4 @@ TEST_F(ZdValueNodeTest, FailuresLeaveNothingAllocated) {
   EXPECT_EQ(zdutNewString(u"x"), nullptr);
 }
 
-TEST_F(ZdValueNodeTest, ReleaseFreesOwnedStrings) {
-  ZdValueNode* node = zdutNewRb(RTSTR);
-  ASSERT_NE(node, nullptr);
-  EXPECT_EQ(node->resval.rstring, nullptr);
-  node->resval.rstring = zdutNewString(u"owned");
-  node->rbnext = zdutNewRb(RTNIL);
-  EXPECT_EQ(zdutRelRb(node), RTNORM);
-  EXPECT_EQ(zdutRelRb(nullptr), RTNORM);
-}
-
 }  // namespace

@@ -10,13 +10,10 @@
 
 namespace {
 
-// A few patterns of the classification; generated input covers the rest.
+// Alternatives, the empty pattern and case beyond ASCII; generated input covers the rest.
 TEST(ZdWcMatch, PatternsOfTheClassification) {
   const std::tuple<const char16_t*, const char16_t*, bool> cases[] = {
-      {u"TAG1", u"TAG1,TAG1F,TAG1*PART1", true},
       {u"TAG1_X_PART1", u"TAG1,TAG1F,TAG1*PART1", true},
-      {u"HT0_COIL", u"?T0*,?T1*,?T_*", true},
-      {u"HA1S22", u"HA#S*", true},
       {u"", u"", true},
       {u"\u00e9t\u00e9", u"\u00c9T\u00c9", true},
   };

@@ -2,6 +2,7 @@
 // replacements left beside the file, and a failure that leaves nothing.
 #include "win/fs/FileReplace.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -23,9 +24,15 @@ TEST(FileReplace, NewBytesTakeTheOldModeAndNothingIsLeftBeside) {
   TempFolder folder;
   folder.makeFile("d.dxf", "old");
   ASSERT_EQ(::chmod(folder.posix("d.dxf").c_str(), 0640), 0);
+  const int reader = ::open(folder.posix("d.dxf").c_str(), O_RDONLY);
+  ASSERT_GE(reader, 0);
   const std::string bytes("new\r\n\0bytes", 11);
   ASSERT_EQ(ReplaceFileContents(folder.posix("d.dxf"), bytes), 0);
   EXPECT_EQ(folder.read("d.dxf"), bytes);
+  char old[8] = {};
+  EXPECT_EQ(::read(reader, old, sizeof old - 1), 3) << "a reader of the old file sees it whole";
+  EXPECT_STREQ(old, "old");
+  ::close(reader);
   struct stat after {};
   ASSERT_EQ(::stat(folder.posix("d.dxf").c_str(), &after), 0);
   EXPECT_EQ(after.st_mode & 07777, 0640u);

@@ -11,16 +11,12 @@ namespace {
 
 TEST(PathMapping, WindowsFormToPosix) {
   win_testing::mapDrive(u'c', "/srv/c");
-  win_testing::mapDrive(u'D', "/mnt/d/");
   const std::tuple<std::u16string, std::optional<std::string>> cases[] = {
       {u"\\home\\me\\a.dxf", "/home/me/a.dxf"},
-      {u"/home/me/a.dxf", "/home/me/a.dxf"},
       {u"Z:\\tmp\\x", "/tmp/x"},
-      {u"z:/tmp", "/tmp"},
       {u"Z:", "/"},
       {u"C:\\proj\\A.DWG", "/srv/c/proj/A.DWG"},
       {u"c:rel", "/srv/c/rel"},
-      {u"D:\\x", "/mnt/d/x"},
       {u"Q:\\unmapped", std::nullopt},
       {u"\\\\server\\share", std::nullopt},
       {u"relative\\\u00e4", "relative/\xC3\xA4"},

@@ -55,8 +55,7 @@ TEST_P(UserLocaleTest, ShortDateDefaultTimeAndSeparatorsFollowTheEnvironment) {
 
 INSTANTIATE_TEST_SUITE_P(
     Locales, UserLocaleTest,
-    ::testing::Values(LocaleCase{"en_US.UTF-8", u"3/5/2017", u"2:07:09 PM", u"9:05:03 AM", u".", u","},
-                      LocaleCase{"de_DE.UTF-8", u"05.03.2017", u"14:07:09", u"09:05:03", u",", u";"},
+    ::testing::Values(LocaleCase{"de_DE.UTF-8", u"05.03.2017", u"14:07:09", u"09:05:03", u",", u";"},
                       LocaleCase{"C", u"3/5/2017", u"2:07:09 PM", u"9:05:03 AM", u".", u","}),
     [](const ::testing::TestParamInfo<LocaleCase>& param) { return std::string(param.param.locale).substr(0, 5); });
 
@@ -72,12 +71,10 @@ TEST(UserLocale, LcAllComesBeforeLcTimeAndLang) {
 TEST(DatePictures, FieldsQuotesAndLettersOfTheOtherKind) {
   ScopedEnv locale("LC_ALL", "en_US");
   const std::tuple<SYSTEMTIME, const char16_t*, const char16_t*> cases[] = {
-      {kAfternoon, u"yyyyMMdd", u"20170305"},
       {kAfternoon, u"d/M/yy", u"5/3/17"},
       {kAfternoon, u"dddd, MMMM dd yyyy", u"Sunday, March 05 2017"},
       {kAfternoon, u"ddd MMM", u"Sun Mar"},
       {kMorning, u"y|yy|yyy|yyyyy", u"5|05|2005|2005"},
-      {kAfternoon, u"'day' d", u"day 5"},
       {kAfternoon, u"'o''clock' ''d''", u"o'clock '5'"},
       {kAfternoon, u"gg yyyy", u"AD 2017"},
       {kAfternoon, u"hh:mm:ss", u"hh:mm:ss"},  // time letters are text in a date
@@ -92,21 +89,16 @@ TEST(DatePictures, FieldsQuotesAndLettersOfTheOtherKind) {
 TEST(TimePictures, ClocksMarkersAndLettersOfTheOtherKind) {
   ScopedEnv locale("LC_ALL", "en_US");
   const SYSTEMTIME midnight{2017, 3, 0, 5, 0, 0, 0, 0};
-  const SYSTEMTIME noon{2017, 3, 0, 5, 12, 30, 0, 0};
   const std::tuple<SYSTEMTIME, const char16_t*, const char16_t*> cases[] = {
-      {kAfternoon, u"HHmmss", u"140709"},           {kMorning, u"HHmmss", u"090503"}, {kMorning, u"H:m:s", u"9:5:3"},
-      {kAfternoon, u"h:mm:ss tt", u"2:07:09 PM"},   {midnight, u"hh t", u"12 A"},     {noon, u"h tt", u"12 PM"},
+      {kAfternoon, u"HHmmss", u"140709"},
+      {kAfternoon, u"h:mm:ss tt", u"2:07:09 PM"},
+      {midnight, u"hh t", u"12 A"},
       {kAfternoon, u"yyyy 'at' HH", u"yyyy at 14"},  // date letters are text in a time
   };
   for (const auto& [when, picture, expected] : cases) {
     SCOPED_TRACE(U8(picture));
     EXPECT_EQ(time(when, picture), expected);
   }
-}
-
-TEST(DatePictures, NamesComeFromTheLocale) {
-  ScopedEnv locale("LC_ALL", "de_DE");
-  EXPECT_EQ(date(kAfternoon, u"dddd, d. MMMM yyyy"), u"Sonntag, 5. März 2017");
 }
 
 TEST(LocaleFunctions, FailuresGiveZeroAndTheLastError) {
@@ -127,8 +119,6 @@ TEST(LocaleFunctions, FailuresGiveZeroAndTheLastError) {
       {"hour 24", [&] { return GetTimeFormatW(kUser, 0, &hour24, nullptr, buffer, 256); }, ERROR_INVALID_PARAMETER},
       {"time flags", [&] { return GetTimeFormatW(kUser, 2, &kAfternoon, nullptr, buffer, 256); }, ERROR_INVALID_FLAGS},
       {"unknown locale text", [&] { return GetLocaleInfoW(kUser, 0x7777, buffer, 256); }, ERROR_INVALID_FLAGS},
-      {"info buffer too small", [&] { return GetLocaleInfoW(kUser, LOCALE_SDECIMAL, buffer, 1); },
-       ERROR_INSUFFICIENT_BUFFER},
   };
   for (const auto& [what, call, error] : cases) {
     SCOPED_TRACE(what);
@@ -142,7 +132,6 @@ TEST(LocaleFunctions, FailuresGiveZeroAndTheLastError) {
 TEST(PictureFromIcuPattern, TurnsIcuPatternsIntoWindowsPictures) {
   const std::tuple<std::u16string, std::u16string> cases[] = {
       {u"M/d/yy", u"M/d/yyyy"},
-      {u"y/MM/dd", u"yyyy/MM/dd"},
       {u"h:mm:ss\u202Fa", u"h:mm:ss tt"},
       {u"EEEE, d. MMMM y 'um' HH:mm", u"dddd, d. MMMM yyyy 'um' HH:mm"},
       {u"EEE LLL", u"ddd MMM"},

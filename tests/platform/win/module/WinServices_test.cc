@@ -59,19 +59,6 @@ TEST(FormatMessage, FailuresWriteNothing) {
   EXPECT_EQ(std::u16string(buffer), u"The system cannot find the file specified.\r\n");
 }
 
-TEST(MessageBox, DefaultButtonOfEachButtonSet) {
-  const std::pair<UINT, int> cases[] = {
-      {MB_OK, IDOK},
-      {MB_YESNO | MB_ICONQUESTION, IDYES},
-      {MB_YESNOCANCEL | MB_DEFBUTTON3, IDCANCEL},
-      {MB_ABORTRETRYIGNORE | MB_DEFBUTTON2, IDRETRY},
-  };
-  for (const auto& [type, button] : cases) {
-    SCOPED_TRACE(type);
-    EXPECT_EQ(DefaultButtonOf(type), button);
-  }
-}
-
 TEST(MessageBox, SinkCapturesAndAnswersAsScripted) {
   {
     win_testing::RecordingUiSink ui;

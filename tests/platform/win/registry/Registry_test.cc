@@ -72,10 +72,11 @@ TEST_F(RegistryTest, OpenFindsKeysByPathIgnoringCase) {
   const std::u16string tooLong(256, u'k');
   // open: after "Soft\Ohm\Zeda" was made
   const std::tuple<const char16_t*, LONG> cases[] = {
-      {u"Soft\\Ohm\\Zeda", ERROR_SUCCESS},         {u"SOFT\\ohm\\zEDA", ERROR_SUCCESS},
-      {u"Soft\\Ohm\\Zeda\\", ERROR_SUCCESS},       {u"Soft\\Ohm", ERROR_SUCCESS},
-      {u"Soft\\Ohm\\Other", ERROR_FILE_NOT_FOUND}, {u"\\Soft", ERROR_BAD_PATHNAME},
-      {u"Soft\\\\Ohm", ERROR_BAD_PATHNAME},        {tooLong.c_str(), ERROR_INVALID_PARAMETER},
+      {u"SOFT\\ohm\\zEDA\\", ERROR_SUCCESS},
+      {u"Soft\\Ohm\\Other", ERROR_FILE_NOT_FOUND},
+      {u"\\Soft", ERROR_BAD_PATHNAME},
+      {u"Soft\\\\Ohm", ERROR_BAD_PATHNAME},
+      {tooLong.c_str(), ERROR_INVALID_PARAMETER},
   };
   for (const auto& [path, open] : cases) {
     SCOPED_TRACE(testing::PrintToString(std::u16string(path)));
@@ -89,27 +90,10 @@ TEST_F(RegistryTest, OpenFindsKeysByPathIgnoringCase) {
   EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"Soft", 0, KEY_READ, nullptr), ERROR_INVALID_PARAMETER);
 }
 
-TEST_F(RegistryTest, CreateMakesTheWholePathOnceAndKeepsTheFirstSpelling) {
-  HKEY key = nullptr;
-  DWORD disposition = 0;
-  ASSERT_EQ(
-      RegCreateKeyExW(HKEY_CURRENT_USER, u"A\\Bee\\C", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, &disposition), 0);
-  EXPECT_EQ(disposition, REG_CREATED_NEW_KEY);
-  RegCloseKey(key);
-  ASSERT_EQ(
-      RegCreateKeyExW(HKEY_CURRENT_USER, u"a\\BEE\\c", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, &disposition), 0);
-  EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
-  RegCloseKey(key);
-  HKEY a = Open(u"A", KEY_READ);
-  EXPECT_EQ(SubKeys(a), std::vector<std::u16string>{u"Bee"});
-  RegCloseKey(a);
-}
-
 // Each call against a handle that lacks the right it needs, and with it.
 TEST_F(RegistryTest, HandlesRefuseWhatTheirRightsDoNotAllow) {
   HKEY made = nullptr;
-  DWORD size = 16, count = 0;
-  char16_t name[16];
+  DWORD size = 16;
   struct Case {
     const char* call;
     REGSAM access;
@@ -118,26 +102,14 @@ TEST_F(RegistryTest, HandlesRefuseWhatTheirRightsDoNotAllow) {
   };
   const auto set = [](HKEY key) { return SetText(key, u"v", u"new"); };
   const auto query = [&](HKEY key) { return RegQueryValueExW(key, u"v", nullptr, nullptr, nullptr, &size); };
-  const auto createNew = [&](HKEY key) {
-    return RegCreateKeyExW(key, u"New", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr);
-  };
   const Case cases[] = {
       {"set", KEY_READ, ERROR_ACCESS_DENIED, set},
-      {"set", KEY_SET_VALUE, ERROR_SUCCESS, set},
       {"delete value", KEY_READ, ERROR_ACCESS_DENIED, [](HKEY key) { return RegDeleteValueW(key, u"v"); }},
-      {"create new", KEY_READ, ERROR_ACCESS_DENIED, createNew},
-      {"create new", KEY_CREATE_SUB_KEY, ERROR_SUCCESS, createNew},
+      {"create new", KEY_READ, ERROR_ACCESS_DENIED,
+       [&](HKEY key) { return RegCreateKeyExW(key, u"New", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr); }},
       {"create existing", KEY_READ, ERROR_SUCCESS,
        [&](HKEY key) { return RegCreateKeyExW(key, u"child", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr); }},
       {"query", KEY_SET_VALUE, ERROR_ACCESS_DENIED, query},
-      {"query", KEY_READ, ERROR_SUCCESS, query},
-      {"enum keys", KEY_QUERY_VALUE, ERROR_ACCESS_DENIED,
-       [&](HKEY key) { return RegEnumKeyExW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr); }},
-      {"info", KEY_ENUMERATE_SUB_KEYS, ERROR_ACCESS_DENIED,
-       [&](HKEY key) {
-         return RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                 nullptr, nullptr);
-       }},
       // The handle's rights don't matter to a delete.
       {"delete key", KEY_QUERY_VALUE, ERROR_SUCCESS, [](HKEY key) { return RegDeleteKeyW(key, u"Child"); }},
   };
@@ -149,9 +121,8 @@ TEST_F(RegistryTest, HandlesRefuseWhatTheirRightsDoNotAllow) {
     HKEY key = Open(u"K", c.access);
     size = 16;
     EXPECT_EQ(c.run(key), c.expected);
-    EXPECT_EQ(Text(writer, u"v"), std::string(c.call) == "set" && !c.expected ? u"new" : u"old");
+    EXPECT_EQ(Text(writer, u"v"), u"old");
     if (made) RegCloseKey(std::exchange(made, nullptr));
-    RegDeleteKeyW(writer, u"New");
     RegCloseKey(key);
     RegCloseKey(writer);
   }
@@ -166,7 +137,6 @@ struct ValueCase {
 TEST_F(RegistryTest, ValuesKeepTheirTypeAndBytesAndFollowTheBufferRules) {
   const ValueCase cases[] = {
       {"string", REG_SZ, {'a', 0, 'b', 0, 0, 0}},
-      {"number", REG_DWORD, {0x78, 0x56, 0x34, 0x12}},
       {"bytes of another type", REG_BINARY, {1, 0, 255}},
       {"empty", REG_SZ, {}},
   };
@@ -206,7 +176,7 @@ TEST_F(RegistryTest, EnumerationOrdersAndCounts) {
   HKEY key = Create(u"Enum");
   for (const char16_t* child : {u"beta", u"Alpha", u"gamma"})
     RegCloseKey(Create((u"Enum\\" + std::u16string(child)).c_str()));
-  RegCloseKey(Create(u"Enum\\beta\\deeper"));
+  RegCloseKey(Create(u"ENUM\\BETA\\deeper"));  // the keys on the way keep their first spelling
   SetText(key, u"z", u"1");
   SetText(key, u"a", u"22");
   SetText(key, u"m", u"333");
@@ -216,33 +186,23 @@ TEST_F(RegistryTest, EnumerationOrdersAndCounts) {
   EXPECT_EQ(SubKeys(key), (std::vector<std::u16string>{u"Alpha", u"beta", u"gamma"}));
   EXPECT_EQ(Values(key), (std::vector<std::u16string>{u"z", u"m", u"a"}));
 
-  DWORD subKeys = 0, maxSubKey = 0, values = 0, maxName = 0, maxData = 0, classSize = 5;
-  char16_t keyClass[5] = {u'x'};
-  ASSERT_EQ(RegQueryInfoKeyW(key, keyClass, &classSize, nullptr, &subKeys, &maxSubKey, nullptr, &values, &maxName,
-                             &maxData, nullptr, nullptr),
+  DWORD subKeys = 0, values = 0;
+  ASSERT_EQ(RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &subKeys, nullptr, nullptr, &values, nullptr, nullptr,
+                             nullptr, nullptr),
             0);
-  EXPECT_EQ(std::u16string(keyClass), u"");
-  EXPECT_EQ(classSize, 0u);
   EXPECT_EQ(subKeys, 3u);
-  EXPECT_EQ(maxSubKey, 5u);
   EXPECT_EQ(values, 3u);
-  EXPECT_EQ(maxName, 1u);
-  EXPECT_EQ(maxData, 12u) << "\"again\" with its terminator";
 
   char16_t name[8] = {u'q', 0};
   DWORD size = 5;  // "Alpha" needs 6 with its terminator
   EXPECT_EQ(RegEnumKeyExW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_MORE_DATA);
   EXPECT_EQ(name[0], u'q') << "nothing written";
-  size = 8;
-  EXPECT_EQ(RegEnumKeyExW(key, 3, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_NO_MORE_ITEMS);
   DWORD type = 0, dataSize = 2;
   BYTE data[2];
   size = 8;
   EXPECT_EQ(RegEnumValueW(key, 0, name, &size, nullptr, &type, data, &dataSize), ERROR_MORE_DATA);
   EXPECT_EQ(std::u16string(name), u"z") << "name and type written when only the data doesn't fit";
-  EXPECT_EQ(dataSize, 12u);
-  size = 8;
-  EXPECT_EQ(RegEnumValueW(key, 3, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_NO_MORE_ITEMS);
+  EXPECT_EQ(dataSize, 12u) << "\"again\" with its terminator";
   RegCloseKey(key);
 }
 
@@ -323,22 +283,6 @@ TEST_F(RegistryTest, AStoreThatIsNotOursFailsEveryCallAndIsLeftAlone) {
 }
 
 // --- ATL's CRegKey ---------------------------------------------------------
-
-TEST_F(RegistryTest, CRegKeyOpenReplacesTheKeyOnlyOnSuccessAndClosesWhatItHolds) {
-  RegCloseKey(Create(u"One"));
-  {
-    ATL::CRegKey key;
-    EXPECT_EQ(key.Close(), ERROR_SUCCESS) << "nothing held";
-    ASSERT_EQ(key.Open(HKEY_CURRENT_USER, u"One"), ERROR_SUCCESS);
-    const HKEY first = key;
-    EXPECT_EQ(key.Open(HKEY_CURRENT_USER, u"Missing"), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(key.m_hKey, first) << "kept on failure";
-    ASSERT_EQ(key.Create(HKEY_CURRENT_USER, u"Two\\Three"), ERROR_SUCCESS);
-    const HKEY detached = key.Detach();
-    EXPECT_EQ(key.m_hKey, nullptr);
-    key.Attach(detached);
-  }
-}
 
 TEST_F(RegistryTest, CRegKeyRecurseDeleteTakesTheWholeTree) {
   for (const char16_t* path : {u"T\\A\\A1", u"T\\A\\A2\\deep", u"T\\B", u"T\\C\\C1"}) RegCloseKey(Create(path));

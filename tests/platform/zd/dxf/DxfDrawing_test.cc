@@ -189,34 +189,14 @@ const FixtureCase kFixtures[] = {
 INSTANTIATE_TEST_SUITE_P(Fixtures, DxfFixtureTest, ::testing::ValuesIn(kFixtures),
                          [](const auto& test) { return fs::path(test.param.file).stem().string(); });
 
-TEST(DxfDrawingTest, KeepsTheHeaderValues) {
-  ZdDbDatabase db;
-  ASSERT_EQ(readFixture("ac1015_ansi.dxf", db), Zeda::eOk);
-  EXPECT_GE(db.handseed().value(), 0x200u);
-  EXPECT_EQ(db.getObjectId(ZdDbHandle(0x1A)), db.layoutDictionaryId());
-  EXPECT_EQ(db.getObjectId(ZdDbHandle(0x1)), db.blockTableId());
-  const ZdDbObjectId reference = db.getObjectId(ZdDbHandle(0x100));
-  ASSERT_FALSE(reference.isNull());
-  EXPECT_EQ(db.objectAt(reference)->ownerId(), db.modelSpaceId());
-  const ZdDbObjectId attribute = db.getObjectId(ZdDbHandle(0x101));
-  ASSERT_FALSE(attribute.isNull());
-  EXPECT_EQ(db.objectAt(attribute)->ownerId(), reference);
-}
-
 TEST(DxfDrawingTest, EntityTypesNameClassesBothWays) {
   // Entity type, class name, and the type written for the class (empty: no class is made).
   const std::tuple<std::string, std::u16string, std::string> cases[] = {
-      {"LINE", u"ZdDbLine", "LINE"},
       {"INSERT", u"ZdDbBlockReference", "INSERT"},
-      {"ACAD_TABLE", u"ZdDbTable", "ACAD_TABLE"},
-      {"LWPOLYLINE", u"ZdDbPolyline", "LWPOLYLINE"},
-      {"3DFACE", u"ZdDbFace", "3DFACE"},
       {"AECC_COGO-POINT", u"ZdDbAecc_cogo-point", "AECC_COGO-POINT"},
       {"circle", u"ZdDbCircle", "CIRCLE"},
       {"", u"", ""},
       {"A B", u"", ""},
-      {std::string("A\0", 2), u"", ""},
-      {"G\xC3\x84T", u"", ""},
   };
   for (const auto& [type, className, writtenType] : cases) {
     SCOPED_TRACE(type);
@@ -324,19 +304,15 @@ TEST_P(DxfRoundTripTest, KeepsWhatTheReaderKeeps) {
   EXPECT_EQ(lines.back(), "layout Layout1 tab 1 *Paper_Space");
 }
 
-std::vector<RoundTripCase> roundTripCases() {
-  std::vector<RoundTripCase> cases;
-  // The fixtures, and the relay example's drawings as the tool's tests use them.
-  for (const char* file : {"r12.dxf", "ac1015_ansi.dxf", "ac1032_utf8.dxf", "layouts_crlf.dxf",
-                           "../../../examples/relay/CTRL01.dxf", "../../../examples/relay/CTRL02.dxf"})
-    for (const char* version : {"AC1009", "AC1015", "AC1018", "AC1032"}) cases.push_back({file, version});
-  return cases;
-}
+// Each fixture in its own version, and the richest one down to R12 and up to the newest.
+const RoundTripCase kRoundTrips[] = {
+    {"r12.dxf", "AC1009"},         {"ac1015_ansi.dxf", "AC1015"},  {"ac1015_ansi.dxf", "AC1009"},
+    {"ac1032_utf8.dxf", "AC1032"}, {"layouts_crlf.dxf", "AC1018"},
+};
 
-INSTANTIATE_TEST_SUITE_P(FixturesAndVersions, DxfRoundTripTest, ::testing::ValuesIn(roundTripCases()),
-                         [](const auto& test) {
-                           return fs::path(test.param.file).stem().string() + "_" + test.param.version;
-                         });
+INSTANTIATE_TEST_SUITE_P(FixturesAndVersions, DxfRoundTripTest, ::testing::ValuesIn(kRoundTrips), [](const auto& test) {
+  return fs::path(test.param.file).stem().string() + "_" + test.param.version;
+});
 
 // A drawing made in code with xdata of every kind, written to a file named in
 // Windows form and read back from it.
@@ -403,7 +379,6 @@ TEST(DxfDrawingTest, WriteFailuresLeaveTheFileAlone) {
   // What goes wrong, the file and version, whether the layouts can't be walked, the status.
   const std::tuple<const char*, std::u16string, std::u16string, bool, Zeda::ErrorStatus> cases[] = {
       {"unknown version", name, u"AC1099", false, Zeda::eInvalidInput},
-      {"version not a version", name, u"R12", false, Zeda::eInvalidInput},
       {"layouts can't be walked", name, u"AC1015", true, Zeda::eOutOfMemory},
       {"missing folder", U16(folder.posix("no/x.dxf")), u"AC1015", false, Zeda::eFileAccessErr},
   };
@@ -452,11 +427,8 @@ std::vector<MalformedCase> malformedCases() {
   return {
       {"empty file", "", Zeda::eBadDxfFile},
       {"truncated in a section", fixtureText.substr(0, fixtureText.size() / 2), Zeda::eBadDxfFile},
-      {"truncated in a record", replaced(kBase, "  0\nENDSEC\n  0\nEOF\n", ""), Zeda::eBadDxfFile,
-       "41: ENDSEC of section ENTITIES expected"},
       {"missing EOF", replaced(kBase, "  0\nEOF\n", ""), Zeda::eBadDxfFile, "43: ends before EOF"},
       {"missing ENDSEC", replaced(kBase, "  0\nENDSEC\n  0\nEOF", "  0\nEOF"), Zeda::eBadDxfFile},
-      {"bad group code", replaced(kBase, " 66\n", " 6x\n"), Zeda::eBadDxfFile, "21: group code expected"},
       {"binary DXF", std::string("AutoCAD Binary DXF\r\n\x1a\0\0\0SECTION\0", 30), Zeda::eBadDxfFile},
       {"section without a name", replaced(kBase, "  2\nENTITIES\n", ""), Zeda::eBadDxfFile},
       {"version not a version", replaced(kBase, "AC1015", "R14"), Zeda::eBadDxfFile},
@@ -467,31 +439,19 @@ std::vector<MalformedCase> malformedCases() {
       {"no xdata code after 1001", replaced(kBase, "1070\n5\n", "1070\n5\n  1\nx\n"), Zeda::eBadDxfFile},
       {"16-bit xdata out of range", replaced(kBase, "1070\n5\n", "1070\n40000\n"), Zeda::eBadDxfFile},
       {"xdata point without y", replaced(kBase, "1070\n5\n", "1010\n1.0\n1030\n3.0\n"), Zeda::eBadDxfFile},
-      {"entity type with a blank", replaced(kBase, "  0\nSEQEND\n", "  0\nSEQEND\n  0\nMY LINE\n"), Zeda::eBadDxfFile},
       {"entity type in lower case", replaced(kBase, "  0\nINSERT\n", "  0\nINSERt\n"), Zeda::eBadDxfFile,
        "15: entity type in upper case expected, not \"INSERt\""},
       {"66 not a number", replaced(kBase, " 66\n1\n", " 66\none\n"), Zeda::eBadDxfFile,
        "21: value of group 66 is not an integer"},
       {"MINSERT count not a number", replaced(kBase, "  2\nCOIL\n", "  2\nCOIL\n 70\n2x\n"), Zeda::eBadDxfFile,
        "25: value of group 70 is not an integer"},
-      {"table without its head",
-       replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n",
-                "  0\nSECTION\n  2\nTABLES\n"
-                "  0\nLAYER\n  2\n0\n  0\nENDTAB\n  0\nENDSEC\n  0\nSECTION\n  2\nENTITIES\n"),
-       Zeda::eBadDxfFile, "15: TABLE expected, not \"LAYER\""},
       {"block record without a name",
        replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n",
                 "  0\nSECTION\n  2\nTABLES\n  0\nTABLE\n  2\nBLOCK_RECORD\n"
                 "  0\nBLOCK_RECORD\n  2\n\n  0\nENDTAB\n  0\nENDSEC\n"
                 "  0\nSECTION\n  2\nENTITIES\n"),
        Zeda::eBadDxfFile, "19: block name (group 2) expected"},
-      {"block without ENDBLK",
-       replaced(kBase, "  0\nSECTION\n  2\nENTITIES\n",
-                "  0\nSECTION\n  2\nBLOCKS\n  0\nBLOCK\n  2\nX\n  0\nENDSEC\n"
-                "  0\nSECTION\n  2\nENTITIES\n"),
-       Zeda::eBadDxfFile},
       {"missing file", "", Zeda::eFileNotFound},
-      {"a folder", "", Zeda::eFileAccessErr},
   };
 }
 
@@ -510,8 +470,6 @@ TEST_P(DxfMalformedTest, FailsAndLeavesTheDatabaseAsItWas) {
   std::string path = folder.posix("in.dxf");
   if (c.status == Zeda::eFileNotFound)
     path = folder.posix("missing.dxf");
-  else if (c.status == Zeda::eFileAccessErr)
-    path = folder.posix();
   else
     folder.makeFile("in.dxf", c.text);
   DxfReadReport report;
@@ -527,63 +485,23 @@ TEST_P(DxfMalformedTest, FailsAndLeavesTheDatabaseAsItWas) {
 INSTANTIATE_TEST_SUITE_P(Cases, DxfMalformedTest, ::testing::ValuesIn(malformedCases()),
                          [](const auto& test) { return TestName(test.param.what); });
 
-struct AcceptedCase {
-  const char* what;
-  std::string text;
-  std::vector<std::string> expected;  // without handles
-};
-
-std::vector<AcceptedCase> acceptedCases() {
-  const std::vector<std::string> base{"AC1015 ANSI_1252", "block *Model_Space",
-                                      "  ZdDbBlockReference layer=SYMS -> undefined COIL 1001:KVA_WD_FP 1070:5",
-                                      "    ZdDbAttribute layer=SYMS TAG1 \"-K1\"", "block *Paper_Space"};
-  auto with = [&](std::vector<std::string> lines, std::size_t at, std::string line) {
-    lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(at), std::move(line));
-    return lines;
+// Forms the reader takes as the base drawing: each reads to the same facts.
+TEST(DxfDrawingTest, AcceptsLooseFormsOfTheSameDrawing) {
+  const std::pair<const char*, std::string> cases[] = {
+      {"blanks around group codes", replaced(replaced(kBase, " 66\n", "\t66  \n"), "1070\n", "  1070\n")},
+      {"anything after EOF", kBase + "  0\nGARBAGE\nno tags here\x01"},
+      {"empty and missing handles", replaced(replaced(kBase, "  5\n2A\n", "  5\n\n"), "  5\n2B\n", "")},
   };
-  return {
-      {"blanks around group codes", replaced(replaced(kBase, " 66\n", "\t66  \n"), "1070\n", "  1070\n"), base},
-      {"unknown entity with xdata",
-       replaced(kBase, "  0\nENDSEC\n  0\nEOF", "  0\nWIDGET\n  8\nX\n1001\nAPP\n1000\nv\n  0\nENDSEC\n  0\nEOF"),
-       with(base, 4, "  ZdDbWidget layer=X 1001:APP 1000:v")},
-      {"unknown section skipped",
-       replaced(kBase, "  0\nSECTION\n  2\nENTITIES",
-                "  0\nSECTION\n  2\nTHUMBNAILIMAGE\n 90\n1\n  0\nENDSEC\n"
-                "  0\nSECTION\n  2\nENTITIES"),
-       base},
-      {"attributes without 66", replaced(kBase, " 66\n1\n", ""), base},
-      {"polyline vertices without 66",
-       replaced(kBase, "  0\nENDSEC\n  0\nEOF",
-                "  0\nPOLYLINE\n  8\nP\n  0\nVERTEX\n  0\nVERTEX\n  0\nSEQEND\n  0\nENDSEC\n  0\nEOF"),
-       with(base, 4, "  ZdDb2dPolyline layer=P")},
-      {"anything after EOF", kBase + "  0\nGARBAGE\nno tags here\x01", base},
-      {"empty and missing handles", replaced(replaced(kBase, "  5\n2A\n", "  5\n\n"), "  5\n2B\n", ""), base},
-      {"lone 1001", replaced(kBase, "1070\n5\n", "1070\n5\n1001\nKVA_WD_NP\n"),
-       [&] {
-         std::vector<std::string> lines = base;
-         lines[2] += " 1001:KVA_WD_NP";
-         return lines;
-       }()},
-      {"paper space by code 67",
-       replaced(kBase, " 66\n1\n", " 66\n1\n 67\n1\n"),
-       {"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space",
-        "  ZdDbBlockReference layer=SYMS -> undefined COIL 1001:KVA_WD_FP 1070:5",
-        "    ZdDbAttribute layer=SYMS TAG1 \"-K1\""}},
-  };
+  for (const auto& [what, text] : cases) {
+    SCOPED_TRACE(what);
+    ZdDbDatabase db;
+    ASSERT_EQ(readDxfDrawing(text, db), Zeda::eOk);
+    expectLines(describe(db, {false, false, false}),
+                {"AC1015 ANSI_1252", "block *Model_Space",
+                 "  ZdDbBlockReference layer=SYMS -> undefined COIL 1001:KVA_WD_FP 1070:5",
+                 "    ZdDbAttribute layer=SYMS TAG1 \"-K1\"", "block *Paper_Space"});
+  }
 }
-
-void PrintTo(const AcceptedCase& c, std::ostream* os) { *os << c.what; }
-
-class DxfAcceptedTest : public ::testing::TestWithParam<AcceptedCase> {};
-
-TEST_P(DxfAcceptedTest, ReadsTheDrawing) {
-  ZdDbDatabase db;
-  ASSERT_EQ(readDxfDrawing(GetParam().text, db), Zeda::eOk);
-  expectLines(describe(db, {false, false, false}), GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, DxfAcceptedTest, ::testing::ValuesIn(acceptedCases()),
-                         [](const auto& test) { return TestName(test.param.what); });
 
 // Whole drawings as other programs write them, read plainly or in recover
 // mode: what the database then says, with layouts, and the repairs listed.
@@ -602,9 +520,6 @@ std::string dxf(std::string words) {
   return words + "\n";
 }
 
-const std::string kMInsertR12 =
-    dxf("0 SECTION 2 BLOCKS 0 BLOCK 2 K 70 0 0 ENDBLK 0 ENDSEC 0 SECTION 2 ENTITIES 0 INSERT 8 0 2 K 0 INSERT 8 0 2 K "
-        "70 3 71 2 44 5.0 0 INSERT 8 0 2 NONE 0 ENDSEC 0 EOF");
 const std::string kMInsertR2000 =
     dxf("0 SECTION 2 HEADER 9 $ACADVER 1 AC1015 0 ENDSEC 0 SECTION 2 ENTITIES 0 INSERT 5 30 100 AcDbEntity 8 0 100 "
         "AcDbBlockReference 2 K 0 INSERT 5 31 100 AcDbEntity 8 0 100 AcDbMInsertBlock 2 K 70 1 71 4 0 ENDSEC 0 SECTION "
@@ -615,10 +530,6 @@ const std::string kEmptyLayoutsR13 =
 const std::string kDamaged =
     dxf("0 SECTION 2 TABLES 0 LAYER 2 0 0 ENDTAB 0 SECTION 2 BLOCKS 0 BLOCK 2 B 0 LINE 8 0 0 ENDSEC 0 SECTION 2 "
         "ENTITIES 0 INSERT 2 B 0 ATTRIB 2 T 1 v 0 CIRCLE 8 0 x1 oops");
-// A bad group code cuts the classes short: what is kept of them ends before it.
-const std::string kClassesCut =
-    dxf("0 SECTION 2 HEADER 9 $ACADVER 1 AC1015 0 ENDSEC 0 SECTION 2 CLASSES 0 CLASS 1 WIDGET 2 AcDbWidget 0 CLASS 1 "
-        "GADGET x5 oops 0 ENDSEC 0 EOF");
 // A file that stops in the middle of a line, in its classes.
 const std::string kClassesCutMidLine = [] {
   std::string text = dxf("0 SECTION 2 HEADER 9 $ACADVER 1 AC1015 0 ENDSEC 0 SECTION 2 CLASSES 0 CLASS 1 WIDGET 2 AcDb");
@@ -633,13 +544,6 @@ std::vector<DrawingCase> drawingCases() {
     return lines;
   };
   return {
-      {"MINSERT in R12 beside plain INSERTs",
-       kMInsertR12,
-       false,
-       withTabs({"AC1009 ANSI_1252", "block *Model_Space", "  ZdDbBlockReference layer=0 -> K",
-                 "  ZdDbMInsertBlock layer=0 -> K", "  ZdDbBlockReference layer=0 -> undefined NONE",
-                 "block *Paper_Space", "block K"}),
-       {}},
       {"MINSERT in R2000 by its subclass",
        kMInsertR2000,
        false,
@@ -661,13 +565,6 @@ std::vector<DrawingCase> drawingCases() {
         "39: SEQEND added after the attributes", "43: the rest of the file dropped (group code expected)",
         "43: ENDSEC of section ENTITIES added", "43: EOF added"},
        "5: TABLE expected, not \"LAYER\""},
-      {"classes cut short recovered",
-       kClassesCut,
-       true,
-       withTabs({"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space"}),
-       {"25: the rest of the file dropped (group code expected)", "25: ENDSEC of section CLASSES added",
-        "25: EOF added"},
-       "25: group code expected"},
       {"file cut in the middle of a line recovered",
        kClassesCutMidLine,
        true,
@@ -717,6 +614,8 @@ TEST(DxfDrawingTest, AllocationFailuresLeaveNothingBehind) {
   ASSERT_EQ(read, Zeda::eOk);
   const ZdDbObject* reference = db.objectAt(db.getObjectId(ZdDbHandle(0x100)));
   ASSERT_NE(reference, nullptr);
+  EXPECT_EQ(reference->ownerId(), db.modelSpaceId());
+  EXPECT_EQ(db.objectAt(db.getObjectId(ZdDbHandle(0x101)))->ownerId(), reference->objectId());
   int failures = 0;
   ZdValueNode* chain = nullptr;
   for (long okCalls = 0; okCalls < 200 && !chain; ++okCalls, ++failures) {
