@@ -203,6 +203,8 @@ TEST_F(RegistryTest, EnumerationOrdersAndCounts) {
   EXPECT_EQ(RegEnumValueW(key, 0, name, &size, nullptr, &type, data, &dataSize), ERROR_MORE_DATA);
   EXPECT_EQ(std::u16string(name), u"z") << "name and type written when only the data doesn't fit";
   EXPECT_EQ(dataSize, 12u) << "\"again\" with its terminator";
+  size = 1;  // "z" needs 2 with its terminator
+  EXPECT_EQ(RegEnumValueW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_MORE_DATA);
   RegCloseKey(key);
 }
 
