@@ -92,6 +92,8 @@ TEST(OhmTool, ExitStatusesAndMessages) {
                   "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nK\n0\nENDBLK\n0\nENDSEC\n0\nSECTION\n2\nENTITIES\n"
                   "0\nINSERT\n5\nA3\n2\nK\n1001\nKVA_WD_FP\n0\nENDSEC\n0\nEOF\n");
   folder.makeFile("cut.dxf", "0\nSECTION\n2\nENTITIES\n0\nINSERT\n2\nNOWHERE\n");
+  folder.makeFile("not.dxf", "this is no drawing\n");
+  folder.makeFile("bad.dxf", "0\nSECTION\n2\nENTITIES\n0\nINSERT\n2\nB\n 70\nx\n0\nENDSEC\n0\nEOF\n");
   const std::string ctrl01 = kExample + "/CTRL01.dxf", cut = folder.posix("cut.dxf");
   const std::vector<StatusCase> cases = {
       {"version", {"--version"}, 0, "ohm ", ""},
@@ -100,7 +102,9 @@ TEST(OhmTool, ExitStatusesAndMessages) {
       {"missing drawing", {"layouts", folder.posix("none.dxf")}, 2, "", "none.dxf: no such file"},
       {"a folder", {"layouts", folder.posix("")}, 2, "", ": is a folder, not a drawing"},
       {"a folder as project", {"xref", folder.posix("")}, 2, "", ": is a folder, not a project file"},
+      {"not a drawing", {"classify", folder.posix("not.dxf")}, 2, "", "not.dxf:1: group code expected"},
       {"damaged drawing", {"classify", cut}, 2, "", "cut.dxf:9: ENDSEC of section ENTITIES expected"},
+      {"bad value", {"xdata", folder.posix("bad.dxf"), "1"}, 2, "", "bad.dxf:9: value of group 70 is not an integer"},
       {"damaged drawing recovered", {"classify", cut, "--recover"}, 0, "NOWHERE", "cut.dxf:9: EOF added (repaired)"},
       {"undefined block",
        {"classify", cut, "--recover"},
@@ -135,6 +139,11 @@ TEST(OhmTool, BadProjectFilesNameLineColumnAndWhatWasExpected) {
        "syntax error while parsing object"},
       {"[1, 2]", nullptr, "expected a project object, found array"},
       {"{}", nullptr, "expected a member \"hostDrawing\""},
+      {R"({"hostDrawing": 7})", "7", "expected a string, found number"},
+      {head + "}", nullptr, "expected a member \"entities\""},
+      {entity + R"("xdata": {"A": 1}}]})", "1}", "expected a string, found number"},
+      {R"({"hostDrawing": "x", "coils": {"K1": [{"drawing": "d", "type": "8"}]}, "entities": []})", "\"8\"",
+       "expected an integer, found string"},
       {head + R"(, "entities": [], "extra": 1})", "\"extra\"", "unknown member \"extra\"; expected one of"},
       {head + R"(, "settings": {"WD_NOPE": "1"}, "entities": []})", "\"WD_NOPE\"", "expected an option number"},
       {head + R"(, "settings": {"14": 1}, "entities": []})", "1}", "expected a string, found number"},
@@ -262,6 +271,7 @@ TEST(OhmTool, SettingsOfBothStores) {
       {"config broken file", {"config", "get", "3", "Order", "--folder", bad}, 2, "", "not well-formed"},
       {"config text XML can't hold", {"config", "set", "3", "Order", "a\x1B", "--folder", cfg}, 2, "", "U+001B"},
       {"config value not UTF-8", {"config", "set", "3", "Order", "\xC3", "--folder", cfg}, 2, "", "not valid UTF-8"},
+      {"reg name not UTF-8", {"reg", "get", "Paths", "\xFF"}, 2, "", "NAME is not valid UTF-8"},
       {"reg value too long", {"reg", "set", "Paths", "Long", std::string(1999, 'x')}, 2, "", "at most 1998"},
       {"reg value at the limit", {"reg", "set", "Paths", "Long", std::string(1998, 'x')}, 0, "", ""},
       {"reg value stored too long", {"reg", "get", "Paths", "Longer"}, 1, "", "too long to read"},
