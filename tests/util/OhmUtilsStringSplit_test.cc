@@ -33,7 +33,9 @@ TEST(OhmUtilsCvtStringToIntArray, ReadsAsTheStandardConversion) {
 }
 
 TEST(OhmUtilsCvtStringToIntArray, FailuresKeepWhatWasConverted) {
-  const std::pair<std::u16string, const char*> cases[] = {{u"-", "invalid"},
+  const std::pair<std::u16string, const char*> cases[] = {{u"", "invalid"},
+                                                          {u"x1", "invalid"},
+                                                          {u"-", "invalid"},
                                                           {u"2147483648", "out of range"},
                                                           {u"-2147483649", "out of range"},
                                                           {u"99999999999999999999999", "out of range"}};

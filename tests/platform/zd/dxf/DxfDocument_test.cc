@@ -34,6 +34,7 @@ std::vector<OpenCase> openCases() {
   const std::string full = fs::absolute(kFixture).lexically_normal().string();
   const std::string relative = fs::relative(full, fs::current_path()).string();
   return {
+      {"full POSIX name, made current", U16(full), true, Zeda::eOk},
       {"Windows form with drive, not made current", u"Z:" + PosixPathToWindows(full), false, Zeda::eOk},
       {"not a drawing", U16(fs::path(OHM_FIXTURES_DIR).string()), true, Zeda::eFileAccessErr},
       {"unmapped drive", u"Q:\\nowhere\\a.dxf", true, Zeda::eFileNotFound},

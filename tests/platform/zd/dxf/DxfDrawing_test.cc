@@ -197,6 +197,8 @@ TEST(DxfDrawingTest, EntityTypesNameClassesBothWays) {
       {"circle", u"ZdDbCircle", "CIRCLE"},
       {"", u"", ""},
       {"A B", u"", ""},
+      {std::string("A\0", 2), u"", ""},
+      {"G\xC3\x84T", u"", ""},
   };
   for (const auto& [type, className, writtenType] : cases) {
     SCOPED_TRACE(type);
@@ -520,6 +522,9 @@ std::string dxf(std::string words) {
   return words + "\n";
 }
 
+const std::string kMInsertR12 =
+    dxf("0 SECTION 2 BLOCKS 0 BLOCK 2 K 70 0 0 ENDBLK 0 ENDSEC 0 SECTION 2 ENTITIES 0 INSERT 8 0 2 K 0 INSERT 8 0 2 K "
+        "70 3 71 2 44 5.0 0 INSERT 8 0 2 NONE 0 ENDSEC 0 EOF");
 const std::string kMInsertR2000 =
     dxf("0 SECTION 2 HEADER 9 $ACADVER 1 AC1015 0 ENDSEC 0 SECTION 2 ENTITIES 0 INSERT 5 30 100 AcDbEntity 8 0 100 "
         "AcDbBlockReference 2 K 0 INSERT 5 31 100 AcDbEntity 8 0 100 AcDbMInsertBlock 2 K 70 1 71 4 0 ENDSEC 0 SECTION "
@@ -544,6 +549,13 @@ std::vector<DrawingCase> drawingCases() {
     return lines;
   };
   return {
+      {"MINSERT in R12 beside plain INSERTs",
+       kMInsertR12,
+       false,
+       withTabs({"AC1009 ANSI_1252", "block *Model_Space", "  ZdDbBlockReference layer=0 -> K",
+                 "  ZdDbMInsertBlock layer=0 -> K", "  ZdDbBlockReference layer=0 -> undefined NONE",
+                 "block *Paper_Space", "block K"}),
+       {}},
       {"MINSERT in R2000 by its subclass",
        kMInsertR2000,
        false,
