@@ -193,6 +193,7 @@ TEST(DxfDrawingTest, EntityTypesNameClassesBothWays) {
   // Entity type, class name, and the type written for the class (empty: no class is made).
   const std::tuple<std::string, std::u16string, std::string> cases[] = {
       {"INSERT", u"ZdDbBlockReference", "INSERT"},
+      {"3DFACE", u"ZdDbFace", "3DFACE"},
       {"AECC_COGO-POINT", u"ZdDbAecc_cogo-point", "AECC_COGO-POINT"},
       {"circle", u"ZdDbCircle", "CIRCLE"},
       {"", u"", ""},
