@@ -71,12 +71,6 @@ void ReadAttributes(const ZdDbDatabase& database, const ZdDbBlockReference& refe
 
 char16_t UpperAscii(char16_t c) { return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - u'a' + u'A') : c; }
 
-std::u16string UpperAscii(std::u16string_view text) {
-  std::u16string upper(text);
-  for (char16_t& c : upper) c = UpperAscii(c);
-  return upper;
-}
-
 bool EqualNoCase(std::u16string_view a, std::u16string_view b) {
   return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
                                             [](char16_t x, char16_t y) { return UpperAscii(x) == UpperAscii(y); });
@@ -120,13 +114,31 @@ bool MayBeCoilOrContact(const AttributeViews& attributes) {
                      [](const auto& attribute) { return MayMarkCoilOrContact(attribute.first); });
 }
 
+bool ContainsNoCase(std::u16string_view text, std::u16string_view part) {
+  for (std::size_t at = 0; at + part.size() <= text.size(); ++at) {
+    if (EqualNoCase(text.substr(at, part.size()), part)) return true;
+  }
+  return false;
+}
+
 // The kind a contact's block name says: Form C, NC or NO; empty when none.
-std::u16string KindOfBlockName(const std::u16string& blockName) {
-  const std::u16string name = UpperAscii(blockName);
-  if (name.find(u"NONC") != std::u16string::npos || name.find(u"NCNO") != std::u16string::npos) return u"NONC";
-  if (name.find(u"NC") != std::u16string::npos) return u"NC";
-  if (name.find(u"NO") != std::u16string::npos) return u"NO";
+std::u16string_view KindOfBlockName(std::u16string_view blockName) {
+  if (ContainsNoCase(blockName, u"NONC") || ContainsNoCase(blockName, u"NCNO")) return u"NONC";
+  if (ContainsNoCase(blockName, u"NC")) return u"NC";
+  if (ContainsNoCase(blockName, u"NO")) return u"NO";
   return u"";
+}
+
+// The kind of a contact, kept in the pool: its kind attribute in capitals
+// when it has one, else what its block name says; NCNO is NONC.
+PooledText KeepKind(const std::u16string_view* attribute, std::u16string_view blockName,
+                    DrawingComponents& components) {
+  if (!attribute || attribute->empty()) return components.keep(KindOfBlockName(blockName));
+  if (EqualNoCase(*attribute, u"NCNO")) return components.keep(u"NONC");
+  const PooledText kind = components.keep(*attribute);
+  for (std::size_t i = 0; i < kind.length; ++i)
+    components.texts[kind.offset + i] = UpperAscii(components.texts[kind.offset + i]);
+  return kind;
 }
 
 // The positive number that `digits` spell in ASCII decimal; 0 when they spell none or one too large.
@@ -142,9 +154,8 @@ int PinNumber(std::u16string_view digits) {
 }
 
 // TERM01, TERM02, ...: each pin's number (without leading zeros) and its
-// text, by number; of two with one number, the first.
-std::vector<std::pair<std::u16string, std::u16string>> PinsOf(const AttributeViews& attributes,
-                                                              std::u16string_view prefix) {
+// text, by number, added to the drawing's pins; of two with one number, the first.
+PooledRun KeepPins(const AttributeViews& attributes, std::u16string_view prefix, DrawingComponents& components) {
   thread_local std::vector<std::pair<int, std::u16string_view>> byNumber;  // kept for its room
   byNumber.clear();
   for (const auto& [name, value] : attributes) {
@@ -155,29 +166,45 @@ std::vector<std::pair<std::u16string, std::u16string>> PinsOf(const AttributeVie
   const auto byPin = [](const auto& a, const auto& b) { return a.first < b.first; };
   if (!std::is_sorted(byNumber.begin(), byNumber.end(), byPin))  // symbols list their pins in order, nearly always
     std::stable_sort(byNumber.begin(), byNumber.end(), byPin);
-  std::vector<std::pair<std::u16string, std::u16string>> pins;
-  pins.reserve(byNumber.size());
+  PooledRun pins{static_cast<std::uint32_t>(components.pins.size()), 0};
   for (std::size_t i = 0; i < byNumber.size(); ++i) {
     if (i > 0 && byNumber[i].first == byNumber[i - 1].first) continue;
     char digits[12];
     char* end = std::to_chars(std::begin(digits), std::end(digits), byNumber[i].first).ptr;
-    pins.emplace_back(std::u16string(digits, end), byNumber[i].second);
+    char16_t code[12];
+    std::copy(digits, end, code);
+    const PooledText codeText = components.keep({code, static_cast<std::size_t>(end - digits)});
+    components.pins.push_back({codeText, components.keep(byNumber[i].second)});
+    ++pins.count;
   }
   return pins;
 }
 
 SymbolPlace PlaceOf(const ZdDbBlockReference& reference, const AttributeViews& attributes, int sheet,
-                    const ProjectConventions& conventions) {
+                    const ProjectConventions& conventions, DrawingComponents& components) {
   SymbolPlace place;
   place.sheetInDrawing = sheet;
-  if (const std::u16string_view* given = Find(attributes, conventions.referenceAttribute)) place.reference = *given;
-  if (place.reference.empty()) place.gridLine = GridLine(InsertionY(reference), conventions.grid);
+  const std::u16string_view* given = Find(attributes, conventions.referenceAttribute);
+  if (given && !given->empty()) {
+    place.reference = components.keep(*given);
+  } else {
+    place.gridLine = GridLine(InsertionY(reference), conventions.grid);
+  }
   return place;
 }
 
-std::u16string BlockNameOf(const ZdDbDatabase& database, const ZdDbBlockReference& reference) {
+PooledText KeepBlockName(const ZdDbDatabase& database, const ZdDbBlockReference& reference,
+                         DrawingComponents& components) {
   const auto* record = dynamic_cast<const ZdDbBlockTableRecord*>(database.objectAt(reference.blockTableRecord()));
-  return record ? record->name() : reference.undefinedBlockName();
+  return components.keep(record ? record->name() : reference.undefinedBlockName());
+}
+
+PooledRun KeepAttributes(const AttributeViews& attributes, DrawingComponents& components) {
+  const PooledRun run{static_cast<std::uint32_t>(components.attributes.size()),
+                      static_cast<std::uint32_t>(attributes.size())};
+  for (const auto& [tag, value] : attributes)
+    components.attributes.push_back({components.keep(tag), components.keep(value)});
+  return run;
 }
 
 void AddCoil(const ZdDbDatabase& database, const ZdDbBlockReference& reference, const AttributeViews& attributes,
@@ -189,11 +216,11 @@ void AddCoil(const ZdDbDatabase& database, const ZdDbBlockReference& reference, 
     components.problems.push_back({coil.handle, 0, "a coil without a tag"});
     return;
   }
-  coil.tag = *tag;
-  coil.blockName = BlockNameOf(database, reference);
-  coil.place = PlaceOf(reference, attributes, sheet, conventions);
-  coil.attributes.assign(attributes.begin(), attributes.end());
-  coil.xdata.reset(reference.xData(), [](ZdValueNode* chain) { zdutRelRb(chain); });
+  coil.tag = components.keep(*tag);
+  coil.blockName = KeepBlockName(database, reference, components);
+  coil.place = PlaceOf(reference, attributes, sheet, conventions, components);
+  coil.attributes = KeepAttributes(attributes, components);
+  if (ZdValueNode* xdata = reference.xData()) coil.xdata.reset(xdata, [](ZdValueNode* chain) { zdutRelRb(chain); });
   components.coils.push_back(std::move(coil));
 }
 
@@ -206,15 +233,16 @@ void AddContact(const ZdDbDatabase& database, const ZdDbBlockReference& referenc
     components.problems.push_back({contact.handle, 0, "a contact that names no coil"});
     return;
   }
-  contact.coilTag = *coil;
-  contact.blockName = BlockNameOf(database, reference);
-  const std::u16string_view* kind = Find(attributes, conventions.kindAttribute);
-  contact.kind = kind && !kind->empty() ? UpperAscii(*kind) : KindOfBlockName(contact.blockName);
-  if (contact.kind == u"NCNO") contact.kind = u"NONC";
+  contact.coilTag = components.keep(*coil);
+  contact.blockName = KeepBlockName(database, reference, components);
+  contact.kind = KeepKind(Find(attributes, conventions.kindAttribute), components.text(contact.blockName), components);
   contact.occurrenceType = conventions.occurrenceType;
-  contact.place = PlaceOf(reference, attributes, sheet, conventions);
-  contact.pins = PinsOf(attributes, conventions.pinPrefix);
-  if (const std::u16string_view* xref = Find(attributes, u"XREF")) contact.xref = std::u16string(*xref);
+  contact.place = PlaceOf(reference, attributes, sheet, conventions, components);
+  contact.pins = KeepPins(attributes, conventions.pinPrefix, components);
+  if (const std::u16string_view* xref = Find(attributes, u"XREF")) {
+    contact.xref = components.keep(*xref);
+    contact.hasXref = true;
+  }
   components.contacts.push_back(std::move(contact));
 }
 
@@ -235,6 +263,12 @@ std::vector<ZdDbObjectId> LayoutBlocks(const ZdDbDatabase& database) {
 }
 
 }  // namespace
+
+PooledText DrawingComponents::keep(std::u16string_view text) {
+  const PooledText pooled{static_cast<std::uint32_t>(texts.size()), static_cast<std::uint32_t>(text.size())};
+  texts.append(text);
+  return pooled;
+}
 
 void CollectComponents(const ZdDbDatabase& database, const ProjectConventions& conventions,
                        DrawingComponents& components) {
