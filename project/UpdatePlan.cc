@@ -40,12 +40,23 @@ std::u16string DecimalText(std::int64_t number) {
   return std::u16string(digits, end);
 }
 
-// A symbol's line reference: its own, or its sheet's text followed by its line on the grid in two digits.
-std::u16string ReferenceText(const SymbolPlace& place, const DrawingComponents& drawing, const std::u16string& sheet) {
-  if (!place.reference.empty()) return std::u16string(drawing.text(place.reference));
-  std::u16string line = DecimalText(place.gridLine);
-  if (line.size() < 2) line.insert(0, 2 - line.size(), u'0');
-  return sheet + line;
+// `number` in decimal, in `text`.
+void AssignDecimal(std::u16string& text, std::int64_t number) {
+  char digits[24];
+  char* end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+  text.assign(digits, end);
+}
+
+// A symbol's line reference, in `text`: its own, or its sheet's text
+// followed by its line on the grid in two digits.
+void AssignReference(std::u16string& text, const SymbolPlace& place, const DrawingComponents& drawing,
+                     std::u16string_view sheet) {
+  if (!place.reference.empty()) return void(text.assign(drawing.text(place.reference)));
+  text.assign(sheet);
+  if (place.gridLine >= 0 && place.gridLine < 10) text += u'0';
+  char digits[24];
+  char* end = std::to_chars(std::begin(digits), std::end(digits), place.gridLine).ptr;
+  text.append(digits, end);
 }
 
 std::string Narrow(std::u16string_view text) { return Utf16ToUtf8(text); }
@@ -65,16 +76,8 @@ std::vector<ContactNumber> FirstContacts(const std::vector<DrawingComponents>& d
   return first;
 }
 
-ContactPlace PlaceOf(const ContactSymbol& contact, const DrawingComponents& components, std::size_t drawing,
-                     int firstSheet) {
-  const std::u16string_view kind = components.text(contact.kind);
-  ContactPlace place{drawing, contact.handle, std::u16string(kind), {}, {}, {}};
-  place.sheet = DecimalText(firstSheet + contact.place.sheetInDrawing);
-  place.reference = ReferenceText(contact.place, components, place.sheet);
-  place.label = kind == u"NONC" ? u"Form C" : kind;
-  place.label += u' ';
-  place.label += place.reference;
-  return place;
+const ContactSymbol& SymbolOf(const ContactPlace& place, const std::vector<DrawingComponents>& drawings) {
+  return drawings[place.drawing].contacts[place.contact];
 }
 
 // A contact's record as the engine takes it, kept to be filled again for
@@ -93,6 +96,13 @@ class ContactRecord {
 
   const OhmDsComponentOcc& occurrence() const { return mOcc; }
 
+  // Kind and reference, e.g. "NO 104", as presentations name the contact.
+  std::u16string label() const {
+    std::u16string label = mKind == u"NONC" ? u"Form C" : mKind;
+    label += u' ';
+    return label += mReference;
+  }
+
   void fill(const ContactPlace& place, const ContactSymbol& source, const DrawingComponents& drawing) {
     mOcc.mType = source.occurrenceType;
     if (mDrawing != &drawing) {  // the contacts of coils one after another often lie in one drawing
@@ -100,9 +110,9 @@ class ContactRecord {
       mSheetName = drawing.name;
       mDrawing = &drawing;
     }
-    mKind = place.kind;
-    mReference = place.reference;
-    mSheet = place.sheet;
+    mKind = drawing.text(source.kind);
+    AssignDecimal(mSheet, place.sheet);
+    AssignReference(mReference, source.place, drawing, mSheet);
     const std::span<const PooledPin> pins = drawing.pinsOf(source);
     if (mOcc.mPins.size() != pins.size()) setPinCount(pins.size());
     for (std::size_t i = 0; i < pins.size(); ++i) {
@@ -173,7 +183,9 @@ class CoilPresenter {
     locate(sources);
     for (std::size_t i = 0; i < sources.size(); ++i) {
       const auto [d, contact] = mLocated[i];
-      plan.contacts.push_back(PlaceOf(*contact, mDrawings[d], d, mFirstSheets[d]));
+      const auto index = static_cast<std::uint32_t>(contact - mDrawings[d].contacts.data());
+      plan.contacts.push_back(
+          {static_cast<std::uint32_t>(d), index, contact->handle, mFirstSheets[d] + contact->place.sheetInDrawing});
       mRecords[i].fill(plan.contacts.back(), *contact, mDrawings[d]);
     }
     try {
@@ -273,7 +285,7 @@ class CoilPresenter {
 
   void fillLines(OhmUtXrefGraphicEntity& entity, CoilPlan& plan) {
     for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
-      const std::u16string& label = plan.contacts[i].label;
+      const std::u16string label = mRecords[i].label();
       const OhmDsComponentOcc& occ = mRecords[i].occurrence();
       std::u16string text, ncText;
       if (entity.isFullFormCContact(occ)) {
@@ -292,7 +304,7 @@ class CoilPresenter {
     plan.titles = OhmUtXrefTableRows::getTitles(entity);
     for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
       for (auto& cells : OhmUtXrefTableRows::getRows(entity, mRecords[i].occurrence())) {
-        plan.rows.emplace_back(plan.contacts[i].label, std::move(cells));
+        plan.rows.emplace_back(mRecords[i].label(), std::move(cells));
       }
     }
   }
@@ -471,7 +483,7 @@ class Planner {
       plan.handle = coil.handle;
       plan.tag = tag;
       plan.sheet = DecimalText(mFirstSheet[d] + coil.place.sheetInDrawing);
-      plan.reference = ReferenceText(coil.place, drawing, plan.sheet);
+      AssignReference(plan.reference, coil.place, drawing, plan.sheet);
       if (mBatches.empty() || mBatches.back().work.size() == CoilBatch::kCoils) {
         mBatches.emplace_back().work.reserve(CoilBatch::kCoils);
       }
@@ -575,6 +587,18 @@ class Planner {
 };
 
 }  // namespace
+
+std::u16string_view ContactPlace::kind(const std::vector<DrawingComponents>& drawings) const {
+  return drawings[drawing].text(SymbolOf(*this, drawings).kind);
+}
+
+std::u16string ContactPlace::sheetText() const { return DecimalText(sheet); }
+
+std::u16string ContactPlace::reference(const std::vector<DrawingComponents>& drawings) const {
+  std::u16string text;
+  AssignReference(text, SymbolOf(*this, drawings).place, drawings[drawing], sheetText());
+  return text;
+}
 
 UpdatePlan PlanUpdate(const std::vector<DrawingComponents>& drawings,
                       const OhmNoRxUtilsSettingOverride::SettingMap& settings, unsigned workers) {
