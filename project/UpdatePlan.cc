@@ -110,18 +110,25 @@ class ContactRecord {
       mSheetName = drawing.name;
       mDrawing = &drawing;
     }
-    mKind = drawing.text(source.kind);
+    Refill(mKind, drawing.text(source.kind));
     AssignDecimal(mSheet, place.sheet);
     AssignReference(mReference, source.place, drawing, mSheet);
     const std::span<const PooledPin> pins = drawing.pinsOf(source);
     if (mOcc.mPins.size() != pins.size()) setPinCount(pins.size());
     for (std::size_t i = 0; i < pins.size(); ++i) {
-      *mPins[i].first = drawing.text(pins[i].code);
-      *mPins[i].second = drawing.text(pins[i].term);
+      Refill(*mPins[i].first, drawing.text(pins[i].code));
+      Refill(*mPins[i].second, drawing.text(pins[i].term));
     }
   }
 
  private:
+  // Sets `value` to `text` unless it holds it already, as it mostly does: a
+  // contact's kind and pins are often those of the contact before, and
+  // comparing a few units costs less than the general assignment.
+  static void Refill(std::u16string& value, std::u16string_view text) {
+    if (value != text) value.assign(text.data(), text.size());
+  }
+
   void setPinCount(std::size_t count) {
     mOcc.mPins.resize(count);  // may move the pins: their places are taken again
     mPins.clear();
