@@ -30,20 +30,30 @@ std::string_view Trimmed(std::string_view text) {
   return text;
 }
 
+// Where the line that `text` begins with ends: at its '\n', or at the end of
+// `text`. A plain loop: group lines are a few characters long, shorter than
+// a call to the library's search is worth.
+std::size_t LineEnd(std::string_view text) {
+  std::size_t end = 0;
+  while (end < text.size() && text[end] != '\n') ++end;
+  return end;
+}
+
 // The y of an insert's point (group 20) in the groups the reader kept; 0 when absent.
 double InsertionY(const ZdDbEntity& entity) {
   std::string_view rest = entity.keptDxfGroups();
   while (!rest.empty()) {
-    const std::size_t codeEnd = rest.find('\n');
-    if (codeEnd == std::string_view::npos) break;
+    const std::size_t codeEnd = LineEnd(rest);
+    if (codeEnd == rest.size()) break;
     const std::string_view code = Trimmed(rest.substr(0, codeEnd));
     rest.remove_prefix(codeEnd + 1);
-    const std::size_t valueEnd = std::min(rest.find('\n'), rest.size());
-    const std::string_view value = Trimmed(rest.substr(0, valueEnd));
+    const std::size_t valueEnd = LineEnd(rest);
+    const std::string_view value = rest.substr(0, valueEnd);
     rest.remove_prefix(std::min(valueEnd + 1, rest.size()));
     if (code != "20") continue;
+    const std::string_view number = Trimmed(value);
     double y = 0;
-    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), y);
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), y);
     return error == std::errc() ? y : 0.0;
   }
   return 0.0;
