@@ -245,6 +245,7 @@ void AddContact(const ZdDbDatabase& database, const ZdDbBlockReference& referenc
   }
   contact.coilTag = components.keep(*coil);
   contact.blockName = KeepBlockName(database, reference, components);
+  // The block name's view is read before the kind is kept, which may move the pool.
   contact.kind = KeepKind(Find(attributes, conventions.kindAttribute), components.text(contact.blockName), components);
   contact.occurrenceType = conventions.occurrenceType;
   contact.place = PlaceOf(reference, attributes, sheet, conventions, components);
@@ -294,7 +295,8 @@ void CopyExactly(const std::vector<T>& from, std::vector<T>& to) {
   to.assign(from.begin(), from.end());
 }
 
-void MoveRecords(DrawingComponents& gathered, DrawingComponents& components) {
+// The gathered records, in `components`; the problems are moved, the rest copied.
+void TakeRecords(DrawingComponents& gathered, DrawingComponents& components) {
   components.sheets = gathered.sheets;
   CopyExactly(gathered.coils, components.coils);
   gathered.coils.clear();  // their xdata goes with the copies
@@ -361,6 +363,6 @@ DrawingComponents ReadDrawingComponents(const std::string& file, const ProjectCo
   DrawingComponents& gathered = GatheringRoom();
   CollectComponents(*database, conventions, gathered);
   database.reset();
-  MoveRecords(gathered, components);
+  TakeRecords(gathered, components);
   return components;
 }

@@ -584,8 +584,8 @@ class Planner {
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
   std::vector<int> mFirstSheet;
   std::vector<ContactNumber> mFirstContact = FirstContacts(mDrawings);
-  // The coils by tag (views into the drawings' records, which outlive the
-  // planner), as their index in mPlan.coils.
+  // The coils by tag (views into the drawings' text pools, which outlive the
+  // planner and do not change while it works), as their index in mPlan.coils.
   TagIndex mCoils;
   std::vector<CoilBatch> mBatches;               // coil i is the (i % kCoils)th of batch i / kCoils
   std::vector<AttributeChange> mContactChanges;  // in project order; they follow the coils' changes
