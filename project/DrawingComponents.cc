@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <string_view>
+#include <typeinfo>
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "win/Utf8.h"
@@ -65,6 +66,14 @@ std::int32_t GridLine(double y, const LineGrid& grid) {
   return grid.first + static_cast<std::int32_t>(std::max(0.0, std::min(line, 1e6)));
 }
 
+// `object` as a T when it is one. Nearly all the objects met are exactly T,
+// which one comparison of their type tells; others take the general cast.
+template <class T>
+const T* As(const ZdDbObject* object) {
+  if (object && typeid(*object) == typeid(T)) return static_cast<const T*>(object);
+  return dynamic_cast<const T*>(object);
+}
+
 // A reference's attributes as tag and value, in drawing order, borrowed from
 // the database: views that hold while it lives.
 using AttributeViews = std::vector<std::pair<std::u16string_view, std::u16string_view>>;
@@ -72,7 +81,7 @@ using AttributeViews = std::vector<std::pair<std::u16string_view, std::u16string
 void ReadAttributes(const ZdDbDatabase& database, const ZdDbBlockReference& reference, AttributeViews& attributes) {
   attributes.clear();
   for (ZdDbObjectId id : reference.attributeIds()) {
-    const auto* attribute = dynamic_cast<const ZdDbAttribute*>(database.objectAt(id));
+    const auto* attribute = As<ZdDbAttribute>(database.objectAt(id));
     if (!attribute || attribute->isErased() || !attribute->tagConst()) continue;
     const char16_t* value = attribute->textStringConst();
     attributes.emplace_back(attribute->tagConst(), value ? std::u16string_view(value) : std::u16string_view());
@@ -205,7 +214,7 @@ SymbolPlace PlaceOf(const ZdDbBlockReference& reference, const AttributeViews& a
 
 PooledText KeepBlockName(const ZdDbDatabase& database, const ZdDbBlockReference& reference,
                          DrawingComponents& components) {
-  const auto* record = dynamic_cast<const ZdDbBlockTableRecord*>(database.objectAt(reference.blockTableRecord()));
+  const auto* record = As<ZdDbBlockTableRecord>(database.objectAt(reference.blockTableRecord()));
   return components.keep(record ? record->name() : reference.undefinedBlockName());
 }
 
@@ -328,7 +337,7 @@ void CollectComponents(const ZdDbDatabase& database, const ProjectConventions& c
       holdsEntities = true;
       ZdDbObjectId id;
       it->getEntityId(id);
-      const auto* reference = dynamic_cast<const ZdDbBlockReference*>(database.objectAt(id));
+      const auto* reference = As<ZdDbBlockReference>(database.objectAt(id));
       if (!reference) continue;
       ReadAttributes(database, *reference, attributes);
       if (!MayBeCoilOrContact(attributes)) continue;
