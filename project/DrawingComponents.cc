@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <string_view>
+#include <typeinfo>
 
 #include "ohmutils/dwg/OhmDwgUtils.h"
 #include "win/Utf8.h"
@@ -30,20 +31,30 @@ std::string_view Trimmed(std::string_view text) {
   return text;
 }
 
+// Where the line that `text` begins with ends: at its '\n', or at the end of
+// `text`. A plain loop: group lines are a few characters long, shorter than
+// a call to the library's search is worth.
+std::size_t LineEnd(std::string_view text) {
+  std::size_t end = 0;
+  while (end < text.size() && text[end] != '\n') ++end;
+  return end;
+}
+
 // The y of an insert's point (group 20) in the groups the reader kept; 0 when absent.
 double InsertionY(const ZdDbEntity& entity) {
   std::string_view rest = entity.keptDxfGroups();
   while (!rest.empty()) {
-    const std::size_t codeEnd = rest.find('\n');
-    if (codeEnd == std::string_view::npos) break;
+    const std::size_t codeEnd = LineEnd(rest);
+    if (codeEnd == rest.size()) break;
     const std::string_view code = Trimmed(rest.substr(0, codeEnd));
     rest.remove_prefix(codeEnd + 1);
-    const std::size_t valueEnd = std::min(rest.find('\n'), rest.size());
-    const std::string_view value = Trimmed(rest.substr(0, valueEnd));
+    const std::size_t valueEnd = LineEnd(rest);
+    const std::string_view value = rest.substr(0, valueEnd);
     rest.remove_prefix(std::min(valueEnd + 1, rest.size()));
     if (code != "20") continue;
+    const std::string_view number = Trimmed(value);
     double y = 0;
-    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), y);
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), y);
     return error == std::errc() ? y : 0.0;
   }
   return 0.0;
@@ -55,6 +66,14 @@ std::int32_t GridLine(double y, const LineGrid& grid) {
   return grid.first + static_cast<std::int32_t>(std::max(0.0, std::min(line, 1e6)));
 }
 
+// `object` as a T when it is one. Nearly all the objects met are exactly T,
+// which one comparison of their type tells; others take the general cast.
+template <class T>
+const T* As(const ZdDbObject* object) {
+  if (object && typeid(*object) == typeid(T)) return static_cast<const T*>(object);
+  return dynamic_cast<const T*>(object);
+}
+
 // A reference's attributes as tag and value, in drawing order, borrowed from
 // the database: views that hold while it lives.
 using AttributeViews = std::vector<std::pair<std::u16string_view, std::u16string_view>>;
@@ -62,7 +81,7 @@ using AttributeViews = std::vector<std::pair<std::u16string_view, std::u16string
 void ReadAttributes(const ZdDbDatabase& database, const ZdDbBlockReference& reference, AttributeViews& attributes) {
   attributes.clear();
   for (ZdDbObjectId id : reference.attributeIds()) {
-    const auto* attribute = dynamic_cast<const ZdDbAttribute*>(database.objectAt(id));
+    const auto* attribute = As<ZdDbAttribute>(database.objectAt(id));
     if (!attribute || attribute->isErased() || !attribute->tagConst()) continue;
     const char16_t* value = attribute->textStringConst();
     attributes.emplace_back(attribute->tagConst(), value ? std::u16string_view(value) : std::u16string_view());
@@ -70,12 +89,6 @@ void ReadAttributes(const ZdDbDatabase& database, const ZdDbBlockReference& refe
 }
 
 char16_t UpperAscii(char16_t c) { return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - u'a' + u'A') : c; }
-
-std::u16string UpperAscii(std::u16string_view text) {
-  std::u16string upper(text);
-  for (char16_t& c : upper) c = UpperAscii(c);
-  return upper;
-}
 
 bool EqualNoCase(std::u16string_view a, std::u16string_view b) {
   return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
@@ -120,13 +133,31 @@ bool MayBeCoilOrContact(const AttributeViews& attributes) {
                      [](const auto& attribute) { return MayMarkCoilOrContact(attribute.first); });
 }
 
+bool ContainsNoCase(std::u16string_view text, std::u16string_view part) {
+  for (std::size_t at = 0; at + part.size() <= text.size(); ++at) {
+    if (EqualNoCase(text.substr(at, part.size()), part)) return true;
+  }
+  return false;
+}
+
 // The kind a contact's block name says: Form C, NC or NO; empty when none.
-std::u16string KindOfBlockName(const std::u16string& blockName) {
-  const std::u16string name = UpperAscii(blockName);
-  if (name.find(u"NONC") != std::u16string::npos || name.find(u"NCNO") != std::u16string::npos) return u"NONC";
-  if (name.find(u"NC") != std::u16string::npos) return u"NC";
-  if (name.find(u"NO") != std::u16string::npos) return u"NO";
+std::u16string_view KindOfBlockName(std::u16string_view blockName) {
+  if (ContainsNoCase(blockName, u"NONC") || ContainsNoCase(blockName, u"NCNO")) return u"NONC";
+  if (ContainsNoCase(blockName, u"NC")) return u"NC";
+  if (ContainsNoCase(blockName, u"NO")) return u"NO";
   return u"";
+}
+
+// The kind of a contact, kept in the pool: its kind attribute in capitals
+// when it has one, else what its block name says; NCNO is NONC.
+PooledText KeepKind(const std::u16string_view* attribute, std::u16string_view blockName,
+                    DrawingComponents& components) {
+  if (!attribute || attribute->empty()) return components.keep(KindOfBlockName(blockName));
+  if (EqualNoCase(*attribute, u"NCNO")) return components.keep(u"NONC");
+  const PooledText kind = components.keep(*attribute);
+  for (std::size_t i = 0; i < kind.length; ++i)
+    components.texts[kind.offset + i] = UpperAscii(components.texts[kind.offset + i]);
+  return kind;
 }
 
 // The positive number that `digits` spell in ASCII decimal; 0 when they spell none or one too large.
@@ -142,9 +173,8 @@ int PinNumber(std::u16string_view digits) {
 }
 
 // TERM01, TERM02, ...: each pin's number (without leading zeros) and its
-// text, by number; of two with one number, the first.
-std::vector<std::pair<std::u16string, std::u16string>> PinsOf(const AttributeViews& attributes,
-                                                              std::u16string_view prefix) {
+// text, by number, added to the drawing's pins; of two with one number, the first.
+PooledRun KeepPins(const AttributeViews& attributes, std::u16string_view prefix, DrawingComponents& components) {
   thread_local std::vector<std::pair<int, std::u16string_view>> byNumber;  // kept for its room
   byNumber.clear();
   for (const auto& [name, value] : attributes) {
@@ -155,29 +185,45 @@ std::vector<std::pair<std::u16string, std::u16string>> PinsOf(const AttributeVie
   const auto byPin = [](const auto& a, const auto& b) { return a.first < b.first; };
   if (!std::is_sorted(byNumber.begin(), byNumber.end(), byPin))  // symbols list their pins in order, nearly always
     std::stable_sort(byNumber.begin(), byNumber.end(), byPin);
-  std::vector<std::pair<std::u16string, std::u16string>> pins;
-  pins.reserve(byNumber.size());
+  PooledRun pins{static_cast<std::uint32_t>(components.pins.size()), 0};
   for (std::size_t i = 0; i < byNumber.size(); ++i) {
     if (i > 0 && byNumber[i].first == byNumber[i - 1].first) continue;
     char digits[12];
     char* end = std::to_chars(std::begin(digits), std::end(digits), byNumber[i].first).ptr;
-    pins.emplace_back(std::u16string(digits, end), byNumber[i].second);
+    char16_t code[12];
+    std::copy(digits, end, code);
+    const PooledText codeText = components.keep({code, static_cast<std::size_t>(end - digits)});
+    components.pins.push_back({codeText, components.keep(byNumber[i].second)});
+    ++pins.count;
   }
   return pins;
 }
 
 SymbolPlace PlaceOf(const ZdDbBlockReference& reference, const AttributeViews& attributes, int sheet,
-                    const ProjectConventions& conventions) {
+                    const ProjectConventions& conventions, DrawingComponents& components) {
   SymbolPlace place;
   place.sheetInDrawing = sheet;
-  if (const std::u16string_view* given = Find(attributes, conventions.referenceAttribute)) place.reference = *given;
-  if (place.reference.empty()) place.gridLine = GridLine(InsertionY(reference), conventions.grid);
+  const std::u16string_view* given = Find(attributes, conventions.referenceAttribute);
+  if (given && !given->empty()) {
+    place.reference = components.keep(*given);
+  } else {
+    place.gridLine = GridLine(InsertionY(reference), conventions.grid);
+  }
   return place;
 }
 
-std::u16string BlockNameOf(const ZdDbDatabase& database, const ZdDbBlockReference& reference) {
-  const auto* record = dynamic_cast<const ZdDbBlockTableRecord*>(database.objectAt(reference.blockTableRecord()));
-  return record ? record->name() : reference.undefinedBlockName();
+PooledText KeepBlockName(const ZdDbDatabase& database, const ZdDbBlockReference& reference,
+                         DrawingComponents& components) {
+  const auto* record = As<ZdDbBlockTableRecord>(database.objectAt(reference.blockTableRecord()));
+  return components.keep(record ? record->name() : reference.undefinedBlockName());
+}
+
+PooledRun KeepAttributes(const AttributeViews& attributes, DrawingComponents& components) {
+  const PooledRun run{static_cast<std::uint32_t>(components.attributes.size()),
+                      static_cast<std::uint32_t>(attributes.size())};
+  for (const auto& [tag, value] : attributes)
+    components.attributes.push_back({components.keep(tag), components.keep(value)});
+  return run;
 }
 
 void AddCoil(const ZdDbDatabase& database, const ZdDbBlockReference& reference, const AttributeViews& attributes,
@@ -189,11 +235,11 @@ void AddCoil(const ZdDbDatabase& database, const ZdDbBlockReference& reference, 
     components.problems.push_back({coil.handle, 0, "a coil without a tag"});
     return;
   }
-  coil.tag = *tag;
-  coil.blockName = BlockNameOf(database, reference);
-  coil.place = PlaceOf(reference, attributes, sheet, conventions);
-  coil.attributes.assign(attributes.begin(), attributes.end());
-  coil.xdata.reset(reference.xData(), [](ZdValueNode* chain) { zdutRelRb(chain); });
+  coil.tag = components.keep(*tag);
+  coil.blockName = KeepBlockName(database, reference, components);
+  coil.place = PlaceOf(reference, attributes, sheet, conventions, components);
+  coil.attributes = KeepAttributes(attributes, components);
+  if (ZdValueNode* xdata = reference.xData()) coil.xdata.reset(xdata, [](ZdValueNode* chain) { zdutRelRb(chain); });
   components.coils.push_back(std::move(coil));
 }
 
@@ -206,15 +252,17 @@ void AddContact(const ZdDbDatabase& database, const ZdDbBlockReference& referenc
     components.problems.push_back({contact.handle, 0, "a contact that names no coil"});
     return;
   }
-  contact.coilTag = *coil;
-  contact.blockName = BlockNameOf(database, reference);
-  const std::u16string_view* kind = Find(attributes, conventions.kindAttribute);
-  contact.kind = kind && !kind->empty() ? UpperAscii(*kind) : KindOfBlockName(contact.blockName);
-  if (contact.kind == u"NCNO") contact.kind = u"NONC";
+  contact.coilTag = components.keep(*coil);
+  contact.blockName = KeepBlockName(database, reference, components);
+  // The block name's view is read before the kind is kept, which may move the pool.
+  contact.kind = KeepKind(Find(attributes, conventions.kindAttribute), components.text(contact.blockName), components);
   contact.occurrenceType = conventions.occurrenceType;
-  contact.place = PlaceOf(reference, attributes, sheet, conventions);
-  contact.pins = PinsOf(attributes, conventions.pinPrefix);
-  if (const std::u16string_view* xref = Find(attributes, u"XREF")) contact.xref = std::u16string(*xref);
+  contact.place = PlaceOf(reference, attributes, sheet, conventions, components);
+  contact.pins = KeepPins(attributes, conventions.pinPrefix, components);
+  if (const std::u16string_view* xref = Find(attributes, u"XREF")) {
+    contact.xref = components.keep(*xref);
+    contact.hasXref = true;
+  }
   components.contacts.push_back(std::move(contact));
 }
 
@@ -234,7 +282,47 @@ std::vector<ZdDbObjectId> LayoutBlocks(const ZdDbDatabase& database) {
   return blocks;
 }
 
+// The records of the drawing being read are gathered in vectors that each
+// reading thread keeps for their room, and copied, once the drawing's
+// database is dropped, to vectors of their exact size: so they take no room
+// beyond their own, and they are not strewn among the database's objects,
+// whose memory is left in one piece for the next drawing.
+DrawingComponents& GatheringRoom() {
+  thread_local DrawingComponents room;
+  room.sheets = 0;
+  room.coils.clear();
+  room.contacts.clear();
+  room.problems.clear();
+  room.texts.clear();
+  room.attributes.clear();
+  room.pins.clear();
+  return room;
+}
+
+template <class T>
+void CopyExactly(const std::vector<T>& from, std::vector<T>& to) {
+  to.assign(from.begin(), from.end());
+}
+
+// The gathered records, in `components`; the problems are moved, the rest copied.
+void TakeRecords(DrawingComponents& gathered, DrawingComponents& components) {
+  components.sheets = gathered.sheets;
+  CopyExactly(gathered.coils, components.coils);
+  gathered.coils.clear();  // their xdata goes with the copies
+  CopyExactly(gathered.contacts, components.contacts);
+  for (DrawingProblem& problem : gathered.problems) components.problems.push_back(std::move(problem));
+  components.texts.assign(gathered.texts);
+  CopyExactly(gathered.attributes, components.attributes);
+  CopyExactly(gathered.pins, components.pins);
+}
+
 }  // namespace
+
+PooledText DrawingComponents::keep(std::u16string_view text) {
+  const PooledText pooled{static_cast<std::uint32_t>(texts.size()), static_cast<std::uint32_t>(text.size())};
+  texts.append(text);
+  return pooled;
+}
 
 void CollectComponents(const ZdDbDatabase& database, const ProjectConventions& conventions,
                        DrawingComponents& components) {
@@ -249,7 +337,7 @@ void CollectComponents(const ZdDbDatabase& database, const ProjectConventions& c
       holdsEntities = true;
       ZdDbObjectId id;
       it->getEntityId(id);
-      const auto* reference = dynamic_cast<const ZdDbBlockReference*>(database.objectAt(id));
+      const auto* reference = As<ZdDbBlockReference>(database.objectAt(id));
       if (!reference) continue;
       ReadAttributes(database, *reference, attributes);
       if (!MayBeCoilOrContact(attributes)) continue;
@@ -281,6 +369,9 @@ DrawingComponents ReadDrawingComponents(const std::string& file, const ProjectCo
   for (const std::string& block : report.undefinedBlocks) {
     components.problems.push_back({0, 0, "block \"" + block + "\" is referred to but never defined"});
   }
-  CollectComponents(*database, conventions, components);
+  DrawingComponents& gathered = GatheringRoom();
+  CollectComponents(*database, conventions, gathered);
+  database.reset();
+  TakeRecords(gathered, components);
   return components;
 }

@@ -40,17 +40,28 @@ std::u16string DecimalText(std::int64_t number) {
   return std::u16string(digits, end);
 }
 
-// A symbol's line reference: its own, or its sheet's text followed by its line on the grid in two digits.
-std::u16string ReferenceText(const SymbolPlace& place, const std::u16string& sheet) {
-  if (!place.reference.empty()) return place.reference;
-  std::u16string line = DecimalText(place.gridLine);
-  if (line.size() < 2) line.insert(0, 2 - line.size(), u'0');
-  return sheet + line;
+// `number` in decimal, in `text`.
+void AssignDecimal(std::u16string& text, std::int64_t number) {
+  char digits[24];
+  char* end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+  text.assign(digits, end);
 }
 
-std::string Narrow(const std::u16string& text) { return Utf16ToUtf8(text); }
+// A symbol's line reference, in `text`: its own, or its sheet's text
+// followed by its line on the grid in two digits.
+void AssignReference(std::u16string& text, const SymbolPlace& place, const DrawingComponents& drawing,
+                     std::u16string_view sheet) {
+  if (!place.reference.empty()) return void(text.assign(drawing.text(place.reference)));
+  text.assign(sheet);
+  if (place.gridLine >= 0 && place.gridLine < 10) text += u'0';
+  char digits[24];
+  char* end = std::to_chars(std::begin(digits), std::end(digits), place.gridLine).ptr;
+  text.append(digits, end);
+}
 
-bool KnownKind(const std::u16string& kind) { return kind == u"NO" || kind == u"NC" || kind == u"NONC"; }
+std::string Narrow(std::u16string_view text) { return Utf16ToUtf8(text); }
+
+bool KnownKind(std::u16string_view kind) { return kind == u"NO" || kind == u"NC" || kind == u"NONC"; }
 
 // A contact that takes part in its coil's presentation, by its number in the
 // project: the contacts of every drawing before its own, then its index in its drawing.
@@ -65,14 +76,8 @@ std::vector<ContactNumber> FirstContacts(const std::vector<DrawingComponents>& d
   return first;
 }
 
-ContactPlace PlaceOf(const ContactSymbol& contact, std::size_t drawing, int firstSheet) {
-  ContactPlace place{drawing, contact.handle, contact.kind, {}, {}, {}};
-  place.sheet = DecimalText(firstSheet + contact.place.sheetInDrawing);
-  place.reference = ReferenceText(contact.place, place.sheet);
-  place.label = contact.kind == u"NONC" ? u"Form C" : contact.kind;
-  place.label += u' ';
-  place.label += place.reference;
-  return place;
+const ContactSymbol& SymbolOf(const ContactPlace& place, const std::vector<DrawingComponents>& drawings) {
+  return drawings[place.drawing].contacts[place.contact];
 }
 
 // A contact's record as the engine takes it, kept to be filled again for
@@ -91,6 +96,13 @@ class ContactRecord {
 
   const OhmDsComponentOcc& occurrence() const { return mOcc; }
 
+  // Kind and reference, e.g. "NO 104", as presentations name the contact.
+  std::u16string label() const {
+    std::u16string label = mKind == u"NONC" ? u"Form C" : mKind;
+    label += u' ';
+    return label += mReference;
+  }
+
   void fill(const ContactPlace& place, const ContactSymbol& source, const DrawingComponents& drawing) {
     mOcc.mType = source.occurrenceType;
     if (mDrawing != &drawing) {  // the contacts of coils one after another often lie in one drawing
@@ -98,17 +110,25 @@ class ContactRecord {
       mSheetName = drawing.name;
       mDrawing = &drawing;
     }
-    mKind = place.kind;
-    mReference = place.reference;
-    mSheet = place.sheet;
-    if (mOcc.mPins.size() != source.pins.size()) setPinCount(source.pins.size());
-    for (std::size_t i = 0; i < source.pins.size(); ++i) {
-      *mPins[i].first = source.pins[i].first;
-      *mPins[i].second = source.pins[i].second;
+    Refill(mKind, drawing.text(source.kind));
+    AssignDecimal(mSheet, place.sheet);
+    AssignReference(mReference, source.place, drawing, mSheet);
+    const std::span<const PooledPin> pins = drawing.pinsOf(source);
+    if (mOcc.mPins.size() != pins.size()) setPinCount(pins.size());
+    for (std::size_t i = 0; i < pins.size(); ++i) {
+      Refill(*mPins[i].first, drawing.text(pins[i].code));
+      Refill(*mPins[i].second, drawing.text(pins[i].term));
     }
   }
 
  private:
+  // Sets `value` to `text` unless it holds it already, as it mostly does: a
+  // contact's kind and pins are often those of the contact before, and
+  // comparing a few units costs less than the general assignment.
+  static void Refill(std::u16string& value, std::u16string_view text) {
+    if (value != text) value.assign(text.data(), text.size());
+  }
+
   void setPinCount(std::size_t count) {
     mOcc.mPins.resize(count);  // may move the pins: their places are taken again
     mPins.clear();
@@ -125,14 +145,16 @@ class ContactRecord {
   const DrawingComponents* mDrawing = nullptr;                     // whose path and name the record holds
 };
 
-bool IsCoilXrefTag(const std::u16string& tag) {
+bool IsCoilXrefTag(std::u16string_view tag) {
   return std::any_of(std::begin(kCoilTags), std::end(kCoilTags), [&](const char16_t* name) { return tag == name; });
 }
 
 // How many of the coil's attributes the text presentation fills: at most so many changes.
-std::size_t XrefAttributeCount(const CoilSymbol& coil) {
-  return static_cast<std::size_t>(std::count_if(coil.attributes.begin(), coil.attributes.end(),
-                                                [](const auto& attribute) { return IsCoilXrefTag(attribute.first); }));
+std::size_t XrefAttributeCount(const CoilSymbol& coil, const DrawingComponents& drawing) {
+  const std::span<const PooledAttribute> attributes = drawing.attributesOf(coil);
+  return static_cast<std::size_t>(std::count_if(attributes.begin(), attributes.end(), [&](const PooledAttribute& a) {
+    return IsCoilXrefTag(drawing.text(a.tag));
+  }));
 }
 
 // Where a coil's presentation goes: its plan, which takes the places of its
@@ -141,6 +163,7 @@ std::size_t XrefAttributeCount(const CoilSymbol& coil) {
 // for each coil until every coil is presented, when its result is largest.
 struct CoilWork {
   const CoilSymbol* coil = nullptr;
+  std::uint32_t drawing = 0;  // the coil's
   std::uint32_t firstChange = 0;
   std::uint32_t changed = 0;  // set by the presenter: how many of those places it filled
 };
@@ -167,7 +190,9 @@ class CoilPresenter {
     locate(sources);
     for (std::size_t i = 0; i < sources.size(); ++i) {
       const auto [d, contact] = mLocated[i];
-      plan.contacts.push_back(PlaceOf(*contact, d, mFirstSheets[d]));
+      const auto index = static_cast<std::uint32_t>(contact - mDrawings[d].contacts.data());
+      plan.contacts.push_back(
+          {static_cast<std::uint32_t>(d), index, contact->handle, mFirstSheets[d] + contact->place.sheetInDrawing});
       mRecords[i].fill(plan.contacts.back(), *contact, mDrawings[d]);
     }
     try {
@@ -197,7 +222,8 @@ class CoilPresenter {
       const auto* record = reinterpret_cast<const char*>(contact);
       for (std::size_t line = 0; line < sizeof(ContactSymbol); line += 64) __builtin_prefetch(record + line);
     }
-    for (const Located& located : mLocated) __builtin_prefetch(located.contact->pins.data());
+    for (const Located& located : mLocated)
+      __builtin_prefetch(mDrawings[located.drawing].pins.data() + located.contact->pins.first);
   }
 
   // The drawing of a contact: the last whose first contact is not beyond it (drawings without contacts share theirs).
@@ -210,10 +236,10 @@ class CoilPresenter {
     std::unique_ptr<OhmUtXrefEntity> own;
     OhmUtXrefEntity* entity = nullptr;
     if (work.coil->xdata) {
-      own = makeEntity(*work.coil, mOverride);
+      own = makeEntity(*work.coil, mDrawings[work.drawing], mOverride);
       entity = own.get();
     } else {
-      if (!mPlainMade) mPlain = makeEntity(*work.coil, mPlainOverride);
+      if (!mPlainMade) mPlain = makeEntity(*work.coil, mDrawings[work.drawing], mPlainOverride);
       mPlainMade = true;
       entity = mPlain.get();
     }
@@ -232,8 +258,12 @@ class CoilPresenter {
   // a scratch drawing (its block, attributes and xdata), so that the factory
   // sees what it would see in the coil's own drawing; over `settings`, which
   // it lays the coil's overrides on.
-  std::unique_ptr<OhmUtXrefEntity> makeEntity(const CoilSymbol& coil, OhmNoRxUtilsSettingOverride& settings) {
-    ZdDbBlockReference* block = scratchBuilder().insertBlock(coil.blockName, coil.attributes);
+  std::unique_ptr<OhmUtXrefEntity> makeEntity(const CoilSymbol& coil, const DrawingComponents& drawing,
+                                              OhmNoRxUtilsSettingOverride& settings) {
+    ZdDbDrawingBuilder::Attributes attributes;
+    for (const PooledAttribute& attribute : drawing.attributesOf(coil))
+      attributes.emplace_back(drawing.text(attribute.tag), drawing.text(attribute.value));
+    ZdDbBlockReference* block = scratchBuilder().insertBlock(std::u16string(drawing.text(coil.blockName)), attributes);
     if (coil.xdata) block->setXData(coil.xdata.get());
     settings.clearOverride();
     return std::unique_ptr<OhmUtXrefEntity>(OhmUtXrefEntityFactory::getXrefEntity(block, settings));
@@ -241,8 +271,11 @@ class CoilPresenter {
 
   void fillTexts(const OhmUtXrefTextEntity& entity, CoilWork& work, const CoilPlan& plan) {
     const std::u16string separator = entity.getSeparator();
-    for (const auto& [tag, old] : work.coil->attributes) {
-      if (!IsCoilXrefTag(tag)) continue;
+    const DrawingComponents& drawing = mDrawings[work.drawing];
+    for (const PooledAttribute& attribute : drawing.attributesOf(*work.coil)) {
+      if (!IsCoilXrefTag(drawing.text(attribute.tag))) continue;
+      const std::u16string tag(drawing.text(attribute.tag));  // a few units: no allocation
+      const std::u16string_view old = drawing.text(attribute.value);
       mJoined.clear();
       bool first = true;
       for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
@@ -252,13 +285,14 @@ class CoilPresenter {
         first = false;
       }
       if (mJoined != old)
-        mChanges[work.firstChange + work.changed++] = {plan.drawing, work.coil->handle, tag, old, mJoined};
+        mChanges[work.firstChange + work.changed++] = {plan.drawing, work.coil->handle, tag, std::u16string(old),
+                                                       mJoined};
     }
   }
 
   void fillLines(OhmUtXrefGraphicEntity& entity, CoilPlan& plan) {
     for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
-      const std::u16string& label = plan.contacts[i].label;
+      const std::u16string label = mRecords[i].label();
       const OhmDsComponentOcc& occ = mRecords[i].occurrence();
       std::u16string text, ncText;
       if (entity.isFullFormCContact(occ)) {
@@ -277,7 +311,7 @@ class CoilPresenter {
     plan.titles = OhmUtXrefTableRows::getTitles(entity);
     for (std::size_t i = 0; i < plan.contacts.size(); ++i) {
       for (auto& cells : OhmUtXrefTableRows::getRows(entity, mRecords[i].occurrence())) {
-        plan.rows.emplace_back(plan.contacts[i].label, std::move(cells));
+        plan.rows.emplace_back(mRecords[i].label(), std::move(cells));
       }
     }
   }
@@ -389,7 +423,7 @@ class Planner {
     for (CoilBatch& batch : mBatches) {
       for (CoilWork& work : batch.work) {
         work.firstChange = static_cast<std::uint32_t>(room);
-        room += XrefAttributeCount(*work.coil);
+        room += XrefAttributeCount(*work.coil, mDrawings[work.drawing]);
       }
     }
     // Reserved at once, so that the contacts' changes fit after the coils' places.
@@ -447,24 +481,26 @@ class Planner {
   }
 
   void indexCoil(std::size_t d, const CoilSymbol& coil) {
-    const auto [number, added] = mCoils.add(coil.tag);
+    const DrawingComponents& drawing = mDrawings[d];
+    const std::u16string_view tag = drawing.text(coil.tag);
+    const auto [number, added] = mCoils.add(tag);
     if (added) {  // the number is mPlan.coils.size(): coils are numbered as they are added
       CoilPlan& plan = mPlan.coils.emplace_back();
       plan.drawing = d;
       plan.handle = coil.handle;
-      plan.tag = coil.tag;
+      plan.tag = tag;
       plan.sheet = DecimalText(mFirstSheet[d] + coil.place.sheetInDrawing);
-      plan.reference = ReferenceText(coil.place, plan.sheet);
+      AssignReference(plan.reference, coil.place, drawing, plan.sheet);
       if (mBatches.empty() || mBatches.back().work.size() == CoilBatch::kCoils) {
         mBatches.emplace_back().work.reserve(CoilBatch::kCoils);
       }
-      mBatches.back().work.push_back({&coil});
+      mBatches.back().work.push_back({&coil, static_cast<std::uint32_t>(d)});
       return;
     }
     const CoilPlan& first = mPlan.coils[number];
     mPlan.problems.push_back({d, coil.handle, 0,
-                              "coil " + Narrow(coil.tag) + " is already in " + mDrawings[first.drawing].file +
-                                  " (handle " + HandleText(first.handle) + "); this one is left as it is"});
+                              "coil " + Narrow(tag) + " is already in " + mDrawings[first.drawing].file + " (handle " +
+                                  HandleText(first.handle) + "); this one is left as it is"});
   }
 
   // Each contact that takes part goes to its coil's part of its batch's
@@ -508,14 +544,16 @@ class Planner {
       mPlan.problems.push_back({d, contact.handle, 0, message});
       return SIZE_MAX;
     };
-    const std::optional<std::uint32_t> coil = mCoils.find(contact.coilTag);
-    if (!coil) return problem("contact of coil " + Narrow(contact.coilTag) + ", which is nowhere");
+    const DrawingComponents& drawing = mDrawings[d];
+    const std::u16string_view coilTag = drawing.text(contact.coilTag);
+    const std::optional<std::uint32_t> coil = mCoils.find(coilTag);
+    if (!coil) return problem("contact of coil " + Narrow(coilTag) + ", which is nowhere");
     planContactXref(d, contact, mPlan.coils[*coil]);
-    if (!KnownKind(contact.kind)) {
-      return problem("contact of coil " + Narrow(contact.coilTag) + " of unknown kind \"" + Narrow(contact.kind) +
-                     "\" (block " + Narrow(contact.blockName) + ")");
+    if (!KnownKind(drawing.text(contact.kind))) {
+      return problem("contact of coil " + Narrow(coilTag) + " of unknown kind \"" + Narrow(drawing.text(contact.kind)) +
+                     "\" (block " + Narrow(drawing.text(contact.blockName)) + ")");
     }
-    if (contact.pins.empty()) return problem("contact of coil " + Narrow(contact.coilTag) + " without pins");
+    if (contact.pins.count == 0) return problem("contact of coil " + Narrow(coilTag) + " without pins");
     return *coil;
   }
 
@@ -523,7 +561,7 @@ class Planner {
   // references name the contacts: the project's formats, seen from the
   // contact's drawing.
   void planContactXref(std::size_t d, const ContactSymbol& contact, const CoilPlan& plan) {
-    if (!contact.xref) return;
+    if (!contact.hasXref) return;
     OhmNoRxUtilsXrefTextFormat::RefData data;
     data.mDwgPath = mDrawings[plan.drawing].path;
     data.mSheet = plan.sheet;
@@ -533,7 +571,8 @@ class Planner {
                                                     setting(OhmCfgSetting::WD_XREF_ALTFORMAT), false};
     std::u16string text;
     OhmNoRxUtilsXrefTextFormat::getXrefText(option, mDrawings[d].path, data, text);
-    if (text != *contact.xref) mContactChanges.push_back({d, contact.handle, u"XREF", *contact.xref, text});
+    const std::u16string_view old = mDrawings[d].text(contact.xref);
+    if (text != old) mContactChanges.push_back({d, contact.handle, u"XREF", std::u16string(old), text});
   }
 
   std::u16string setting(OhmCfgSetting::WD_M_ATTRIB option) const {
@@ -545,8 +584,8 @@ class Planner {
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
   std::vector<int> mFirstSheet;
   std::vector<ContactNumber> mFirstContact = FirstContacts(mDrawings);
-  // The coils by tag (views into the drawings' records, which outlive the
-  // planner), as their index in mPlan.coils.
+  // The coils by tag (views into the drawings' text pools, which outlive the
+  // planner and do not change while it works), as their index in mPlan.coils.
   TagIndex mCoils;
   std::vector<CoilBatch> mBatches;               // coil i is the (i % kCoils)th of batch i / kCoils
   std::vector<AttributeChange> mContactChanges;  // in project order; they follow the coils' changes
@@ -555,6 +594,18 @@ class Planner {
 };
 
 }  // namespace
+
+std::u16string_view ContactPlace::kind(const std::vector<DrawingComponents>& drawings) const {
+  return drawings[drawing].text(SymbolOf(*this, drawings).kind);
+}
+
+std::u16string ContactPlace::sheetText() const { return DecimalText(sheet); }
+
+std::u16string ContactPlace::reference(const std::vector<DrawingComponents>& drawings) const {
+  std::u16string text;
+  AssignReference(text, SymbolOf(*this, drawings).place, drawings[drawing], sheetText());
+  return text;
+}
 
 UpdatePlan PlanUpdate(const std::vector<DrawingComponents>& drawings,
                       const OhmNoRxUtilsSettingOverride::SettingMap& settings, unsigned workers) {

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -26,14 +27,19 @@ struct AttributeChange {
   std::u16string newValue;
 };
 
-// One contact as the report shows it.
+// One contact as the report shows it: where its record lies and the number
+// of its sheet. Its texts are read from the record when they are shown, from
+// the drawings the plan was made from, so that a project's hundreds of
+// thousands of places hold no strings.
 struct ContactPlace {
-  std::size_t drawing = 0;
+  std::uint32_t drawing = 0;  // index into the project's drawings
+  std::uint32_t contact = 0;  // index into that drawing's contacts
   std::uint64_t handle = 0;
-  std::u16string kind;
-  std::u16string sheet;
-  std::u16string reference;
-  std::u16string label;  // kind and reference, e.g. "NO 104"
+  int sheet = 0;  // in the project's numbering, from 1
+
+  std::u16string_view kind(const std::vector<DrawingComponents>& drawings) const;  // "NO", "NC" or "NONC"
+  std::u16string sheetText() const;
+  std::u16string reference(const std::vector<DrawingComponents>& drawings) const;
 };
 
 struct CoilPlan {

@@ -51,13 +51,13 @@ std::string CoilSection(const ProjectUpdateResult& result, const CoilPlan& coil)
                      ", line " + Escaped(Utf16ToUtf8(coil.reference)) + " in " + Escaped(drawing.file) + " (handle " +
                      HandleText(coil.handle) + "); " + StyleName(coil.style) + "</p>\n";
   std::vector<ContactPlace> contacts = coil.contacts;
-  std::stable_sort(contacts.begin(), contacts.end(), [](const ContactPlace& a, const ContactPlace& b) {
-    return a.sheet.size() != b.sheet.size() ? a.sheet.size() < b.sheet.size() : a.sheet < b.sheet;
-  });
+  std::stable_sort(contacts.begin(), contacts.end(),
+                   [](const ContactPlace& a, const ContactPlace& b) { return a.sheet < b.sheet; });
   html += "<table>\n<tr><th>Sheet</th><th>Reference</th><th>Kind</th><th>Drawing</th><th>Handle</th></tr>\n";
   for (const ContactPlace& contact : contacts) {
-    const std::u16string kind = contact.kind == u"NONC" ? u"Form C" : contact.kind;
-    html += "<tr>" + Cell(contact.sheet) + Cell(contact.reference) + Cell(kind) +
+    const std::u16string_view symbolKind = contact.kind(result.drawings);
+    const std::u16string kind(symbolKind == u"NONC" ? u"Form C" : symbolKind);
+    html += "<tr>" + Cell(contact.sheetText()) + Cell(contact.reference(result.drawings)) + Cell(kind) +
             Cell(result.drawings[contact.drawing].file) + Cell(HandleText(contact.handle)) + "</tr>\n";
   }
   if (contacts.empty()) html += "<tr><td colspan=\"5\">no contacts</td></tr>\n";

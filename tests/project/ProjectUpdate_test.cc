@@ -57,6 +57,18 @@ TEST(ProjectUpdate, SymbolsBecomeRecordsByTheConventions) {
   for (const auto& [tag, text] : coil) EXPECT_EQ(Value(result, 0xA1, tag), text) << Utf16ToUtf8(tag);
   EXPECT_EQ(Value(result, 0xB2, u"XREF"), " S1:1.102");  // the contact names its coil's place
   ASSERT_EQ(result.plan.coils.size(), 1u);
+  // The places read their texts from the drawings' records: a given
+  // reference, or the sheet and the line on the grid.
+  const std::vector<std::string> places[] = {
+      {"A2", "NO", "1", "104"}, {"B1", "NC", "2", "207"}, {"B2", "NONC", "2", "200"}};
+  const std::vector<ContactPlace>& contacts = result.plan.coils[0].contacts;
+  ASSERT_EQ(contacts.size(), std::size(places));
+  for (std::size_t i = 0; i < contacts.size(); ++i) {
+    const std::vector<std::string> shown = {
+        HandleText(contacts[i].handle), Utf16ToUtf8(contacts[i].kind(result.drawings)),
+        Utf16ToUtf8(contacts[i].sheetText()), Utf16ToUtf8(contacts[i].reference(result.drawings))};
+    EXPECT_EQ(shown, places[i]);
+  }
   EXPECT_NE(HtmlReport(result).find("<td>Form C</td>"), std::string::npos);
 }
 

@@ -86,9 +86,9 @@ Json AsJson(const ProjectUpdateResult& result, bool written) {
     for (const ContactPlace& contact : coil.contacts) {
       entry["contacts"].push_back({{"drawing", Name(result, contact.drawing)},
                                    {"handle", HandleText(contact.handle)},
-                                   {"kind", Utf16ToUtf8(contact.kind)},
-                                   {"sheet", Utf16ToUtf8(contact.sheet)},
-                                   {"reference", Utf16ToUtf8(contact.reference)}});
+                                   {"kind", Utf16ToUtf8(contact.kind(result.drawings))},
+                                   {"sheet", Utf16ToUtf8(contact.sheetText())},
+                                   {"reference", Utf16ToUtf8(contact.reference(result.drawings))}});
     }
     for (const auto& [contact, text] : coil.lines) entry["lines"].push_back({Utf16ToUtf8(contact), Utf16ToUtf8(text)});
     for (const std::u16string& title : coil.titles) entry["columns"].push_back(Utf16ToUtf8(title));
