@@ -7,6 +7,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string_view>
 #include <typeinfo>
 
@@ -319,6 +320,9 @@ void TakeRecords(DrawingComponents& gathered, DrawingComponents& components) {
 }  // namespace
 
 PooledText DrawingComponents::keep(std::u16string_view text) {
+  // Places are 32-bit: a pool that would pass that is refused, never wrapped.
+  if (text.size() > std::numeric_limits<std::uint32_t>::max() - texts.size())
+    throw std::length_error("the drawing's symbols hold more text than a drawing's records can keep");
   const PooledText pooled{static_cast<std::uint32_t>(texts.size()), static_cast<std::uint32_t>(text.size())};
   texts.append(text);
   return pooled;
@@ -370,7 +374,13 @@ DrawingComponents ReadDrawingComponents(const std::string& file, const ProjectCo
     components.problems.push_back({0, 0, "block \"" + block + "\" is referred to but never defined"});
   }
   DrawingComponents& gathered = GatheringRoom();
-  CollectComponents(*database, conventions, gathered);
+  try {
+    CollectComponents(*database, conventions, gathered);
+  } catch (const std::length_error& tooMuch) {
+    components.readable = false;
+    components.problems.push_back({0, 0, tooMuch.what()});
+    return components;
+  }
   database.reset();
   TakeRecords(gathered, components);
   return components;
