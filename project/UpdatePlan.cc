@@ -34,17 +34,17 @@ namespace {
 
 constexpr const char16_t* kCoilTags[] = {u"XREF", u"XREFNO", u"XREFNC"};
 
-std::u16string DecimalText(std::int64_t number) {
+// `number` in decimal, after what `text` holds.
+void AppendDecimal(std::u16string& text, std::int64_t number) {
   char digits[24];
   char* end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
-  return std::u16string(digits, end);
+  text.append(digits, end);
 }
 
-// `number` in decimal, in `text`.
-void AssignDecimal(std::u16string& text, std::int64_t number) {
-  char digits[24];
-  char* end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
-  text.assign(digits, end);
+std::u16string DecimalText(std::int64_t number) {
+  std::u16string text;
+  AppendDecimal(text, number);
+  return text;
 }
 
 // A symbol's line reference, in `text`: its own, or its sheet's text
@@ -54,9 +54,7 @@ void AssignReference(std::u16string& text, const SymbolPlace& place, const Drawi
   if (!place.reference.empty()) return void(text.assign(drawing.text(place.reference)));
   text.assign(sheet);
   if (place.gridLine >= 0 && place.gridLine < 10) text += u'0';
-  char digits[24];
-  char* end = std::to_chars(std::begin(digits), std::end(digits), place.gridLine).ptr;
-  text.append(digits, end);
+  AppendDecimal(text, place.gridLine);
 }
 
 std::string Narrow(std::u16string_view text) { return Utf16ToUtf8(text); }
@@ -98,7 +96,7 @@ class ContactRecord {
 
   // Kind and reference, e.g. "NO 104", as presentations name the contact.
   std::u16string label() const {
-    std::u16string label = mKind == u"NONC" ? u"Form C" : mKind;
+    std::u16string label(ShownKind(mKind));
     label += u' ';
     return label += mReference;
   }
@@ -111,7 +109,8 @@ class ContactRecord {
       mDrawing = &drawing;
     }
     Refill(mKind, drawing.text(source.kind));
-    AssignDecimal(mSheet, place.sheet);
+    mSheet.clear();
+    AppendDecimal(mSheet, place.sheet);
     AssignReference(mReference, source.place, drawing, mSheet);
     const std::span<const PooledPin> pins = drawing.pinsOf(source);
     if (mOcc.mPins.size() != pins.size()) setPinCount(pins.size());
@@ -598,6 +597,8 @@ class Planner {
 std::u16string_view ContactPlace::kind(const std::vector<DrawingComponents>& drawings) const {
   return drawings[drawing].text(SymbolOf(*this, drawings).kind);
 }
+
+std::u16string_view ShownKind(std::u16string_view kind) { return kind == u"NONC" ? u"Form C" : kind; }
 
 std::u16string ContactPlace::sheetText() const { return DecimalText(sheet); }
 

@@ -42,6 +42,9 @@ struct ContactPlace {
   std::u16string reference(const std::vector<DrawingComponents>& drawings) const;
 };
 
+// A contact kind as presentations and the report name it: Form C for NONC.
+std::u16string_view ShownKind(std::u16string_view kind);
+
 struct CoilPlan {
   std::size_t drawing = 0;
   std::uint64_t handle = 0;

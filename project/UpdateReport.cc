@@ -55,8 +55,7 @@ std::string CoilSection(const ProjectUpdateResult& result, const CoilPlan& coil)
                    [](const ContactPlace& a, const ContactPlace& b) { return a.sheet < b.sheet; });
   html += "<table>\n<tr><th>Sheet</th><th>Reference</th><th>Kind</th><th>Drawing</th><th>Handle</th></tr>\n";
   for (const ContactPlace& contact : contacts) {
-    const std::u16string_view symbolKind = contact.kind(result.drawings);
-    const std::u16string kind(symbolKind == u"NONC" ? u"Form C" : symbolKind);
+    const std::u16string kind(ShownKind(contact.kind(result.drawings)));
     html += "<tr>" + Cell(contact.sheetText()) + Cell(contact.reference(result.drawings)) + Cell(kind) +
             Cell(result.drawings[contact.drawing].file) + Cell(HandleText(contact.handle)) + "</tr>\n";
   }
