@@ -48,7 +48,8 @@ std::optional<std::string> ReadBytes(const std::string& file) {
 std::map<std::size_t, std::vector<AttributeTextEdit>> EditsByDrawing(const std::vector<AttributeChange>& changes) {
   std::map<std::size_t, std::vector<AttributeTextEdit>> edits;
   for (const AttributeChange& change : changes) {
-    edits[change.drawing].push_back({change.handle, change.tag, change.oldValue, change.newValue});
+    edits[change.drawing].push_back({change.handle, std::u16string(change.tag), std::u16string(change.oldValue),
+                                     std::u16string(change.newValue)});
   }
   return edits;
 }

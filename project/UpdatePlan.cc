@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -182,6 +183,9 @@ class CoilPresenter {
         mChanges(changes),
         mSettings(settings) {}
 
+  // The room of the new values of the changes this presenter made.
+  TextRoom takeNewValues() { return std::move(mNewValues); }
+
   // Fills `plan`, which has the coil's place, with its contacts (`sources`, in project order) and its presentation.
   void present(CoilWork& work, CoilPlan& plan, std::span<const ContactNumber> sources) {
     plan.contacts.reserve(sources.size());
@@ -283,9 +287,10 @@ class CoilPresenter {
         mJoined += mText;
         first = false;
       }
-      if (mJoined != old)
-        mChanges[work.firstChange + work.changed++] = {plan.drawing, work.coil->handle, tag, std::u16string(old),
-                                                       mJoined};
+      if (mJoined != old) {
+        mChanges[work.firstChange + work.changed++] = {plan.drawing, work.coil->handle, drawing.text(attribute.tag), old,
+                                                       mNewValues.keep(mJoined)};
+      }
     }
   }
 
@@ -345,6 +350,7 @@ class CoilPresenter {
   std::deque<ContactRecord> mRecords;  // the first ones hold the coil's contacts; a deque: records stay put
   std::vector<Located> mLocated;       // the coil's contacts, in the order of its sources
   std::u16string mJoined, mText;
+  TextRoom mNewValues;
   std::unique_ptr<ZdDbDatabase> mScratch;
   std::unique_ptr<ZdDbDrawingBuilder> mBuilder;
   int mScratchCoils = 0;
@@ -410,7 +416,8 @@ class Planner {
     gatherContacts();
     mCoils = TagIndex();  // no use from here on
     presentCoils();
-    for (AttributeChange& change : mContactChanges) mPlan.changes.push_back(std::move(change));
+    for (AttributeChange& change : mContactChanges) mPlan.changes.push_back(change);
+    mPlan.newValues.push_back(std::move(mContactValues));
     OrderByDrawing(mPlan.changes, mDrawings.size());
     return std::move(mPlan);
   }
@@ -445,11 +452,14 @@ class Planner {
   void presentBatch(CoilBatch& batch, std::size_t first) {
     const std::size_t count = batch.work.size();
     std::atomic<std::size_t> next{0};
+    std::mutex keeping;
     auto run = [&] {
       CoilPresenter presenter(mDrawings, mFirstSheet, mFirstContact, mPlan.changes.data(), mSettings);
       for (std::size_t i = next++; i < count; i = next++) {
         presenter.present(batch.work[i], mPlan.coils[first + i], batch.sourcesOf(i));
       }
+      std::lock_guard lock(keeping);
+      mPlan.newValues.push_back(presenter.takeNewValues());
     };
     std::vector<std::thread> threads;
     for (unsigned w = 1; w < std::min<std::size_t>(mWorkers, count); ++w) threads.emplace_back(run);
@@ -571,7 +581,7 @@ class Planner {
     std::u16string text;
     OhmNoRxUtilsXrefTextFormat::getXrefText(option, mDrawings[d].path, data, text);
     const std::u16string_view old = mDrawings[d].text(contact.xref);
-    if (text != old) mContactChanges.push_back({d, contact.handle, u"XREF", std::u16string(old), text});
+    if (text != old) mContactChanges.push_back({d, contact.handle, u"XREF", old, mContactValues.keep(text)});
   }
 
   std::u16string setting(OhmCfgSetting::WD_M_ATTRIB option) const {
@@ -588,6 +598,7 @@ class Planner {
   TagIndex mCoils;
   std::vector<CoilBatch> mBatches;               // coil i is the (i % kCoils)th of batch i / kCoils
   std::vector<AttributeChange> mContactChanges;  // in project order; they follow the coils' changes
+  TextRoom mContactValues;                       // their new values
   unsigned mWorkers;
   UpdatePlan mPlan;
 };

@@ -17,14 +17,19 @@
 #include "ohmutils/xref/OhmNoRxUtilsSettingOverride.h"
 #include "ohmutils/xref/OhmUtXrefEntity.h"
 #include "project/DrawingComponents.h"
+#include "project/TextRoom.h"
 
-// One attribute value to replace: the block reference's handle and the attribute's tag.
+// One attribute value to replace: the block reference's handle and the
+// attribute's tag. Its texts are views: the tag and the old value into the
+// records of the drawings the plan was made from, the new value into the
+// plan's own room; so the drawings must outlive the plan, as they must for
+// the contacts' places.
 struct AttributeChange {
   std::size_t drawing = 0;  // index into the project's drawings
   std::uint64_t handle = 0;
-  std::u16string tag;
-  std::u16string oldValue;
-  std::u16string newValue;
+  std::u16string_view tag;
+  std::u16string_view oldValue;
+  std::u16string_view newValue;
 };
 
 // One contact as the report shows it: where its record lies and the number
@@ -70,6 +75,7 @@ struct UpdatePlan {
   std::vector<AttributeChange> changes;  // by drawing in project order; in each, coils' then contacts'
   std::vector<CoilPlan> coils;
   std::vector<ProjectProblem> problems;
+  std::vector<TextRoom> newValues;  // where the changes' new values lie
 };
 
 // `workers` threads work out the coils' presentations; the result is the same for any number.

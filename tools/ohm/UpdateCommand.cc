@@ -20,7 +20,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string Quoted(const std::u16string& text) { return Json(Utf16ToUtf8(text)).dump(); }
+std::string Quoted(std::u16string_view text) { return Json(Utf16ToUtf8(text)).dump(); }
 
 // Drawings are named from the project's folder, as the project names them;
 // each name is worked out once, since every change and contact shows one.
