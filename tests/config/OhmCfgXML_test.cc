@@ -21,11 +21,12 @@ namespace {
 
 using ConfigurationXML::SettingType;
 
-// The code of the _com_error that `call` raises; S_OK when it raises none.
-HRESULT raisedBy(const std::function<void()>& call) {
+// The code of the _com_error that `call` raises, S_OK when it raises none; its description into `description`.
+HRESULT raisedBy(const std::function<void()>& call, std::u16string* description = nullptr) {
   try {
     call();
   } catch (const _com_error& error) {
+    if (description) *description = error.Description();
     return error.Error();
   }
   return S_OK;
@@ -208,13 +209,9 @@ TEST_F(OhmCfgXMLTest, ElementsLookedAtNeedAName) {
 TEST_F(OhmCfgXMLTest, FailingDomCallsRaiseTheirCodeAndErrorInformation) {
   loadFile("<Settings><Setting Name=\"SchSortOrder\"><Property Name=\"p\" Value=\"1\"/></Setting></Settings>");
   com_testing::failNextSelectNodes(E_FAIL);
-  try {
-    get(SettingType::SchSortOrder, u"p");
-    FAIL() << "nothing raised";
-  } catch (const _com_error& error) {
-    EXPECT_EQ(error.Error(), E_FAIL);
-    EXPECT_EQ(error.Description(), u"selectNodes failed (injected).");
-  }
+  std::u16string description;
+  EXPECT_EQ(raisedBy([&] { get(SettingType::SchSortOrder, u"p"); }, &description), E_FAIL);
+  EXPECT_EQ(description, u"selectNodes failed (injected).");
 
   set(u"2", SettingType::SchSortOrder, u"p");
   com_testing::failNextSave(E_ACCESSDENIED);

@@ -40,8 +40,7 @@ TEST_F(HostFoldersTest, GetZedaPathAppendsTheNonEmptyPiecesOfAReadableSetting) {
   Folders folders{u"old"};
   EXPECT_TRUE(GetZedaPath(folders));
   EXPECT_EQ(folders, (Folders{u"old", u"a", u"b"}));
-  const std::u16string longest(32767, u'a');  // with its terminator, the whole buffer
-  ASSERT_EQ(zdedSetEnv(u"ZEDA", longest.c_str()), RTNORM);
+  ASSERT_EQ(zdedSetEnv(u"ZEDA", std::u16string(32767, u'a').c_str()), RTNORM);  // with its terminator, the whole buffer
   folders = {u"old"};
   zd_testing::failNextGetEnv(RTERROR);
   EXPECT_TRUE(GetZedaPath(folders));
