@@ -138,40 +138,36 @@ TEST_F(OhmDwgUtilsTest, UnreadableDefinitionOrAttributesInTheClassification) {
   }
 }
 
-TEST_F(OhmDwgUtilsTest, IsDrawingOpenComparesPathsWithoutCase) {
-  open(u"C:\\Proj\\SHT01.dxf");
+// An open drawing and its database are found by path without case and with
+// either slash; a document without a database counts as not open.
+TEST_F(OhmDwgUtilsTest, OpenDrawingsAndTheirDatabasesAreFoundWithoutCase) {
+  const auto database = open(u"C:\\Proj\\SHT01.dxf");
   zdDocManagerPtr()->addDocument(u"C:/Proj/odd.dxf", nullptr);
-  const std::pair<const char16_t*, bool> cases[] = {{u"C:\\Proj\\SHT01.dxf", true},
-                                                    {u"c:\\proj\\sht01.DXF", true},
-                                                    {u"C:/Proj/SHT01.dxf", true},
-                                                    {u"C:\\Proj\\odd.dxf", false},
-                                                    {u"C:/Proj/odd.dxf", false},
-                                                    {u"", false},
-                                                    {nullptr, false}};
+  const std::pair<const char16_t*, bool> cases[] = {
+      {u"C:\\Proj\\SHT01.dxf", true},
+      {u"c:\\proj\\sht01.DXF", true},
+      {u"C:/Proj/SHT01.dxf", true},
+      {u"c:/proj/sht01.dxf", true},
+      {u"C:\\Proj\\odd.dxf", false},
+      {u"C:/Proj/odd.dxf", false},
+      {u"", false},
+      {nullptr, false},
+  };
   ZdApDocument* const marker = reinterpret_cast<ZdApDocument*>(std::uintptr_t{0x10});  // must stay unless found
   for (const auto& [name, isOpen] : cases) {
     SCOPED_TRACE(name ? U8(name) : "null");
     ZdApDocument* document = marker;
     EXPECT_EQ(OhmDwgUtils::isDrawingOpen(name, &document), isOpen);
-    EXPECT_EQ(document == marker ? "marker"
-              : document         ? U8(document->fileName())
-                                 : "null",
-              isOpen ? "C:\\Proj\\SHT01.dxf" : "marker");
+    const std::string shown = document == marker ? "marker" : document ? U8(document->fileName()) : "null";
+    EXPECT_EQ(shown, isOpen ? "C:\\Proj\\SHT01.dxf" : "marker");
+    ZdDbDatabase* found = reinterpret_cast<ZdDbDatabase*>(1);
+    EXPECT_EQ(OhmDwgUtils::getOpenedDwgDatabase(ZdString(name), &found), isOpen);
+    EXPECT_EQ(found, isOpen ? database.get() : nullptr);
   }
   EXPECT_TRUE(OhmDwgUtils::isDrawingOpen(u"C:\\PROJ\\SHT01.DXF", nullptr));
+  EXPECT_FALSE(OhmDwgUtils::getOpenedDwgDatabase(ZdString(u"C:\\Proj\\SHT01.dxf"), nullptr));
   zd_testing::failNextDocumentIterator();
   EXPECT_FALSE(OhmDwgUtils::isDrawingOpen(u"C:\\Proj\\SHT01.dxf", nullptr));
-}
-
-TEST_F(OhmDwgUtilsTest, OpenedDatabaseBelongsToItsDocument) {
-  const auto database = open(u"C:\\Proj\\SHT01.dxf");
-  zdDocManagerPtr()->addDocument(u"C:\\Proj\\NoDb.dxf", nullptr);
-  ZdDbDatabase* found = reinterpret_cast<ZdDbDatabase*>(1);
-  EXPECT_TRUE(OhmDwgUtils::getOpenedDwgDatabase(ZdString(u"c:/proj/sht01.dxf"), &found));
-  EXPECT_EQ(found, database.get());
-  EXPECT_FALSE(OhmDwgUtils::getOpenedDwgDatabase(ZdString(u"C:\\Proj\\NoDb.dxf"), &found));
-  EXPECT_EQ(found, nullptr);
-  EXPECT_FALSE(OhmDwgUtils::getOpenedDwgDatabase(ZdString(u"C:\\Proj\\SHT01.dxf"), nullptr));
 }
 
 TEST_F(OhmDwgUtilsTest, LayoutsInTabOrderWithoutModel) {
