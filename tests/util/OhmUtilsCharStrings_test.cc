@@ -56,9 +56,8 @@ TEST(GetStringAtCharIndex, PointsIntoTheCallersString) {
     EXPECT_EQ(GetStringAtCharIndex(text, index), text + at) << index;
   EXPECT_EQ(GetStringAtCharIndex(nullptr, 1), nullptr);
   EXPECT_EQ(GetStringAtCharIndex(kPair, 2), kPair + 3);
-  EXPECT_EQ(GetStringAtCharCount(text, 0), text);
-  EXPECT_EQ(GetStringAtCharCount(text, 3), text + 2);
-  EXPECT_EQ(GetStringAtCharCount(text, 4000000000u), text + 3);
+  for (const auto& [count, at] : {std::pair{0u, 0}, {3u, 2}, {4000000000u, 3}})
+    EXPECT_EQ(GetStringAtCharCount(text, count), text + at) << count;
   for (const auto& [index, at] : {std::pair{-2, 2}, {1, 1}, {7, 0}})
     EXPECT_EQ(RevGetStringAtCharIndex(text, index), text + at) << index;
   EXPECT_EQ(RevGetStringAtCharIndex(nullptr, 0), nullptr);
