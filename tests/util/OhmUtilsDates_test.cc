@@ -75,8 +75,8 @@ TEST_F(FileTimeTest, ModeChoosesDateTimeOrBothAndTheStampIgnoresTheLocale) {
     ScopedEnv scoped("LC_ALL", locale);
     CString output(u"old text"), stamp(u"old");
     GetFileLocaleDateTime(mTemp.windows("sheet.dwg").c_str(), output, mode, withStamp ? &stamp : nullptr);
-    EXPECT_EQ(output, expected);
-    EXPECT_EQ(stamp, withStamp ? u"20170305140709" : u"old");
+    EXPECT_EQ(output.str(), expected);
+    EXPECT_EQ(stamp.str(), withStamp ? u"20170305140709" : u"old");
   }
 }
 
@@ -99,10 +99,10 @@ TEST(LocaleSeparators, FollowTheLocaleAndFallBackWhenTheQueryFails) {
        {std::tuple{&GetLocaleDecimalSep, u",", u"."}, {&GetLocaleListSep, u";", u","}}) {
     CString separator(u"old");
     read(separator);
-    EXPECT_EQ(separator, localized);
+    EXPECT_EQ(separator.str(), localized);
     win_testing::failNextGetLocaleInfo(ERROR_INVALID_PARAMETER);
     read(separator);
-    EXPECT_EQ(separator, fallback);
+    EXPECT_EQ(separator.str(), fallback);
   }
 }
 

@@ -103,7 +103,7 @@ TEST_F(HostFoldersTest, UserDirectoryFromTheGlobalsOrThroughTheLisp) {
     fault();
     EXPECT_TRUE(GetUserDirectory(folder));
     zd_testing::failValueAllocationAfter(-1);
-    EXPECT_EQ(folder, expected);
+    EXPECT_EQ(folder.str(), expected);
     EXPECT_EQ(zd_testing::lispCallCount(), lispCalls);
   }
 }
