@@ -53,8 +53,7 @@ TEST_F(OhmDwgUtilsTest, XDataRecordsOfEveryShape) {
   const std::tuple<const char*, std::function<void(ZdDbObject&)>, std::optional<std::u16string>> cases[] = {
       {"name, control, text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u"%S.%N"); }, u"%S.%N"},
       {"empty text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_STRING, u""); }, u""},
-      {"control string's content not read", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"}", XD_STRING, u"x"); },
-       u"x"},
+      {"control not read", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"}", XD_STRING, u"x"); }, u"x"},
       {"text instead of control", [](ZdDbObject& o) { SetXData(o, XD_STRING, u"{", XD_STRING, u"x"); }, std::nullopt},
       {"too short", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{"); }, std::nullopt},
       {"number for text", [](ZdDbObject& o) { SetXData(o, XD_CONTROL, u"{", XD_SHORT, 1); }, std::nullopt},
@@ -74,8 +73,7 @@ TEST_F(OhmDwgUtilsTest, XDataRecordsOfEveryShape) {
 }
 
 TEST_F(OhmDwgUtilsTest, AttributeLookupFollowsDrawingOrder) {
-  ZdDbBlockReference* coil =
-      mBuild.insertBlock(u"HCR1", {{u"DESC1", u"d"}, {u"TAG1F", u"K1"}, {u"TAG1", u"K2"}, {u"EMPTY", u""}});
+  auto* coil = mBuild.insertBlock(u"HCR1", {{u"DESC1", u"d"}, {u"TAG1F", u"K1"}, {u"TAG1", u"K2"}, {u"EMPTY", u""}});
   // The pattern and the text found ("<none>": a null pointer).
   for (const auto& [pattern, expected] :
        {std::pair{u"TAG1,TAG1F", u"K1"}, {u"tag1", u"K2"}, {u"TAG*", u"K1"}, {u"EMPTY", u""}, {u"NONE", u"<none>"}}) {
@@ -87,8 +85,7 @@ TEST_F(OhmDwgUtilsTest, AttributeLookupFollowsDrawingOrder) {
 }
 
 TEST_F(OhmDwgUtilsTest, AttributesThatCannotBeReadAreSkipped) {
-  ZdDbBlockReference* coil =
-      mBuild.insertBlock(u"HCR1", {{u"TAG1", u"first"}, {u"TAG1", u"second"}, {u"TAG1", u"third"}});
+  auto* coil = mBuild.insertBlock(u"HCR1", {{u"TAG1", u"first"}, {u"TAG1", u"second"}, {u"TAG1", u"third"}});
   zd_testing::failOpenOf(coil->attributeIds()[0]);
   static_cast<ZdDbAttribute*>(mDb.objectAt(coil->attributeIds()[1]))->setTag(std::nullopt);
   EXPECT_EQ(std::u16string(OhmDwgUtils::getAttributeValue(coil, u"TAG1")), u"third");
