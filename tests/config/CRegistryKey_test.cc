@@ -121,14 +121,11 @@ TEST_F(CRegistryKeyTest, SetValueWritesTextWithItsTerminatorAndEveryOtherItemAsA
   EXPECT_EQ(key.SetValue(u"null", static_cast<LPCWSTR>(nullptr)), ERROR_INVALID_DATA);
   EXPECT_EQ(RegQueryValueExW(key, u"null", nullptr, nullptr, nullptr, nullptr), ERROR_FILE_NOT_FOUND)
       << "nothing written";
-  REGITEM text{REG_SZ, u"t", u"words", 9};
-  REGITEM binary{REG_BINARY, u"b", u"ignored", 77};
-  REGITEM number{REG_DWORD, u"n", u"", 3};
   CList<REGITEM, REGITEM&> empty, items;
   EXPECT_EQ(key.SetValue(&empty), 0);
-  items.AddTail(text);
-  items.AddTail(binary);
-  items.AddTail(number);
+  for (REGITEM item :
+       {REGITEM{REG_SZ, u"t", u"words", 9}, {REG_BINARY, u"b", u"ignored", 77}, {REG_DWORD, u"n", u"", 3}})
+    items.AddTail(item);
   EXPECT_EQ(key.SetValue(&items), 0);
   for (const auto& [name, storedType, storedSize] :
        {std::tuple{u"t", REG_SZ, 12u}, {u"b", REG_DWORD, 4u}, {u"n", REG_DWORD, 4u}}) {
@@ -188,13 +185,9 @@ TEST_F(CRegistryKeyTest, ListingFailuresShowTheirBoxes) {
   EXPECT_EQ(values.GetHead().name, u"big") << "name and type of an entry whose data didn't fit";
   EXPECT_EQ(values.GetHead().type, REG_BINARY);
   EXPECT_EQ(boxes().size(), 2u);
-  HKEY raw = nullptr;
-  RegOpenKeyExW(HKEY_CURRENT_USER, u"F", 0, KEY_ALL_ACCESS, &raw);
-  RegDeleteValueW(raw, u"big");
-  RegCloseKey(raw);
-  Put(u"F", u"big", REG_BINARY, std::vector<BYTE>(1001, 7));  // now the last one
+  Put(u"F", u"huge", REG_BINARY, std::vector<BYTE>(1001, 7));  // now the last one doesn't fit
   EXPECT_EQ(key.GetValueList(&values), ERROR_MORE_DATA);
-  EXPECT_EQ(values.GetCount(), 4);
+  EXPECT_EQ(values.GetCount(), 5);
   ExpectBox(2, u"More data is available.\r\n", kTitle, MB_ICONINFORMATION);
   key.Close();
 }

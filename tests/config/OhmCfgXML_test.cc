@@ -21,11 +21,12 @@ namespace {
 
 using ConfigurationXML::SettingType;
 
-// The code of the _com_error that `call` raises; S_OK when it raises none.
-HRESULT raisedBy(const std::function<void()>& call) {
+// The code of the _com_error that `call` raises, S_OK when it raises none; its description into `description`.
+HRESULT raisedBy(const std::function<void()>& call, std::u16string* description = nullptr) {
   try {
     call();
   } catch (const _com_error& error) {
+    if (description) *description = error.Description();
     return error.Error();
   }
   return S_OK;
@@ -33,17 +34,13 @@ HRESULT raisedBy(const std::function<void()>& call) {
 
 class OhmCfgXMLTest : public ::testing::Test {
  protected:
-  static TempFolder& folder() {
-    static TempFolder programFolder;
-    return programFolder;
-  }
   static void SetUpTestSuite() {
-    GblPm_SetGblValue(u"GBL_wd_DocSetBase", (folder().windows() + u"\\").c_str());
+    GblPm_SetGblValue(u"GBL_wd_DocSetBase", (sFolder.windows() + u"\\").c_str());
     OhmCfgXML::GetInstance();
   }
   void SetUp() override {
     ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
-    std::filesystem::remove(folder().posix("App.config"));
+    std::filesystem::remove(sFolder.posix("App.config"));
   }
   void TearDown() override {
     dropDocument();
@@ -56,7 +53,7 @@ class OhmCfgXMLTest : public ::testing::Test {
     com_testing::failNextCreateInstance(E_FAIL);
     EXPECT_FALSE(mConfig.loadCfgXML());
   }
-  void write(const std::string& xml) { folder().makeFile("App.config", xml); }
+  void write(const std::string& xml) { sFolder.makeFile("App.config", xml); }
   void loadFile(const std::string& xml) {
     write(xml);
     ASSERT_TRUE(mConfig.loadCfgXML()) << xml;
@@ -67,7 +64,7 @@ class OhmCfgXMLTest : public ::testing::Test {
     CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_ALL, IID_IXMLDOMDocument2,
                      reinterpret_cast<void**>(&document));
     VARIANT_BOOL ok = VARIANT_FALSE;
-    document->load(_variant_t(folder().windows("App.config").c_str()), &ok);
+    document->load(_variant_t(sFolder.windows("App.config").c_str()), &ok);
     IXMLDOMElementPtr root;
     document->get_documentElement(&root);
     std::u16string xml;
@@ -81,6 +78,7 @@ class OhmCfgXMLTest : public ::testing::Test {
     EXPECT_TRUE(mConfig.setSetting(CString(value), static_cast<SettingType>(type), name));
   }
 
+  static inline TempFolder sFolder;  // the program folder, for the whole suite
   OhmCfgXML& mConfig = OhmCfgXML::GetInstance();
 };
 
@@ -157,7 +155,7 @@ TEST_F(OhmCfgXMLTest, ChangesReachTheFileOnlyThroughSaveAndSurviveAReload) {
       "  <Setting Name=\"AuditSettings\"><Property Name=\"p\" Value=\"1\"/></Setting>\n</Settings>\n";
   loadFile(original);
   set(u"2", SettingType::AuditSettings, u"p");
-  EXPECT_EQ(folder().read("App.config"), original) << "setSetting alone leaves the file";
+  EXPECT_EQ(sFolder.read("App.config"), original) << "setSetting alone leaves the file";
   ASSERT_TRUE(mConfig.loadCfgXML());
   EXPECT_EQ(get(SettingType::AuditSettings, u"p"), u"1") << "a load forgets what wasn't saved";
 
@@ -208,13 +206,9 @@ TEST_F(OhmCfgXMLTest, ElementsLookedAtNeedAName) {
 TEST_F(OhmCfgXMLTest, FailingDomCallsRaiseTheirCodeAndErrorInformation) {
   loadFile("<Settings><Setting Name=\"SchSortOrder\"><Property Name=\"p\" Value=\"1\"/></Setting></Settings>");
   com_testing::failNextSelectNodes(E_FAIL);
-  try {
-    get(SettingType::SchSortOrder, u"p");
-    FAIL() << "nothing raised";
-  } catch (const _com_error& error) {
-    EXPECT_EQ(error.Error(), E_FAIL);
-    EXPECT_EQ(error.Description(), u"selectNodes failed (injected).");
-  }
+  std::u16string description;
+  EXPECT_EQ(raisedBy([&] { get(SettingType::SchSortOrder, u"p"); }, &description), E_FAIL);
+  EXPECT_EQ(description, u"selectNodes failed (injected).");
 
   set(u"2", SettingType::SchSortOrder, u"p");
   com_testing::failNextSave(E_ACCESSDENIED);
@@ -274,7 +268,7 @@ TEST_F(OhmCfgXMLTest, PathIsTakenOnceFromTheGlobalValue) {
   GblPm_SetGblValue(u"GBL_wd_DocSetBase", (elsewhere.windows() + u"\\").c_str());
   loadFile("<Settings/>");
   EXPECT_EQ(get(SettingType::AuditSettings, u"p"), u"") << "still the first folder's file";
-  GblPm_SetGblValue(u"GBL_wd_DocSetBase", (folder().windows() + u"\\").c_str());
+  GblPm_SetGblValue(u"GBL_wd_DocSetBase", (sFolder.windows() + u"\\").c_str());
 }
 
 }  // namespace

@@ -32,9 +32,13 @@ class OhmRegSettingTest : public RegistryStoreFixture {
     if (key) RegCloseKey(key);
     return status == ERROR_SUCCESS;
   }
+  // A writer process on this test's store, started and ready for "go".
   std::unique_ptr<Child> Writer(const std::string& tag, int count) {
-    return std::make_unique<Child>(OHM_REGISTRY_WRITER, std::vector<std::string>{tag, std::to_string(count)},
-                                   std::vector<std::string>{"OHM_REGISTRY_STORE=" + mStorePath});
+    auto writer = std::make_unique<Child>(OHM_REGISTRY_WRITER, std::vector<std::string>{tag, std::to_string(count)},
+                                          std::vector<std::string>{"OHM_REGISTRY_STORE=" + mStorePath});
+    EXPECT_TRUE(writer->started());
+    EXPECT_EQ(writer->readLine(), "ready");
+    return writer;
   }
 };
 
@@ -76,10 +80,7 @@ TEST_F(OhmRegSettingTest, FourProcessesWritingUnderOneKeyAtOnceLoseNothing) {
   const std::string tags[] = {"a", "b", "c", "d"};
   std::vector<std::unique_ptr<Child>> writers;
   for (const std::string& tag : tags) writers.push_back(Writer(tag, kCount));
-  for (auto& writer : writers) {
-    ASSERT_TRUE(writer->started());
-    ASSERT_EQ(writer->readLine(), "ready");
-  }
+  ASSERT_FALSE(HasFailure());
   for (auto& writer : writers) writer->send("go");
   for (auto& writer : writers) EXPECT_EQ(writer->readLine(), "written " + std::to_string(kCount + 1));
   for (auto& writer : writers) {
@@ -97,8 +98,7 @@ TEST_F(OhmRegSettingTest, FourProcessesWritingUnderOneKeyAtOnceLoseNothing) {
 
 TEST_F(OhmRegSettingTest, AWriterThatDiesKeepsWhatItWroteAndTheStoreStaysUsable) {
   auto writer = Writer("dead", 40);
-  ASSERT_TRUE(writer->started());
-  ASSERT_EQ(writer->readLine(), "ready");
+  ASSERT_FALSE(HasFailure());
   writer->send("go");
   EXPECT_EQ(writer->readLine(), "written 41");
   writer->send("die");

@@ -18,11 +18,9 @@ namespace {
 
 int WriteAll(const std::string& tag, int count) {
   int written = 0;
-  for (int n = 0; n < count; ++n) {
-    const std::u16string name = Utf8ToUtf16(tag + "_" + std::to_string(n));
-    const std::u16string value = Utf8ToUtf16(tag + ":" + std::to_string(n));
-    written += OhmSetRegSetting(u"Contest", name.c_str(), value.c_str());
-  }
+  for (int n = 0; n < count; ++n)
+    written += OhmSetRegSetting(u"Contest", Utf8ToUtf16(tag + "_" + std::to_string(n)).c_str(),
+                                Utf8ToUtf16(tag + ":" + std::to_string(n)).c_str());
   return written + OhmSetRegSetting(u"Contest", u"last", Utf8ToUtf16(tag).c_str());
 }
 

@@ -1,5 +1,11 @@
 // The classification against its rules written out plainly, each attribute
 // looked up through the public single lookup, on random block references.
+// The block definition and the attributes are read in place, without opening
+// them, and what a read access couldn't have must still count as absent: each
+// reference has a twin with the same block and xdata whose attributes can
+// also be unopenable, without a tag, erased or not attributes at all, which
+// changes nothing; one open for write elsewhere counts as present and stays
+// open for write.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,6 +15,7 @@
 #include "support/u16.h"
 #include "win/CrtChar.h"
 #include "zd/ZdWcMatch.h"
+#include "zd/db/ZdDbDatabase_testing.h"
 #include "zd/db/ZdDbDrawingBuilder.h"
 
 namespace {
@@ -17,7 +24,7 @@ using U = OhmDwgUtils;
 
 struct RandomReference {
   std::u16string block;
-  ZdDbDrawingBuilder::Attributes attributes;
+  ZdDbDrawingBuilder::Attributes attributes;  // those that count as present
   std::vector<std::u16string> xdataApps;
 };
 
@@ -54,28 +61,71 @@ U::EntityType PlainKind(const ZdDbBlockReference* ref, const RandomReference& r)
   return U::EntityUnknown;
 }
 
-TEST(OhmDwgClassification, AgreesWithThePlainRulesOnRandomReferences) {
+enum class Fault { none, cantOpen, noTag, erased, notAnAttribute, openForWrite };
+
+ZdDbObject* OpenForWrite(ZdDbObjectId id) {
+  ZdDbObject* object = nullptr;
+  EXPECT_EQ(zddbOpenObject(object, id, ZdDb::kForWrite), Zeda::eOk);
+  return object;
+}
+
+// Appends the attribute to `reference` with its fault; the object left open for write, if any.
+ZdDbObject* AppendWithFault(ZdDbDrawingBuilder& build, ZdDbBlockReference& reference, const std::u16string& tag,
+                            const std::u16string& text, Fault fault) {
+  if (fault == Fault::notAnAttribute) {
+    reference.appendAttributeId(build.addEntity(u"ZdDbLine")->objectId());
+    return nullptr;
+  }
+  ZdDbAttribute* attribute = build.appendAttribute(reference, tag, text);
+  if (fault == Fault::cantOpen) zd_testing::failOpenOf(attribute->objectId());
+  if (fault == Fault::noTag) attribute->setTag(std::nullopt);
+  if (fault == Fault::erased) {
+    OpenForWrite(attribute->objectId())->erase();
+    attribute->close();
+  }
+  return fault == Fault::openForWrite ? OpenForWrite(attribute->objectId()) : nullptr;
+}
+
+TEST(OhmDwgClassification, AgreesWithThePlainRulesOnRandomReferencesAndUnreadableAttributesCountAsAbsent) {
   std::mt19937 rng(6011);
   const std::u16string blocks[] = {u"X",     u"HA1S2", u"HA2D", u"PLCIO1", u"WD_WN", u"WD_MLR2",
                                    u"WD_WC", u"HT0X",  u"CAMX", u"hT1",    u"ha9s",  u"AT_2"};
-  const std::u16string tags[] = {u"TAG1",    u"TAG",        u"tag2",  u"TAG_A", u"WDTYPE",     u"TAGSTRIP",
-                                 u"WIRENO3", u"FP",         u"FPT",   u"NP",    u"P_TAG1",     u"P_TAGSTRIP",
-                                 u"DESC1",   u"TAG1XPART1", u"TAG1F", u"TAG2F", u"TAG2XPART1", u"p_tag1_part2"};
+  const std::u16string tags[] = {u"TAG1",         u"TAG",           u"tag2",       u"TAG2",  u"TAG_A", u"WDTYPE",
+                                 u"TAGSTRIP",     u"WIRENO3",       u"FP",         u"FPT",   u"NP",    u"P_TAG1",
+                                 u"P_TAGSTRIP",   u"DESC1",         u"TAG1XPART1", u"TAG1F", u"TAG2F", u"TAG2XPART1",
+                                 u"p_tag1_part2", u"tag\u017Ftrip", u"\u0131"};
   const std::u16string texts[] = {u"1-", u"", u"K1", u"1-x"};
   const std::u16string apps[] = {u"KVA_WD_FPT", u"KVA_WD_NP", u"KVA_WD_FP", u"CFD1"};
   ZdDbDatabase db;
   ZdDbDrawingBuilder build(db);
   for (int round = 0; round < 3000; ++round) {
-    RandomReference r;
-    r.block = blocks[rng() % std::size(blocks)];
-    for (std::size_t n = rng() % 4; n > 0; --n)
-      r.attributes.push_back({tags[rng() % std::size(tags)], texts[rng() % std::size(texts)]});
+    RandomReference r{blocks[rng() % std::size(blocks)], {}, {}};
+    ZdDbBlockReference* faulty = build.insertBlock(r.block);
+    std::vector<ZdDbObject*> heldForWrite;
+    for (std::size_t n = rng() % 6; n > 0; --n) {
+      const std::u16string &tag = tags[rng() % std::size(tags)], &text = texts[rng() % std::size(texts)];
+      const Fault fault = rng() % 2 ? Fault::none : static_cast<Fault>(rng() % 6);
+      if (ZdDbObject* held = AppendWithFault(build, *faulty, tag, text, fault)) heldForWrite.push_back(held);
+      if (fault == Fault::none || fault == Fault::openForWrite) r.attributes.push_back({tag, text});
+    }
+    ZdDbBlockReference* clean = build.insertBlock(r.block, r.attributes);
     for (const std::u16string& app : apps)
       if (rng() % 6 == 0) r.xdataApps.push_back(app);
-    ZdDbBlockReference* reference = build.insertBlock(r.block, r.attributes);
-    for (const std::u16string& app : r.xdataApps) ZdDbDrawingBuilder::setOptionXData(*reference, app, u"1");
-    ASSERT_EQ(U::getOhmObjectType(reference), PlainKind(reference, r))
-        << "block " << U8(r.block) << ", " << r.attributes.size() << " attributes, " << r.xdataApps.size() << " apps";
+    for (const std::u16string& app : r.xdataApps) {
+      ZdDbDrawingBuilder::setOptionXData(*faulty, app, u"1");
+      ZdDbDrawingBuilder::setOptionXData(*clean, app, u"1");
+    }
+    const long openBefore = zd_testing::openObjectCount();
+    const std::string trace = "round " + std::to_string(round) + ", block " + U8(r.block) + ", " +
+                              std::to_string(r.attributes.size()) + " attributes present";
+    ASSERT_EQ(U::getOhmObjectType(clean), PlainKind(clean, r)) << trace;
+    ASSERT_EQ(U::getOhmObjectType(faulty), U::getOhmObjectType(clean)) << trace;
+    EXPECT_EQ(zd_testing::openObjectCount(), openBefore);
+    for (ZdDbObject* held : heldForWrite) {
+      EXPECT_TRUE(held->isWriteEnabled());
+      held->close();
+    }
+    zd_testing::clearDatabaseFaults();
   }
 }
 

@@ -56,9 +56,8 @@ TEST(GetStringAtCharIndex, PointsIntoTheCallersString) {
     EXPECT_EQ(GetStringAtCharIndex(text, index), text + at) << index;
   EXPECT_EQ(GetStringAtCharIndex(nullptr, 1), nullptr);
   EXPECT_EQ(GetStringAtCharIndex(kPair, 2), kPair + 3);
-  EXPECT_EQ(GetStringAtCharCount(text, 0), text);
-  EXPECT_EQ(GetStringAtCharCount(text, 3), text + 2);
-  EXPECT_EQ(GetStringAtCharCount(text, 4000000000u), text + 3);
+  for (const auto& [count, at] : {std::pair{0u, 0}, {3u, 2}, {4000000000u, 3}})
+    EXPECT_EQ(GetStringAtCharCount(text, count), text + at) << count;
   for (const auto& [index, at] : {std::pair{-2, 2}, {1, 1}, {7, 0}})
     EXPECT_EQ(RevGetStringAtCharIndex(text, index), text + at) << index;
   EXPECT_EQ(RevGetStringAtCharIndex(nullptr, 0), nullptr);
@@ -71,23 +70,17 @@ TEST(GetStringAtCharIndex, PointsIntoTheCallersString) {
 // Both write into a CString the caller holds; SetStringWithLength replaces
 // "old", AppendLimitMax appends to "x".
 TEST(SetStringWithLength, CutsOrAppendsToTheLimitInUnits) {
-  const std::tuple<const char16_t*, int, bool, std::u16string> sets[] = {{u"abcd", 2, true, u"ab"},
-                                                                         {u"abcd", 9, true, u"abcd"},
-                                                                         {u"abcd", 0, false, u""},
-                                                                         {nullptr, 5, false, u""},
-                                                                         {kPair, 2, true, u"a\xD83D"}};
-  for (const auto& [source, limit, result, expected] : sets) {
-    SCOPED_TRACE(testing::Message() << Shown(source) << " limit " << limit);
-    CString output(u"old");
-    EXPECT_EQ(SetStringWithLength(output, source, limit), result);
-    EXPECT_EQ(output.str(), expected);
-  }
-  const std::tuple<const char16_t*, unsigned, bool, std::u16string> appends[] = {
-      {u"abcd", 2, true, u"xab"}, {u"abcd", 9, true, u"xabcd"}, {nullptr, 9, false, u"x"}};
-  for (const auto& [source, limit, result, expected] : appends) {
-    SCOPED_TRACE(testing::Message() << "append " << Shown(source) << " limit " << limit);
-    CString output(u"x");
-    EXPECT_EQ(AppendLimitMax(output, source, limit), result);
+  const std::tuple<bool, const char16_t*, int, bool, std::u16string> cases[] = {
+      {false, u"abcd", 2, true, u"ab"},   {false, u"abcd", 9, true, u"abcd"},  {false, u"abcd", 0, false, u""},
+      {false, nullptr, 5, false, u""},    {false, kPair, 2, true, u"a\xD83D"}, {true, u"abcd", 2, true, u"xab"},
+      {true, u"abcd", 9, true, u"xabcd"}, {true, nullptr, 9, false, u"x"},
+  };
+  for (const auto& [append, source, limit, result, expected] : cases) {
+    SCOPED_TRACE(testing::Message() << (append ? "append " : "set ") << Shown(source) << " limit " << limit);
+    CString output(append ? u"x" : u"old");
+    EXPECT_EQ(append ? AppendLimitMax(output, source, static_cast<unsigned>(limit))
+                     : SetStringWithLength(output, source, limit),
+              result);
     EXPECT_EQ(output.str(), expected);
   }
 }

@@ -7,6 +7,7 @@
 #include <ctime>
 #include <regex>
 #include <string>
+#include <tuple>
 
 #include "support/ScopedEnv.h"
 #include "support/TempFolder.h"
@@ -41,52 +42,47 @@ TEST(GetLocaleDateTime, IsTheShortDateABlankAndTheDefaultTimeOfNow) {
   EXPECT_NE(output.Find(U16(std::to_string(local.tm_year + 1900)).c_str()), -1);
 }
 
-// A file in a temporary folder whose last write was at the given local time.
+// A file in a temporary folder whose last write was at 14:07:09 on 5 March 2017, local time.
 class FileTimeTest : public ::testing::Test {
  protected:
   void SetUp() override {
     ASSERT_FALSE(mTemp.posix().empty());
-    mTemp.makeFile("sheet.dwg");
-    setLocalWriteTime("sheet.dwg", 2017, 3, 5, 14, 7, 9);
-  }
-  void setLocalWriteTime(const std::string& name, int year, int month, int day, int hour, int minute, int second) {
     std::tm local{};
-    local.tm_year = year - 1900, local.tm_mon = month - 1, local.tm_mday = day;
-    local.tm_hour = hour, local.tm_min = minute, local.tm_sec = second, local.tm_isdst = -1;
-    setWriteTime(name, std::mktime(&local));
+    local.tm_year = 117, local.tm_mon = 2, local.tm_mday = 5, local.tm_hour = 14, local.tm_min = 7, local.tm_sec = 9;
+    local.tm_isdst = -1;
+    setWriteTime("sheet.dwg", std::mktime(&local));
   }
   void setWriteTime(const std::string& name, std::time_t time) {
+    mTemp.makeFile(name);
     const timespec times[2] = {{time, 0}, {time, 0}};
     ASSERT_EQ(::utimensat(AT_FDCWD, mTemp.posix(name).c_str(), times, 0), 0);
   }
-  std::u16string path(const std::string& name = "sheet.dwg") const { return mTemp.windows(name); }
   ScopedEnv mLocale{"LC_ALL", "en_US.UTF-8"};
   TempFolder mTemp;
 };
 
-TEST_F(FileTimeTest, ModeChoosesDateTimeOrBoth) {
-  for (const auto& [mode, expected] : {std::pair{1, u"3/5/2017 2:07:09 PM"}, {2, u"3/5/2017"}, {3, u"2:07:09 PM"}}) {
-    CString output(u"old text");
-    GetFileLocaleDateTime(path().c_str(), output, mode, nullptr);
-    EXPECT_EQ(output, expected) << mode;
+// The mode chooses date, time or both; the stamp is fourteen digits of the
+// local time whatever the locale, and only written when asked for.
+TEST_F(FileTimeTest, ModeChoosesDateTimeOrBothAndTheStampIgnoresTheLocale) {
+  const std::tuple<const char*, int, bool, const char16_t*> cases[] = {
+      {"en_US.UTF-8", 1, false, u"3/5/2017 2:07:09 PM"},
+      {"en_US.UTF-8", 2, true, u"3/5/2017"},
+      {"en_US.UTF-8", 3, false, u"2:07:09 PM"},
+      {"de_DE", 0, true, u"05.03.2017 14:07:09"},
+  };
+  for (const auto& [locale, mode, withStamp, expected] : cases) {
+    SCOPED_TRACE(testing::Message() << locale << " mode " << mode);
+    ScopedEnv scoped("LC_ALL", locale);
+    CString output(u"old text"), stamp(u"old");
+    GetFileLocaleDateTime(mTemp.windows("sheet.dwg").c_str(), output, mode, withStamp ? &stamp : nullptr);
+    EXPECT_EQ(output.str(), expected);
+    EXPECT_EQ(stamp.str(), withStamp ? u"20170305140709" : u"old");
   }
 }
 
-TEST_F(FileTimeTest, StampIsFourteenDigitsInTheLocalTime) {
-  CString output, stamp(u"old");
-  GetFileLocaleDateTime(path().c_str(), output, 2, &stamp);
-  EXPECT_EQ(stamp, u"20170305140709");
-  EXPECT_EQ(output, u"3/5/2017");
-  ScopedEnv german("LC_ALL", "de_DE");  // the stamp doesn't follow the locale
-  GetFileLocaleDateTime(path().c_str(), output, 0, &stamp);
-  EXPECT_EQ(stamp, u"20170305140709");
-  EXPECT_EQ(output, u"05.03.2017 14:07:09");
-}
-
 TEST_F(FileTimeTest, NothingChangesWithoutAFileOrALocalTime) {
-  mTemp.makeFile("old.dwg");
   setWriteTime("old.dwg", -86400 * 400);  // 1968
-  const std::u16string missing = path("missing.dwg"), old = path("old.dwg");
+  const std::u16string missing = mTemp.windows("missing.dwg"), old = mTemp.windows("old.dwg");
   for (const char16_t* path : {static_cast<const char16_t*>(nullptr), u"", missing.c_str(), old.c_str()}) {
     SCOPED_TRACE(path ? U8(path) : "null");
     CString output(u"output"), stamp(u"stamp");
@@ -96,19 +92,18 @@ TEST_F(FileTimeTest, NothingChangesWithoutAFileOrALocalTime) {
   }
 }
 
+// Neither of the German separators is the fallback's.
 TEST(LocaleSeparators, FollowTheLocaleAndFallBackWhenTheQueryFails) {
-  ScopedEnv german("LC_ALL", "de_DE.UTF-8");  // neither separator is the fallback's
-  CString separator(u"old");
-  GetLocaleDecimalSep(separator);
-  EXPECT_EQ(separator, u",");
-  GetLocaleListSep(separator);
-  EXPECT_EQ(separator, u";");
-  win_testing::failNextGetLocaleInfo(ERROR_INVALID_PARAMETER);
-  GetLocaleDecimalSep(separator);
-  EXPECT_EQ(separator, u".");
-  win_testing::failNextGetLocaleInfo(ERROR_INVALID_PARAMETER);
-  GetLocaleListSep(separator);
-  EXPECT_EQ(separator, u",");
+  ScopedEnv german("LC_ALL", "de_DE.UTF-8");
+  for (const auto& [read, localized, fallback] :
+       {std::tuple{&GetLocaleDecimalSep, u",", u"."}, {&GetLocaleListSep, u";", u","}}) {
+    CString separator(u"old");
+    read(separator);
+    EXPECT_EQ(separator.str(), localized);
+    win_testing::failNextGetLocaleInfo(ERROR_INVALID_PARAMETER);
+    read(separator);
+    EXPECT_EQ(separator.str(), fallback);
+  }
 }
 
 }  // namespace

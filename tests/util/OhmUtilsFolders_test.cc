@@ -32,19 +32,15 @@ TEST_F(FoldersTest, DeleteFolderRemovesTheFilesAndTheFolderIfItIsThenEmpty) {
   EXPECT_TRUE(mTemp.exists("t/sub/c.txt"));
 }
 
-TEST_F(FoldersTest, DeleteFolderRefusesWhatItCannotList) {
+TEST_F(FoldersTest, DeleteFolderRefusesWhatItCannotListToTheEnd) {
   mTemp.makeFile("t/a.txt");
   // A folder without its backslash lists the parent's "t" entry, a folder.
   for (const ZdString& path : {ZdString(u""), ZdString(u"\\" + std::u16string(257, u'x') + u"\\"), folder("gone"),
                                ZdString(mTemp.windows("t"))})
     EXPECT_FALSE(OhmUtilsDeleteFolder(path)) << U8(path.str());
   EXPECT_TRUE(mTemp.exists("t/a.txt"));
-}
-
-TEST_F(FoldersTest, DeleteFolderStopsWhenTheListingEndsInAnError) {
-  mTemp.makeFile("t/a.txt");
   mTemp.makeFile("t/b.txt");
-  win_testing::failNextFindNextFile(ERROR_ACCESS_DENIED);
+  win_testing::failNextFindNextFile(ERROR_ACCESS_DENIED);  // a listing that ends in an error
   EXPECT_FALSE(OhmUtilsDeleteFolder(folder("t")));
   EXPECT_TRUE(mTemp.exists("t"));
 }
@@ -57,31 +53,26 @@ TEST_F(FoldersTest, CreateDirectoryRecursivelyMakesTheMissingFoldersOutermostFir
   EXPECT_TRUE(CreateDirectoryRecursively(path));  // exists: nothing to do
 }
 
+// A failure stops the walk and keeps what was made; no existing ancestor: nothing to start from.
 TEST_F(FoldersTest, CreateDirectoryRecursivelyStopsAtTheFirstFailureAndKeepsWhatItMade) {
   mTemp.makeFile("file");
-  EXPECT_FALSE(CreateDirectoryRecursively(CString(mTemp.windows("file/y"))));
+  for (const std::u16string& path : {mTemp.windows("file/y"), std::u16string(u"Q:\\x\\y"), std::u16string()})
+    EXPECT_FALSE(CreateDirectoryRecursively(CString(path))) << U8(path);
   win_testing::failNextCreateDirectory(ERROR_ALREADY_EXISTS);  // somebody else was quicker
   EXPECT_FALSE(CreateDirectoryRecursively(CString(mTemp.windows("a/b"))));
   EXPECT_FALSE(mTemp.exists("a"));
   EXPECT_TRUE(CreateDirectoryRecursively(CString(mTemp.windows("a/b"))));
 }
 
-TEST_F(FoldersTest, CreateDirectoryRecursivelyGivesUpWhenNoAncestorExists) {
-  for (const char16_t* path : {u"Q:\\x\\y", u""}) EXPECT_FALSE(CreateDirectoryRecursively(CString(path))) << U8(path);
-}
-
-TEST_F(FoldersTest, RemoveDirectoryRecursivelyRemovesTheTree) {
+TEST_F(FoldersTest, RemoveDirectoryRecursivelyRemovesTheTreeOrGivesTheShellsStatus) {
+  const CString tree(mTemp.windows("t"));
   mTemp.makeFile("t/sub/a.txt", "x", true);
-  EXPECT_EQ(RemoveDirectoryRecursively(CString(mTemp.windows("t"))), 0);
-  EXPECT_FALSE(mTemp.exists("t"));
-  EXPECT_EQ(RemoveDirectoryRecursively(CString(mTemp.windows("t"))), 1);  // missing: 1, not 0
-}
-
-TEST_F(FoldersTest, RemoveDirectoryRecursivelyGivesTheShellsStatus) {
-  mTemp.makeFolder("t");
   win_testing::failNextFileOperation(0x78);
-  EXPECT_EQ(RemoveDirectoryRecursively(CString(mTemp.windows("t"))), 0x78);
-  EXPECT_TRUE(mTemp.exists("t"));
+  EXPECT_EQ(RemoveDirectoryRecursively(tree), 0x78);
+  EXPECT_TRUE(mTemp.exists("t/sub/a.txt"));
+  EXPECT_EQ(RemoveDirectoryRecursively(tree), 0);
+  EXPECT_FALSE(mTemp.exists("t"));
+  EXPECT_EQ(RemoveDirectoryRecursively(tree), 1);  // missing: 1, not 0
 }
 
 }  // namespace

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <functional>
+#include <tuple>
+
 #include "support/u16.h"
 #include "zd/ZdCodes.h"
 #include "zd/ZdValueNode_testing.h"
@@ -37,8 +40,7 @@ TEST_F(HostFoldersTest, GetZedaPathAppendsTheNonEmptyPiecesOfAReadableSetting) {
   Folders folders{u"old"};
   EXPECT_TRUE(GetZedaPath(folders));
   EXPECT_EQ(folders, (Folders{u"old", u"a", u"b"}));
-  const std::u16string longest(32767, u'a');  // with its terminator, the whole buffer
-  ASSERT_EQ(zdedSetEnv(u"ZEDA", longest.c_str()), RTNORM);
+  ASSERT_EQ(zdedSetEnv(u"ZEDA", std::u16string(32767, u'a').c_str()), RTNORM);  // with its terminator, the whole buffer
   folders = {u"old"};
   zd_testing::failNextGetEnv(RTERROR);
   EXPECT_TRUE(GetZedaPath(folders));
@@ -72,47 +74,38 @@ TEST_F(HostFoldersTest, RoamableRootFolderIsCopiedWhenItFits) {
   EXPECT_EQ(std::u16string(other), u"untouched");
 }
 
-TEST_F(HostFoldersTest, UserDirectoryFromTheSuitesGlobalsWithoutADocument) {
-  CString folder(u"before");
-  EXPECT_TRUE(GetUserDirectory(folder));
-  EXPECT_EQ(folder, u"before");  // no value: unchanged
-  GblPm_SetGblValue(u"GBL_wd_usr", u"\\home\\me\\wd");
-  EXPECT_TRUE(GetUserDirectory(folder));
-  EXPECT_EQ(folder, u"\\home\\me\\wd");
-  EXPECT_EQ(zd_testing::lispCallCount(), 0);
-}
-
-TEST_F(HostFoldersTest, UserDirectoryThroughTheSuitesLispWithADocument) {
-  zdDocManagerPtr()->addDocument(u"Z:\\p\\a.dxf", nullptr);
-  GblPm_SetGblValue(u"GBL_wd_usr", u"\\home\\me\\wd");
-  CString folder(u"before");
-  EXPECT_TRUE(GetUserDirectory(folder));
-  EXPECT_EQ(folder, u"\\home\\me\\wd");
-  EXPECT_EQ(zd_testing::lispCallCount(), 1);
-
-  GblPm_SetGblValue(u"GBL_wd_usr", nullptr);  // the Lisp answers nil
-  folder = u"before";
-  EXPECT_TRUE(GetUserDirectory(folder));
-  EXPECT_EQ(folder, u"before");
-}
-
-TEST_F(HostFoldersTest, UserDirectoryKeepsItsValueWhenTheLispCallFails) {
-  zdDocManagerPtr()->addDocument(u"Z:\\p\\a.dxf", nullptr);
-  GblPm_SetGblValue(u"GBL_wd_usr", u"\\home\\me\\wd");
-  CString folder(u"before");
-  zd_testing::failNextInvoke(RTERROR);
-  EXPECT_TRUE(GetUserDirectory(folder));
-  EXPECT_EQ(folder, u"before");
-  zd_testing::defineLispFunction(u"ohm_get_var", [](const ZdValueNode*, ZdValueNode** reply) {
-    *reply = zdutBuildList(RTSHORT, 7, 0);  // not a string
-    return RTNORM;
-  });
-  EXPECT_TRUE(GetUserDirectory(folder));
-  EXPECT_EQ(folder, u"before");
-  zd_testing::failValueAllocationAfter(0);  // the request list can't be built
-  EXPECT_TRUE(GetUserDirectory(folder));
-  zd_testing::failValueAllocationAfter(-1);
-  EXPECT_EQ(folder, u"before");
+// Without a document the suite's global is read; with one, the suite's Lisp is
+// asked, and whatever goes wrong there leaves the folder as it was.
+TEST_F(HostFoldersTest, UserDirectoryFromTheGlobalsOrThroughTheLisp) {
+  const char16_t* const kWd = u"\\home\\me\\wd";
+  const auto notAString = [] {
+    zd_testing::defineLispFunction(u"ohm_get_var", [](const ZdValueNode*, ZdValueNode** reply) {
+      *reply = zdutBuildList(RTSHORT, 7, 0);
+      return RTNORM;
+    });
+  };
+  // label, with a document, the global's value, a fault before the call, folder after, Lisp calls
+  const std::tuple<const char*, bool, const char16_t*, std::function<void()>, const char16_t*, long> cases[] = {
+      {"no document, no value: unchanged", false, nullptr, [] {}, u"before", 0},
+      {"no document", false, kWd, [] {}, kWd, 0},
+      {"document", true, kWd, [] {}, kWd, 1},
+      {"the Lisp answers nil", true, nullptr, [] {}, u"before", 1},
+      {"the Lisp call fails", true, kWd, [] { zd_testing::failNextInvoke(RTERROR); }, u"before", 0},
+      {"the reply is not a string", true, kWd, notAString, u"before", 1},
+      {"the request can't be built", true, kWd, [] { zd_testing::failValueAllocationAfter(0); }, u"before", 0},
+  };
+  for (const auto& [label, withDocument, value, fault, expected, lispCalls] : cases) {
+    SCOPED_TRACE(label);
+    reset();
+    if (withDocument) zdDocManagerPtr()->addDocument(u"Z:\\p\\a.dxf", nullptr);
+    GblPm_SetGblValue(u"GBL_wd_usr", value);
+    CString folder(u"before");
+    fault();
+    EXPECT_TRUE(GetUserDirectory(folder));
+    zd_testing::failValueAllocationAfter(-1);
+    EXPECT_EQ(folder.str(), expected);
+    EXPECT_EQ(zd_testing::lispCallCount(), lispCalls);
+  }
 }
 
 TEST_F(HostFoldersTest, DwgTitledReadsTheShortValue) {
