@@ -130,8 +130,8 @@ Zeda::ErrorStatus readFixture(const std::string& name, ZdDbDatabase& db) {
 
 struct FixtureCase {
   const char* file;
-  Shown shown;
   std::vector<std::string> expected;
+  Shown shown = {};
 };
 
 void PrintTo(const FixtureCase& c, std::ostream* os) { *os << c.file; }
@@ -146,14 +146,13 @@ TEST_P(DxfFixtureTest, ReadsTheDrawingsFacts) {
 
 const FixtureCase kFixtures[] = {
     {"r12.dxf",
-     {false, false, true},
      {"AC1009 ANSI_1252", "block *Model_Space",
       "  ZdDbBlockReference layer=SYMS -> HPB11 1001:KVA_WD_NP 1002:{ 1000:1 1002:}",
       "    ZdDbAttribute layer=SYMS TAG1 \"PB1\"", "  ZdDbLine layer=WIRES", "block *Paper_Space",
       "  ZdDbCircle layer=0", "block HPB11", "  ZdDbLine layer=0", "  ZdDbAttributeDefinition layer=0",
-      "layout Model tab 0 *Model_Space", "layout Layout1 tab 1 *Paper_Space"}},
+      "layout Model tab 0 *Model_Space", "layout Layout1 tab 1 *Paper_Space"},
+     {false, false, true}},
     {"ac1015_ansi.dxf",
-     {},
      {"AC1015 ANSI_1252", "block *Model_Space #1F",
       "  ZdDbBlockReference #100 layer=SYMS -> HCR1 1001:KVA_WD_FP 1002:{ 1000:1 1002:} 1001:KVA_WD_XREF_COIL "
       "1002:{ 1000:X 1070:5 1071:70000 1040:2.5 1010:1,2,3 1002:}",
@@ -165,7 +164,6 @@ const FixtureCase kFixtures[] = {
       "    ZdDbAttribute #B3 layer=0 TAG1 \"-K9\"", "block *T1 #C0", "layout Layout1 tab 1 *Paper_Space",
       "layout Model tab 0 *Model_Space"}},
     {"ac1032_utf8.dxf",
-     {},
      {"AC1032 ANSI_1252", "block *Model_Space #1F",
       "  ZdDbBlockReference #200 layer=Gerät -> MOTOR 1001:KVA_WD_FP 1002:{ 1000:Ω µF 1002:}",
       "    ZdDbAttribute #201 layer=Gerät DESC1 \"Motor 5 kW – Ω\"", "    ZdDbAttribute #202 layer=Gerät TAG1 \"ΩM1\"",
@@ -173,7 +171,6 @@ const FixtureCase kFixtures[] = {
       "block MOTOR #50", "  ZdDbCircle #52 layer=0", "layout Layout1 tab 1 *Paper_Space",
       "layout Model tab 0 *Model_Space"}},
     {"layouts_crlf.dxf",
-     {},
      {"AC1018 ANSI_1251", "block *Model_Space #1F", "  ZdDbText #101 layer=0 \"Щит 1\"", "block *Paper_Space #1B",
       "  ZdDbCircle #100 layer=0", "block *Paper_Space0 #40", "  ZdDbLine #41 layer=RAHMEN",
       "layout Layout2 tab 2 *Paper_Space0", "layout Layout1 tab 1 *Paper_Space", "layout Model tab 0 *Model_Space"}},
@@ -344,10 +341,7 @@ TEST(DxfDrawingTest, WritesTextInTheEncodingOfTheVersion) {
   const std::tuple<const char*, std::string, std::string> cases[] = {
       {"AC1032", "Motor 5 kW \xE2\x80\x93 \xCE\xA9", "\\U+03A9"},  // UTF-8, no escapes needed
       {"AC1015", "Motor 5 kW \x96 \\U+03A9", "\xCE\xA9"},          // ANSI_1252 has the dash but no omega
-      {"AC1009",
-       "Gr\xF6\xDF"
-       "e \\U+2126",
-       "BLOCK_RECORD"},  // R12: no block record table
+      {"AC1009", "Gr\xF6\xDF\x65 \\U+2126", "BLOCK_RECORD"},       // R12: no block record table
   };
   for (const auto& [version, present, absent] : cases) {
     SCOPED_TRACE(version);
@@ -491,10 +485,10 @@ TEST(DxfDrawingTest, AcceptsLooseFormsOfTheSameDrawing) {
 struct DrawingCase {
   const char* what;
   std::string text;
-  bool recover;
   std::vector<std::string> expected;  // without handles, and before the two layouts every such drawing has
-  std::vector<std::string> repairs;
-  std::string refusal = "";  // "LINE: what was expected" without recover mode; when recovering
+  std::vector<std::string> repairs = {};
+  // Read in recover mode when set: "LINE: what was expected" without it.
+  std::string refusal = "";
 };
 
 // A file's lines given as words: each blank ends a line.
@@ -524,25 +518,18 @@ std::vector<DrawingCase> drawingCases() {
   return {
       {"MINSERT in R12 beside plain INSERTs",
        kMInsertR12,
-       false,
        {"AC1009 ANSI_1252", "block *Model_Space", "  ZdDbBlockReference layer=0 -> K",
         "  ZdDbMInsertBlock layer=0 -> K", "  ZdDbBlockReference layer=0 -> undefined NONE", "block *Paper_Space",
-        "block K"},
-       {}},
+        "block K"}},
       {"MINSERT in R2000 by its subclass",
        kMInsertR2000,
-       false,
        {"AC1015 ANSI_1252", "block *Model_Space", "  ZdDbBlockReference layer=0 -> K",
-        "  ZdDbMInsertBlock layer=0 -> K", "block *Paper_Space", "block K"},
-       {}},
+        "  ZdDbMInsertBlock layer=0 -> K", "block *Paper_Space", "block K"}},
       {"R13 empty layout dictionary",
        kEmptyLayoutsR13,
-       false,
-       {"AC1012 ANSI_1252", "block *Model_Space", "block *Paper_Space"},
-       {}},
+       {"AC1012 ANSI_1252", "block *Model_Space", "block *Paper_Space"}},
       {"damaged drawing recovered",
        kDamaged,
-       true,
        {"AC1009 ANSI_1252", "block *Model_Space", "  ZdDbBlockReference layer=0 -> B",
         "    ZdDbAttribute layer=0 T \"v\"", "  ZdDbCircle layer=0", "block *Paper_Space", "block B",
         "  ZdDbLine layer=0"},
@@ -552,7 +539,6 @@ std::vector<DrawingCase> drawingCases() {
        "5: TABLE expected, not \"LAYER\""},
       {"file cut in the middle of a line recovered",
        kClassesCutMidLine,
-       true,
        {"AC1015 ANSI_1252", "block *Model_Space", "block *Paper_Space"},
        {"21: ENDSEC of section CLASSES added", "21: EOF added"},
        "21: ENDSEC of section CLASSES expected"},
@@ -567,11 +553,12 @@ TEST_P(DxfDrawingCaseTest, ReadsWhatTheFileSaysAndWritesItBack) {
   const DrawingCase& c = GetParam();
   ZdDbDatabase db;
   DxfReadReport report;
-  if (c.recover) {  // refused without recover mode, at the first damage
+  const bool recover = !c.refusal.empty();
+  if (recover) {  // refused without recover mode, at the first damage
     EXPECT_EQ(readDxfDrawing(c.text, db, {}, &report), Zeda::eBadDxfFile);
     EXPECT_EQ(std::to_string(report.line) + ": " + report.problem, c.refusal);
   }
-  ASSERT_EQ(readDxfDrawing(c.text, db, {c.recover}, &report), Zeda::eOk) << report.line << ": " << report.problem;
+  ASSERT_EQ(readDxfDrawing(c.text, db, {recover}, &report), Zeda::eOk) << report.line << ": " << report.problem;
   const Shown noHandles{false, false, true};
   std::vector<std::string> expected = c.expected;
   expected.insert(expected.end(), {"layout Model tab 0 *Model_Space", "layout Layout1 tab 1 *Paper_Space"});
