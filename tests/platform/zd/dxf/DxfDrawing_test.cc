@@ -15,7 +15,6 @@
 #include "support/TempFolder.h"
 #include "support/TestName.h"
 #include "support/u16.h"
-#include "win/fs/PathMapping.h"
 #include "zd/ZdCodes.h"
 #include "zd/ZdValueNode_testing.h"
 #include "zd/db/ZdDbDatabase.h"
