@@ -44,13 +44,6 @@ ZdApDocument* ZdApDocManager::addDocument(std::u16string fileName, std::shared_p
   return mCurrent;
 }
 
-bool ZdApDocManager::setCurDocument(ZdApDocument* document) noexcept {
-  const bool known = !document || std::any_of(mDocuments.begin(), mDocuments.end(),
-                                              [&](const auto& open) { return open.get() == document; });
-  if (known) mCurrent = document;
-  return known;
-}
-
 bool ZdApDocManager::closeDocument(ZdApDocument* document) {
   const auto it =
       std::find_if(mDocuments.begin(), mDocuments.end(), [&](const auto& open) { return open.get() == document; });

@@ -66,8 +66,6 @@ class ZdApDocManager {
 
   // Host side: opens a document (it becomes current); the manager owns it.
   ZdApDocument* addDocument(std::u16string fileName, std::shared_ptr<ZdDbDatabase> database);
-  // Makes `document` (one of the open ones, or null) current; false for a stranger.
-  bool setCurDocument(ZdApDocument* document) noexcept;
   // Closes a document; if it was current, none is current afterwards. False for a stranger.
   bool closeDocument(ZdApDocument* document);
   // Closes every document.

@@ -66,10 +66,8 @@ TEST_F(ComCreation, RefusesWhatThePlatformRefuses) {
 }
 
 TEST_F(ComCreation, DocumentAnswersQueriesById) {
-  IUnknownPtr unknown;
-  ASSERT_EQ(
-      CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_ALL, IID_IUnknown, reinterpret_cast<void**>(&unknown)),
-      S_OK);
+  IXMLDOMDocument2Ptr document;
+  ASSERT_EQ(createDocument(document), S_OK);
   const std::tuple<const char*, const IID&, HRESULT> queries[] = {
       {"IXMLDOMNode", IID_IXMLDOMNode, S_OK},
       {"IXMLDOMDocument", IID_IXMLDOMDocument, S_OK},
@@ -78,7 +76,7 @@ TEST_F(ComCreation, DocumentAnswersQueriesById) {
   for (const auto& [name, iid, expected] : queries) {
     SCOPED_TRACE(name);
     void* object = reinterpret_cast<void*>(1);
-    EXPECT_EQ(unknown->QueryInterface(iid, &object), expected);
+    EXPECT_EQ(document->QueryInterface(iid, &object), expected);
     EXPECT_EQ(object != nullptr, expected == S_OK);
     if (object) static_cast<IUnknown*>(object)->Release();
   }

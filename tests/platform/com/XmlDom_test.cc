@@ -27,13 +27,18 @@ constexpr char kSample[] =
     "  <Setting Name=\"B\"/>\n"
     "</Settings>\n";
 
+IXMLDOMDocument2Ptr newDocument() {
+  IXMLDOMDocument2Ptr document;
+  CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_ALL, IID_IXMLDOMDocument2, reinterpret_cast<void**>(&document));
+  return document;
+}
+
 class XmlDom : public ::testing::Test {
  protected:
   void SetUp() override {
     ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
-    ASSERT_EQ(CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_ALL, IID_IXMLDOMDocument2,
-                               reinterpret_cast<void**>(&mDocument)),
-              S_OK);
+    mDocument = newDocument();
+    ASSERT_TRUE(mDocument);
   }
   void TearDown() override {
     mDocument = nullptr;
@@ -49,6 +54,11 @@ class XmlDom : public ::testing::Test {
     HRESULT hr = mDocument->load(pathOf(name), &ok);
     EXPECT_EQ(hr, ok == VARIANT_TRUE ? S_OK : S_FALSE);
     return ok == VARIANT_TRUE;
+  }
+  // Writes `content` to file `name` and loads it.
+  bool loadText(const std::string& name, const std::string& content) {
+    mFolder.makeFile(name, content);
+    return load(name);
   }
   std::u16string xml(IXMLDOMNode* node) const {
     std::u16string text;
@@ -89,19 +99,17 @@ TEST_F(XmlDom, LoadAcceptsOnlyWellFormedDocuments) {
 }
 
 TEST_F(XmlDom, LoadRefusesWhatIsNotAPathAndEmptiesOnInjectedFailure) {
-  mFolder.makeFile("f.xml", "<a/>");
   VARIANT_BOOL ok = VARIANT_TRUE;
   EXPECT_EQ(mDocument->load(_variant_t(5), &ok), E_INVALIDARG);
   EXPECT_EQ(ok, VARIANT_FALSE);
-  ASSERT_TRUE(load("f.xml"));
+  ASSERT_TRUE(loadText("f.xml", "<a/>"));
   com_testing::failNextLoad(E_ACCESSDENIED);
   EXPECT_EQ(mDocument->load(pathOf("f.xml"), &ok), E_ACCESSDENIED);
   EXPECT_FALSE(root());
 }
 
 TEST_F(XmlDom, SaveKeepsWhatTheDocumentHoldsBesideTheChanges) {
-  mFolder.makeFile("s.xml", kSample);
-  ASSERT_TRUE(load("s.xml"));
+  ASSERT_TRUE(loadText("s.xml", kSample));
   std::u16string before = xml(mDocument.GetInterfacePtr());
   IXMLDOMElementPtr property;
   property.QueryFrom(select(mDocument.GetInterfacePtr(), u"Settings/Setting/Property").GetInterfacePtr());
@@ -129,8 +137,7 @@ TEST_F(XmlDom, SaveKeepsTheFileEncoding) {
     utf16 += static_cast<char>(unit & 0xFF);
     utf16 += static_cast<char>(unit >> 8);
   }
-  mFolder.makeFile("u.xml", utf16);
-  ASSERT_TRUE(load("u.xml"));
+  ASSERT_TRUE(loadText("u.xml", utf16));
   ASSERT_EQ(mDocument->save(pathOf("u.xml")), S_OK);
   EXPECT_EQ(mFolder.read("u.xml").substr(0, 4), std::string("\xFF\xFE<\0", 4));
   ASSERT_TRUE(load("u.xml"));
@@ -138,8 +145,7 @@ TEST_F(XmlDom, SaveKeepsTheFileEncoding) {
 }
 
 TEST_F(XmlDom, FailedSaveLeavesTheFileAsItWasWithErrorInformation) {
-  mFolder.makeFile("f.xml", "<a/>");
-  ASSERT_TRUE(load("f.xml"));
+  ASSERT_TRUE(loadText("f.xml", "<a/>"));
   std::filesystem::create_directory(mFolder.posix("dir.xml"));
   const std::tuple<const char*, std::string, HRESULT> cases[] = {
       {"missing folder", "none/f.xml", HRESULT_FROM_WIN32(3)},
@@ -172,9 +178,7 @@ TEST_F(XmlDom, KilledSaveNeverLeavesAHalfWrittenFile) {
     pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-      IXMLDOMDocument2Ptr document;
-      CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_ALL, IID_IXMLDOMDocument2,
-                       reinterpret_cast<void**>(&document));
+      IXMLDOMDocument2Ptr document = newDocument();
       VARIANT_BOOL ok;
       document->load(pathOf("k.xml"), &ok);
       for (;;) document->save(pathOf("k.xml"));
@@ -192,8 +196,7 @@ TEST_F(XmlDom, KilledSaveNeverLeavesAHalfWrittenFile) {
 }
 
 TEST_F(XmlDom, SelectionFollowsDocumentOrderAndReportsBadQueries) {
-  mFolder.makeFile("s.xml", kSample);
-  ASSERT_TRUE(load("s.xml"));
+  ASSERT_TRUE(loadText("s.xml", kSample));
   IXMLDOMNodeListPtr settings;
   ASSERT_EQ(root()->selectNodes(u"Setting", &settings), S_OK);
   LONG length = 0;
@@ -217,8 +220,7 @@ TEST_F(XmlDom, SelectionFollowsDocumentOrderAndReportsBadQueries) {
 }
 
 TEST_F(XmlDom, AttributesReadAsStringsOrNull) {
-  mFolder.makeFile("s.xml", kSample);
-  ASSERT_TRUE(load("s.xml"));
+  ASSERT_TRUE(loadText("s.xml", kSample));
   IXMLDOMElementPtr element = root();
   _variant_t value;
   EXPECT_EQ(element->getAttribute(u"Version", &value), S_OK);
@@ -236,8 +238,7 @@ TEST_F(XmlDom, AttributesReadAsStringsOrNull) {
 }
 
 TEST_F(XmlDom, BuiltNodesJoinTheTreeInOrder) {
-  mFolder.makeFile("b.xml", "<Settings><Setting Name=\"A\"/></Settings>");
-  ASSERT_TRUE(load("b.xml"));
+  ASSERT_TRUE(loadText("b.xml", "<Settings><Setting Name=\"A\"/></Settings>"));
   IXMLDOMNodePtr node;
   ASSERT_EQ(mDocument->createNode(_variant_t(NODE_ELEMENT, VT_INT), u"Property", u"", &node), S_OK);
   IXMLDOMElementPtr property;
@@ -265,17 +266,14 @@ TEST_F(XmlDom, BuiltNodesJoinTheTreeInOrder) {
   IXMLDOMElementPtr second;
   mDocument->createElement(u"Second", &second);
   EXPECT_EQ(mDocument->appendChild(second.GetInterfacePtr(), nullptr), E_FAIL) << "a second root";
-  IXMLDOMDocument2Ptr otherDocument;
-  CoCreateInstance(CLSID_DOMDocument60, nullptr, CLSCTX_ALL, IID_IXMLDOMDocument2,
-                   reinterpret_cast<void**>(&otherDocument));
+  IXMLDOMDocument2Ptr otherDocument = newDocument();
   IXMLDOMElementPtr foreign;
   otherDocument->createElement(u"Foreign", &foreign);
   EXPECT_EQ(setting->appendChild(foreign.GetInterfacePtr(), nullptr), E_INVALIDARG);
 }
 
 TEST_F(XmlDom, ReplacedAttributeComesBackDetachedAndKeepsItsPlace) {
-  mFolder.makeFile("b.xml", "<a x=\"1\" y=\"2\"/>");
-  ASSERT_TRUE(load("b.xml"));
+  ASSERT_TRUE(loadText("b.xml", "<a x=\"1\" y=\"2\"/>"));
   IXMLDOMAttributePtr attribute;
   mDocument->createAttribute(u"x", &attribute);
   attribute->put_value(_variant_t(u"9"));
@@ -289,11 +287,9 @@ TEST_F(XmlDom, ReplacedAttributeComesBackDetachedAndKeepsItsPlace) {
 }
 
 TEST_F(XmlDom, NodesOutliveAReload) {
-  mFolder.makeFile("one.xml", "<one k=\"v\"/>");
-  mFolder.makeFile("two.xml", "<two/>");
-  ASSERT_TRUE(load("one.xml"));
+  ASSERT_TRUE(loadText("one.xml", "<one k=\"v\"/>"));
   IXMLDOMElementPtr first = root();
-  ASSERT_TRUE(load("two.xml"));
+  ASSERT_TRUE(loadText("two.xml", "<two/>"));
   EXPECT_EQ(xml(first.GetInterfacePtr()), u"<one k=\"v\"/>");
   EXPECT_EQ(mDocument->appendChild(first.GetInterfacePtr(), nullptr), E_INVALIDARG) << "an old tree's node";
 }

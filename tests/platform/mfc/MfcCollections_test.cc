@@ -7,7 +7,6 @@
 #include "mfc/CList.h"
 #include "mfc/CStringArray.h"
 #include "mfc/CStringList.h"
-#include "support/u16.h"
 
 namespace {
 

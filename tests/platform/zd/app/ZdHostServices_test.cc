@@ -1,18 +1,12 @@
 // The host's session services: variables, settings, Lisp, documents.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "support/ScopedEnv.h"
-#include "support/TempFolder.h"
-#include "support/u16.h"
-#include "win/fs/PathMapping.h"
 #include "zd/ZdCodes.h"
 #include "zd/app/ZdDocManager.h"
 #include "zd/app/ZdDocManager_testing.h"
 #include "zd/app/ZdEnv.h"
 #include "zd/app/ZdEnv_testing.h"
-#include "zd/app/ZdHostApplicationServices.h"
 #include "zd/app/ZdSysVars.h"
 #include "zd/app/ZdSysVars_testing.h"
 #include "zd/lisp/ZdLisp.h"

@@ -5,7 +5,6 @@
 #include <memory>
 #include <vector>
 
-#include "support/u16.h"
 #include "zd/ZdCodes.h"
 #include "zd/ZdString.h"
 #include "zd/db/ZdDbDatabase_testing.h"

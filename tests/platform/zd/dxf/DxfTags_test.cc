@@ -4,7 +4,6 @@
 
 #include <utility>
 
-#include "support/u16.h"
 #include "zd/dxf/DxfTextCodec.h"
 
 namespace {
