@@ -16,6 +16,7 @@
 #include "mfc/CWnd.h"
 #include "support/ScopedEnv.h"
 #include "support/TempFolder.h"
+#include "support/platwinLastError.h"
 #include "support/u16.h"
 #include "win/LastError.h"
 #include "win/WinError.h"
@@ -93,8 +94,7 @@ TEST(WfsOpen, OpensThroughTheDriveTableAndFailsLikeTheRuntime) {
 
 // Finding bare names there is what the host actions' tests rely on; here, the refusal.
 TEST(SetDllDirectoryW, RefusesAFolderWithoutAPlace) {
-  EXPECT_FALSE(SetDllDirectoryW(u"Q:\\unmapped"));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+  EXPECT_TRUE(FailsWith([] { return SetDllDirectoryW(u"Q:\\unmapped"); }, ERROR_FILE_NOT_FOUND));
 }
 
 // --- cursors and windows -----------------------------------------------------------
@@ -102,12 +102,8 @@ TEST(SetDllDirectoryW, RefusesAFolderWithoutAPlace) {
 TEST(Cursors, SystemCursorsOnlyAndOneHandleEach) {
   EXPECT_EQ(LoadCursorW(nullptr, IDC_WAIT), LoadCursorW(nullptr, IDC_WAIT));
   EXPECT_NE(LoadCursorW(nullptr, IDC_WAIT), LoadCursorW(nullptr, IDC_ARROW));
-  for (LPCWSTR id :
-       {static_cast<LPCWSTR>(MAKEINTRESOURCEW(1)), static_cast<LPCWSTR>(MAKEINTRESOURCEW(32517)), u"WAIT"}) {
-    SetLastError(0);
-    EXPECT_EQ(LoadCursorW(nullptr, id), nullptr);
-    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_RESOURCE_NAME_NOT_FOUND));
-  }
+  for (LPCWSTR id : {static_cast<LPCWSTR>(MAKEINTRESOURCEW(1)), static_cast<LPCWSTR>(MAKEINTRESOURCEW(32517)), u"WAIT"})
+    EXPECT_TRUE(FailsWith([&] { return LoadCursorW(nullptr, id); }, ERROR_RESOURCE_NAME_NOT_FOUND));
   EXPECT_EQ(LoadCursorW(reinterpret_cast<HINSTANCE>(GetModuleHandleW(nullptr)), IDC_WAIT), nullptr);
   const HCURSOR shown = win_testing::cursorOnShow();
   int notACursor = 0;
