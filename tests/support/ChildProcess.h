@@ -156,3 +156,20 @@ class Child {
   int mIn = -1;
   FILE* mOut = nullptr;
 };
+
+// Waits until file `path` holds `text`, at most about five seconds; whether it came.
+inline bool WaitForText(const std::string& path, const std::string& text) {
+  for (int i = 0; i < 500; ++i) {
+    if (ReadFile(path).find(text) != std::string::npos) return true;
+    ::usleep(10000);
+  }
+  return false;
+}
+
+// The number of a process that has ended.
+inline pid_t DeadProcess() {
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(0);
+  ::waitpid(child, nullptr, 0);
+  return child;
+}

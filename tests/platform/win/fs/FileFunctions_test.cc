@@ -1,9 +1,6 @@
 #include "win/fs/FileFunctions.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-
-#include <sys/stat.h>
 
 #include <functional>
 #include <initializer_list>

@@ -5,7 +5,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -14,6 +13,7 @@
 #include <string>
 #include <utility>
 
+#include "support/ChildProcess.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -42,11 +42,7 @@ TEST(FileReplace, NewBytesTakeTheOldModeAndNothingIsLeftBeside) {
 // Only copies named after the file and a process that is gone are removed.
 TEST(FileReplace, RemovesWhatGoneProcessesLeftBesideTheFile) {
   TempFolder folder;
-  pid_t gone = ::fork();
-  if (gone == 0) ::_exit(0);
-  ASSERT_GT(gone, 0);
-  ::waitpid(gone, nullptr, 0);
-  const std::string dead = std::to_string(gone), alive = std::to_string(::getppid());
+  const std::string dead = std::to_string(DeadProcess()), alive = std::to_string(::getppid());
   const std::pair<std::string, bool> entries[] = {
       {"d.dxf.~" + dead + ".0", false},    {"d.dxf.~" + dead + ".17", false},
       {"d.dxf.~" + alive + ".0", true},    {"d.dxf.~" + dead, true},

@@ -7,7 +7,6 @@
 
 #include <sqlite3.h>
 
-#include <cstring>
 #include <functional>
 #include <tuple>
 #include <vector>

@@ -7,13 +7,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
-#include <cstdlib>
-#include <optional>
-#include <thread>
 #include <tuple>
 
 #include "mfc/CWnd.h"
+#include "support/ChildProcess.h"
 #include "support/ScopedEnv.h"
 #include "support/TempFolder.h"
 #include "support/platwinLastError.h"
@@ -169,9 +166,7 @@ TEST(TerminalUiSink, HandsTheTargetToXdgOpenOrSaysWhyNot) {
   {
     ScopedEnv path("PATH", temp.posix("bin") + ":/usr/bin:/bin");
     EXPECT_GT(Shell(u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler http://x.example/\u00e9"), 32);
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (!temp.exists("opened") && std::chrono::steady_clock::now() < deadline)
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_TRUE(WaitForText(temp.posix("opened"), "http://x.example/\xc3\xa9"));
     EXPECT_EQ(temp.read("opened"), "http://x.example/\xc3\xa9");
     EXPECT_EQ(Shell(u"print", u"x.txt", nullptr), SE_ERR_NOASSOC);
   }
