@@ -52,10 +52,8 @@ TEST(OhmTool, ExampleCommandsPrintTheExpectedOutput) {
 TEST(OhmTool, ExampleDrawingsAreWhatTheWriterMakes) {
   TempFolder folder;
   ASSERT_EQ(RunProgram(OHM_MAKE_DRAWINGS, {folder.posix()}).status, 0);
-  for (const char* name : {"CTRL01.dxf", "CTRL02.dxf"}) {
-    SCOPED_TRACE(name);
-    EXPECT_EQ(ReadFile(folder.posix(name)), ReadFile(kExample + "/" + name));
-  }
+  for (const char* name : {"CTRL01.dxf", "CTRL02.dxf"})
+    EXPECT_EQ(ReadFile(folder.posix(name)), ReadFile(kExample + "/" + name)) << name;
 }
 
 // A run and how it must end: its status, and text expected within its

@@ -128,10 +128,7 @@ TEST(PictureFromIcuPattern, TurnsIcuPatternsIntoWindowsPictures) {
       {u"h 'o''clock' a", u"h 'o''clock' tt"},
       {u"K:mm G", u"h:mm gg"},
   };
-  for (const auto& [pattern, picture] : cases) {
-    SCOPED_TRACE(U8(pattern));
-    EXPECT_EQ(PictureFromIcuPattern(pattern), picture);
-  }
+  for (const auto& [pattern, picture] : cases) EXPECT_EQ(PictureFromIcuPattern(pattern), picture) << U8(pattern);
 }
 
 }  // namespace

@@ -33,10 +33,7 @@ TEST(ModuleNameToFileName, OneRuleForDllNames) {
       {u"a.dll\\b", u"a.dll\\b"},
       {u".dll", u".dll"},
   };
-  for (const auto& [name, file] : cases) {
-    SCOPED_TRACE(U8(name));
-    EXPECT_EQ(ModuleNameToFileName(name), file);
-  }
+  for (const auto& [name, file] : cases) EXPECT_EQ(ModuleNameToFileName(name), file) << U8(name);
 }
 
 class Modules : public ::testing::Test {
