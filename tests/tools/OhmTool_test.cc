@@ -226,18 +226,6 @@ TEST(OhmTool, LocksLastWhileTheCommandRuns) {
 
 // Settings through both stores, each step one row: the registry store of a
 // temporary folder, and an App.config file there.
-// A value that another writer stored in the registry store, beyond what the library reads.
-void StoreSetting(const std::u16string& name, const std::u16string& text) {
-  HKEY key = nullptr;
-  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"Software\\Ohm\\Zeda\\R1\\Settings\\Paths", 0, nullptr, 0,
-                            KEY_ALL_ACCESS, nullptr, &key, nullptr),
-            ERROR_SUCCESS);
-  EXPECT_EQ(RegSetValueExW(key, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
-                           static_cast<DWORD>((text.size() + 1) * sizeof(char16_t))),
-            ERROR_SUCCESS);
-  RegCloseKey(key);
-}
-
 TEST(OhmTool, SettingsOfBothStores) {
   TempFolder folder;
   const ScopedEnv store("OHM_REGISTRY_STORE", folder.posix("registry.db"));
@@ -265,7 +253,14 @@ TEST(OhmTool, SettingsOfBothStores) {
       {"reg value at the limit", {"reg", "set", "Paths", "Long", std::string(1998, 'x')}, 0, "", ""},
       {"reg value stored too long", {"reg", "get", "Paths", "Longer"}, 1, "", "too long to read"},
   };
-  StoreSetting(u"Longer", std::u16string(2100, u'y'));
+  // A value that another writer stored in the registry store, beyond what the library reads.
+  HKEY key = nullptr;
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"Software\\Ohm\\Zeda\\R1\\Settings\\Paths", 0, nullptr, 0,
+                            KEY_ALL_ACCESS, nullptr, &key, nullptr),
+            ERROR_SUCCESS);
+  const std::u16string longer(2100, u'y');
+  EXPECT_EQ(RegSetValueExW(key, u"Longer", 0, REG_SZ, reinterpret_cast<const BYTE*>(longer.c_str()), 2 * 2101), 0);
+  RegCloseKey(key);
   for (const StatusCase& c : steps) ExpectRun(c, true);
   const std::string saved = ReadFile(cfg + "/App.config");
   EXPECT_NE(saved.find("<!-- kept -->"), std::string::npos);

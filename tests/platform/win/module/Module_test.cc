@@ -154,9 +154,9 @@ TEST(VersionInfo, ResourceLibrariesCarryTheProjectVersion) {
     ASSERT_EQ(length, sizeof(VS_FIXEDFILEINFO));
     const auto* info = static_cast<const VS_FIXEDFILEINFO*>(value);
     EXPECT_EQ(info->dwSignature, VS_FFI_SIGNATURE);
-    EXPECT_EQ(HIWORD(info->dwFileVersionMS), OHM_PROJECT_VERSION_MAJOR);
-    EXPECT_EQ(LOWORD(info->dwFileVersionMS), OHM_PROJECT_VERSION_MINOR);
-    EXPECT_EQ(HIWORD(info->dwFileVersionLS), OHM_PROJECT_VERSION_PATCH);
+    EXPECT_EQ(
+        (std::vector<int>{HIWORD(info->dwFileVersionMS), LOWORD(info->dwFileVersionMS), HIWORD(info->dwFileVersionLS)}),
+        (std::vector<int>{OHM_PROJECT_VERSION_MAJOR, OHM_PROJECT_VERSION_MINOR, OHM_PROJECT_VERSION_PATCH}));
     EXPECT_FALSE(VerQueryValueW(block.data(), u"\\StringFileInfo\\040904b0\\FileVersion", &value, &length));
   }
 }

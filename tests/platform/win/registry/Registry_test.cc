@@ -61,6 +61,11 @@ class RegistryTest : public ::testing::Test {
     return names;
   }
   static std::vector<std::u16string> SubKeys(HKEY key) { return Names(key, RegEnumKeyExW); }
+  // RegQueryInfoKeyW for the two counts the library asks of it.
+  static LONG Counts(HKEY key, DWORD* subKeys, DWORD* values) {
+    return RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, subKeys, nullptr, nullptr, values, nullptr, nullptr,
+                            nullptr, nullptr);
+  }
   static std::vector<std::u16string> Values(HKEY key) { return Names(key, RegEnumValueW); }
 
   TempFolder mFolder;
@@ -171,9 +176,7 @@ TEST_F(RegistryTest, EnumerationOrdersAndCounts) {
   EXPECT_EQ(Values(key), (std::vector<std::u16string>{u"z", u"m", u"a"}));
 
   DWORD subKeys = 0, values = 0;
-  ASSERT_EQ(RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &subKeys, nullptr, nullptr, &values, nullptr, nullptr,
-                             nullptr, nullptr),
-            0);
+  ASSERT_EQ(Counts(key, &subKeys, &values), 0);
   EXPECT_EQ(subKeys, 3u);
   EXPECT_EQ(values, 3u);
 
@@ -208,9 +211,7 @@ TEST_F(RegistryTest, DeleteTakesOnlyLeavesAndLeavesStaleHandlesFailing) {
   EXPECT_EQ(SetText(leaf, u"v", u"y"), ERROR_KEY_DELETED);
   EXPECT_EQ(RegDeleteValueW(leaf, u"v"), ERROR_KEY_DELETED);
   EXPECT_EQ(RegEnumKeyExW(leaf, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_KEY_DELETED);
-  EXPECT_EQ(RegQueryInfoKeyW(leaf, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
-                             nullptr, nullptr),
-            ERROR_KEY_DELETED);
+  EXPECT_EQ(Counts(leaf, &count, nullptr), ERROR_KEY_DELETED);
   HKEY again = Open(u"P\\Leaf", KEY_READ);
   EXPECT_EQ(Text(again, u"v"), u"<2>");
   RegCloseKey(again);
