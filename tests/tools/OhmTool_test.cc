@@ -88,6 +88,7 @@ TEST(OhmTool, ExitStatusesAndMessages) {
   folder.makeFile("not.dxf", "this is no drawing\n");
   folder.makeFile("bad.dxf", "0\nSECTION\n2\nENTITIES\n0\nINSERT\n2\nB\n 70\nx\n0\nENDSEC\n0\nEOF\n");
   const std::string ctrl01 = kExample + "/CTRL01.dxf", cut = folder.posix("cut.dxf");
+  const std::vector<std::string> recover = {"classify", cut, "--recover"};
   const std::vector<StatusCase> cases = {
       {"version", {"--version"}, 0, "ohm ", ""},
       {"bad usage", {}, 2, "", "subcommand"},
@@ -98,12 +99,8 @@ TEST(OhmTool, ExitStatusesAndMessages) {
       {"not a drawing", {"classify", folder.posix("not.dxf")}, 2, "", "not.dxf:1: group code expected"},
       {"damaged drawing", {"classify", cut}, 2, "", "cut.dxf:9: ENDSEC of section ENTITIES expected"},
       {"bad value", {"xdata", folder.posix("bad.dxf"), "1"}, 2, "", "bad.dxf:9: value of group 70 is not an integer"},
-      {"damaged drawing recovered", {"classify", cut, "--recover"}, 0, "NOWHERE", "cut.dxf:9: EOF added (repaired)"},
-      {"no block",
-       {"classify", cut, "--recover"},
-       0,
-       "",
-       "warning: block \"NOWHERE\" is referred to but never defined"},
+      {"damaged drawing recovered", recover, 0, "NOWHERE", "cut.dxf:9: EOF added (repaired)"},
+      {"undefined block", recover, 0, "", "warning: block \"NOWHERE\" is referred to but never defined"},
       {"xdata of a name alone", {"classify", folder.posix("alone.dxf")}, 0, "A3\tmodel\tK\tFP\n", ""},
       {"xdata of a name alone kept", {"xdata", folder.posix("alone.dxf"), "A3"}, 0, "1001\tKVA_WD_FP\n", ""},
       {"bad kind", {"classify", ctrl01, "--kind", "Coil"}, 2, "", "\"Coil\" is no kind"},
