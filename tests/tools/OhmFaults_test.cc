@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 #include <chrono>
-#include <filesystem>
 #include <string>
 #include <thread>
 
@@ -20,14 +19,13 @@ TEST(OhmFaults, AKilledLockHolderKeepsTheLockUntilItsCommandEnds) {
     TempFolder folder, holder, checker;
     folder.makeFile("a.dxf");
     const std::string drawing = folder.posix("a.dxf"), done = folder.posix("done");
-    const pid_t ohm = Spawn(OHM_TOOL, holder, {"lock", drawing, "--run", "sleep 0.3; touch " + done});
+    const pid_t ohm = Spawn(OHM_TOOL, holder, {"lock", drawing, "--run", "sleep 0.3; echo done > " + done});
     ASSERT_TRUE(WaitForText(holder.posix("out"), "locked"));
     ::kill(ohm, signal);
     Wait(ohm);
     EXPECT_EQ(Wait(Spawn(OHM_TOOL, checker, {"lock", "--check", drawing})), 1);  // the command still holds it
     EXPECT_NE(ReadFile(checker.posix("out")).find("not available"), std::string::npos);
-    for (int i = 0; i < 500 && !std::filesystem::exists(done); ++i)
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_TRUE(WaitForText(done, "done"));
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     EXPECT_EQ(Wait(Spawn(OHM_TOOL, checker, {"lock", "--check", drawing})), 0);  // and gives it back when it ends
   }

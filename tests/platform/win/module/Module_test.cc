@@ -23,8 +23,6 @@ namespace fs = std::filesystem;
 
 const fs::path kLibraryDir = OHM_LIBRARY_DIR;
 
-DWORD Error(LONG code) { return static_cast<DWORD>(code); }
-
 TEST(ModuleNameToFileName, OneRuleForDllNames) {
   const std::pair<std::u16string, std::u16string> cases[] = {
       {u"C:\\x\\Y.DLL", u"C:\\x\\libY.so"},
@@ -76,7 +74,7 @@ TEST_F(Modules, ProgramPathAndShortBuffers) {
   SetLastError(0);
   EXPECT_EQ(GetModuleFileNameW(nullptr, shortBuffer, 5), 5u);
   EXPECT_EQ(std::u16string(shortBuffer), std::u16string(path, 4));
-  EXPECT_EQ(GetLastError(), Error(ERROR_INSUFFICIENT_BUFFER));
+  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
   EXPECT_TRUE(FailsWith([&] { return GetModuleFileNameW(reinterpret_cast<HMODULE>(path), path, 4096); },
                         ERROR_INVALID_HANDLE));  // not a module
 }
@@ -175,7 +173,7 @@ TEST(VersionInfo, FilesWithoutABlock) {
   std::vector<BYTE> small(sizeof(VersionBlock) - 1);
   EXPECT_FALSE(GetFileVersionInfoW(Windows(kLibraryDir / "libOhmUtilsRes.so").c_str(), 0,
                                    static_cast<DWORD>(small.size()), small.data()));
-  EXPECT_EQ(GetLastError(), Error(ERROR_INSUFFICIENT_BUFFER));
+  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
   const VersionBlock notABlock{};
   LPVOID value = nullptr;
   UINT length = 0;

@@ -39,9 +39,6 @@ class RegistryTest : public ::testing::Test {
     return RegSetValueExW(key, name, 0, type, reinterpret_cast<const BYTE*>(text.c_str()),
                           static_cast<DWORD>((text.size() + 1) * 2));
   }
-  static LONG SetNumber(HKEY key, const char16_t* name, DWORD number) {
-    return RegSetValueExW(key, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), 4);
-  }
   // The text of a string value; "<status>" when the query fails.
   static std::u16string Text(HKEY key, const char16_t* name) {
     char16_t buffer[64] = {};
@@ -223,7 +220,8 @@ TEST_F(RegistryTest, DeleteTakesOnlyLeavesAndLeavesStaleHandlesFailing) {
 
 TEST_F(RegistryTest, WhatIsWrittenIsThereWhenTheStoreIsOpenedAgain) {
   HKEY key = Create(u"Kept");
-  SetNumber(key, u"n", 42);
+  const DWORD written = 42;
+  RegSetValueExW(key, u"n", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&written), 4);
   RegCloseKey(key);
   win_testing::useRegistryStore(mFolder.posix("registry.db"));  // closes the connection
   key = Open(u"KEPT", KEY_READ);
