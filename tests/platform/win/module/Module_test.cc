@@ -83,17 +83,13 @@ TEST_F(Modules, ProgramPathAndShortBuffers) {
 
 class Resources : public Modules {
  protected:
-  void SetUp() override {
-    mUtils = Load("OhmUtilsRes.dll");
-    mCanned = Load("OHM_MBRES.dll");
-    ASSERT_TRUE(mUtils && mCanned);
-  }
+  void SetUp() override { ASSERT_TRUE(mUtils && mCanned); }
   void TearDown() override {
     FreeLibrary(mUtils);
     FreeLibrary(mCanned);
   }
-  HMODULE mUtils = nullptr;
-  HMODULE mCanned = nullptr;
+  const HMODULE mUtils = Load("OhmUtilsRes.dll");
+  const HMODULE mCanned = Load("OHM_MBRES.dll");
 };
 
 TEST_F(Resources, LoadStringCopiesWhatFitsAndTerminates) {
