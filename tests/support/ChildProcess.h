@@ -93,11 +93,8 @@ struct RunResult {
 // Runs `program` to its end.
 inline RunResult RunProgram(const std::string& program, const std::vector<std::string>& args) {
   TempFolder folder;
-  RunResult result;
-  result.status = Wait(Spawn(program, folder, args));
-  result.out = ReadFile(folder.posix("out"));
-  result.err = ReadFile(folder.posix("err"));
-  return result;
+  // A braced list is evaluated in order: the files are read after the wait.
+  return {Wait(Spawn(program, folder, args)), ReadFile(folder.posix("out")), ReadFile(folder.posix("err"))};
 }
 
 // A running child with its standard input and output (and error) on pipes.
@@ -128,8 +125,7 @@ class Child {
 
   bool started() const { return mPid > 0 && mOut; }
   void send(const std::string& line) {
-    const std::string text = line + "\n";
-    if (::write(mIn, text.data(), text.size()) < 0) std::perror("write to child");
+    if (::write(mIn, (line + "\n").data(), line.size() + 1) < 0) std::perror("write to child");
   }
   // The next line without its newline; empty at the end.
   std::string readLine() {
@@ -160,3 +156,20 @@ class Child {
   int mIn = -1;
   FILE* mOut = nullptr;
 };
+
+// Waits until file `path` holds `text`, at most about five seconds; whether it came.
+inline bool WaitForText(const std::string& path, const std::string& text) {
+  for (int i = 0; i < 500; ++i) {
+    if (ReadFile(path).find(text) != std::string::npos) return true;
+    ::usleep(10000);
+  }
+  return false;
+}
+
+// The number of a process that has ended.
+inline pid_t DeadProcess() {
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(0);
+  ::waitpid(child, nullptr, 0);
+  return child;
+}

@@ -14,13 +14,7 @@ class ScopedEnv {
     if (const char* old = ::getenv(name)) mOld = old;
     ::setenv(name, value.c_str(), 1);
   }
-  ~ScopedEnv() {
-    if (mOld) {
-      ::setenv(mName, mOld->c_str(), 1);
-    } else {
-      ::unsetenv(mName);
-    }
-  }
+  ~ScopedEnv() { mOld ? ::setenv(mName, mOld->c_str(), 1) : ::unsetenv(mName); }
   ScopedEnv(const ScopedEnv&) = delete;
   ScopedEnv& operator=(const ScopedEnv&) = delete;
 

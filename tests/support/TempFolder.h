@@ -40,10 +40,9 @@ class TempFolder {
     const std::filesystem::path path = posix(relative);
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path) << content;
+    using std::filesystem::perms;
     if (readOnly)
-      std::filesystem::permissions(path,
-                                   std::filesystem::perms::owner_write | std::filesystem::perms::group_write |
-                                       std::filesystem::perms::others_write,
+      std::filesystem::permissions(path, perms::owner_write | perms::group_write | perms::others_write,
                                    std::filesystem::perm_options::remove);
   }
   void makeFolder(const std::string& relative) const { std::filesystem::create_directories(posix(relative)); }

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 #include <chrono>
-#include <filesystem>
 #include <string>
 #include <thread>
 
@@ -14,40 +13,22 @@
 
 namespace {
 
-// Waits until `file` holds `text`, at most about five seconds.
-bool WaitFor(const std::string& file, const std::string& text) {
-  for (int i = 0; i < 500; ++i) {
-    if (ReadFile(file).find(text) != std::string::npos) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return false;
-}
-
 TEST(OhmFaults, AKilledLockHolderKeepsTheLockUntilItsCommandEnds) {
   for (const int signal : {SIGKILL, SIGTERM}) {
     SCOPED_TRACE(signal);
     TempFolder folder, holder, checker;
     folder.makeFile("a.dxf");
     const std::string drawing = folder.posix("a.dxf"), done = folder.posix("done");
-    const pid_t ohm = Spawn(OHM_TOOL, holder, {"lock", drawing, "--run", "sleep 0.3; touch " + done});
-    ASSERT_TRUE(WaitFor(holder.posix("out"), "locked"));
+    const pid_t ohm = Spawn(OHM_TOOL, holder, {"lock", drawing, "--run", "sleep 0.3; echo done > " + done});
+    ASSERT_TRUE(WaitForText(holder.posix("out"), "locked"));
     ::kill(ohm, signal);
     Wait(ohm);
     EXPECT_EQ(Wait(Spawn(OHM_TOOL, checker, {"lock", "--check", drawing})), 1);  // the command still holds it
     EXPECT_NE(ReadFile(checker.posix("out")).find("not available"), std::string::npos);
-    for (int i = 0; i < 500 && !std::filesystem::exists(done); ++i)
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_TRUE(WaitForText(done, "done"));
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     EXPECT_EQ(Wait(Spawn(OHM_TOOL, checker, {"lock", "--check", drawing})), 0);  // and gives it back when it ends
   }
-}
-
-// The number of a process that has ended.
-pid_t DeadProcess() {
-  const pid_t child = ::fork();
-  if (child == 0) ::_exit(0);
-  ::waitpid(child, nullptr, 0);
-  return child;
 }
 
 TEST(OhmFaults, ASaveClearsWhatSavesOfDeadProcessesLeftBesideTheFile) {

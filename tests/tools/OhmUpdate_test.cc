@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 #include <chrono>
-#include <fstream>
 #include <random>
 #include <sstream>
 #include <string>
@@ -42,22 +41,20 @@ void MakeProject(const TempFolder& folder) {
 TEST(OhmUpdate, WritesOnlyTheValuesReportsTheBadDrawingAndASecondRunChangesNothing) {
   TempFolder folder;
   MakeProject(folder);
-  const std::string a = ReadFile(folder.posix("p/A.dxf")), b = ReadFile(folder.posix("p/B.dxf"));
+  const std::vector<std::string> before = Lines(folder.read("p/A.dxf") + folder.read("p/B.dxf"));
   EXPECT_EQ(Wait(Spawn(OHM_TOOL, folder, {"update", folder.posix("p"), "--report", folder.posix("r.html")})), 1);
-  EXPECT_NE(ReadFile(folder.posix("err")).find("C.dxf:"), std::string::npos);
-  EXPECT_NE(ReadFile(folder.posix("r.html")).find("K\xC3\x84"), std::string::npos);
+  EXPECT_NE(folder.read("err").find("C.dxf:"), std::string::npos);
+  EXPECT_NE(folder.read("r.html").find("K\xC3\x84"), std::string::npos);
   // Line by line: the three values are new, every other line is the file's own, CRs included.
-  const std::vector<std::string> before = Lines(a + b),
-                                 after = Lines(ReadFile(folder.posix("p/A.dxf")) + ReadFile(folder.posix("p/B.dxf")));
+  const std::vector<std::string> after = Lines(folder.read("p/A.dxf") + folder.read("p/B.dxf"));
   ASSERT_EQ(before.size(), after.size());
   std::vector<std::string> changed;
   for (std::size_t i = 0; i < before.size(); ++i) {
     if (before[i] != after[i]) changed.push_back(after[i]);
   }
-  const std::vector<std::string> expected = {" 1.103;%%u B:2.204%%u\r", "%%u B:2.204%%u\r", " A:1.101"};
-  EXPECT_EQ(changed, expected);
+  EXPECT_EQ(changed, (std::vector<std::string>{" 1.103;%%u B:2.204%%u\r", "%%u B:2.204%%u\r", " A:1.101"}));
   EXPECT_EQ(Wait(Spawn(OHM_TOOL, folder, {"update", folder.posix("p")})), 1);
-  EXPECT_NE(ReadFile(folder.posix("out")).find("0 change(s); 0 drawing(s) written"), std::string::npos);
+  EXPECT_NE(folder.read("out").find("0 change(s); 0 drawing(s) written"), std::string::npos);
 }
 
 // A project file puts B before A, formats references of the same drawing its
@@ -69,39 +66,36 @@ TEST(OhmUpdate, AProjectFileGivesSheetOrderSettingsAndConventions) {
       "settings": {"WD_XREF_FORMAT": "%S-%N"},
       "conventions": {"grid": {"top": 0, "spacing": 2, "first": 1}}})");
   EXPECT_EQ(Wait(Spawn(OHM_TOOL, folder, {"update", "--dry-run", folder.posix("p/project.json")})), 0)
-      << ReadFile(folder.posix("err"));
-  const std::vector<std::string> expected = {
-      "B.dxf B1 XREF: \"\" -> \" A:2.201\"",
-      "A.dxf A1 XREF: \"\" -> \"%%u B:1.103%%u;2-202\"",
-      "A.dxf A1 XREFNC: \"stale\" -> \"%%u B:1.103%%u\"",
-      "3 change(s); dry run, nothing written",
-  };
-  EXPECT_EQ(Lines(ReadFile(folder.posix("out"))), expected);
+      << folder.read("err");
+  EXPECT_EQ(Lines(folder.read("out")), (std::vector<std::string>{
+                                           "B.dxf B1 XREF: \"\" -> \" A:2.201\"",
+                                           "A.dxf A1 XREF: \"\" -> \"%%u B:1.103%%u;2-202\"",
+                                           "A.dxf A1 XREFNC: \"stale\" -> \"%%u B:1.103%%u\"",
+                                           "3 change(s); dry run, nothing written",
+                                       }));
 }
 
 TEST(OhmUpdate, ADrawingLockedByAnotherProcessIsLeftAndReported) {
   TempFolder folder, holderOutput;
   MakeProject(folder);
-  const std::string a = ReadFile(folder.posix("p/A.dxf"));
+  const std::string a = folder.read("p/A.dxf");
   const pid_t holder = Spawn(OHM_TOOL, holderOutput, {"lock", folder.posix("p/A.dxf"), "--run", "sleep 30"});
-  for (int i = 0; i < 500 && ReadFile(holderOutput.posix("out")).find("locked") == std::string::npos; ++i) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
+  ASSERT_TRUE(WaitForText(holderOutput.posix("out"), "locked"));
   EXPECT_EQ(Wait(Spawn(OHM_TOOL, folder, {"update", folder.posix("p")})), 1);
   ::kill(holder, SIGTERM);
   Wait(holder);
-  EXPECT_NE(ReadFile(folder.posix("err")).find("A.dxf: the drawing is locked by another process"), std::string::npos);
-  EXPECT_EQ(ReadFile(folder.posix("p/A.dxf")), a);
-  EXPECT_NE(ReadFile(folder.posix("p/B.dxf")).find(" A:1.101"), std::string::npos);
+  EXPECT_NE(folder.read("err").find("A.dxf: the drawing is locked by another process"), std::string::npos);
+  EXPECT_EQ(folder.read("p/A.dxf"), a);
+  EXPECT_NE(folder.read("p/B.dxf").find(" A:1.101"), std::string::npos);
 }
 
 // Killed at random moments, the update leaves each drawing as it was or wholly updated.
 TEST(OhmUpdate, KilledMidwayLeavesEachDrawingOldOrNew) {
   TempFolder folder;
   MakeProject(folder);
-  const std::string oldA = ReadFile(folder.posix("p/A.dxf")), oldB = ReadFile(folder.posix("p/B.dxf"));
+  const std::string oldA = folder.read("p/A.dxf"), oldB = folder.read("p/B.dxf");
   Wait(Spawn(OHM_TOOL, folder, {"update", folder.posix("p")}));
-  const std::string newA = ReadFile(folder.posix("p/A.dxf")), newB = ReadFile(folder.posix("p/B.dxf"));
+  const std::string newA = folder.read("p/A.dxf"), newB = folder.read("p/B.dxf");
   std::mt19937 random(7);
   int untouched = 0, updated = 0;
   for (int round = 0; round < 40; ++round) {
@@ -111,7 +105,7 @@ TEST(OhmUpdate, KilledMidwayLeavesEachDrawingOldOrNew) {
     std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000));
     ::kill(update, SIGKILL);
     Wait(update);
-    const std::string a = ReadFile(folder.posix("p/A.dxf")), b = ReadFile(folder.posix("p/B.dxf"));
+    const std::string a = folder.read("p/A.dxf"), b = folder.read("p/B.dxf");
     ASSERT_TRUE(a == oldA || a == newA) << "round " << round;
     ASSERT_TRUE(b == oldB || b == newB) << "round " << round;
     (a == oldA ? untouched : updated)++;

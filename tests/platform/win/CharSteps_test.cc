@@ -10,6 +10,7 @@ constexpr char16_t kMixed[] =
     u"b\xDC00"
     u"c";
 
+// A lone high surrogate before the terminator is one unit.
 TEST(CharNextW, StepsOverASurrogatePairAsOneCharacter) {
   const char16_t* expected[] = {kMixed + 1, kMixed + 3, kMixed + 4, kMixed + 5, kMixed + 6, kMixed + 6};
   const char16_t* position = kMixed;
@@ -19,11 +20,8 @@ TEST(CharNextW, StepsOverASurrogatePairAsOneCharacter) {
     EXPECT_EQ(position, next);
   }
   EXPECT_EQ(CharNextW(nullptr), nullptr);
-}
-
-TEST(CharNextW, LoneHighSurrogateBeforeTerminatorIsOneUnit) {
-  constexpr char16_t text[] = u"\xD83D";
-  EXPECT_EQ(CharNextW(text), text + 1);
+  constexpr char16_t lone[] = u"\xD83D";
+  EXPECT_EQ(CharNextW(lone), lone + 1);
 }
 
 TEST(CharPrevW, StepsBackOverASurrogatePairAndStopsAtStart) {
@@ -34,10 +32,7 @@ TEST(CharPrevW, StepsBackOverASurrogatePairAndStopsAtStart) {
     position = CharPrevW(kMixed, position);
     EXPECT_EQ(position, previous);
   }
-}
-
-TEST(CharPrevW, LowSurrogateAtStartIsNotJoinedWithUnitsBeforeStart) {
-  // The pair straddles `start`: the low surrogate alone is the first character.
+  // A pair that straddles `start`: the low surrogate alone is the first character.
   EXPECT_EQ(CharPrevW(kMixed + 2, kMixed + 3), kMixed + 2);
   EXPECT_EQ(CharPrevW(nullptr, kMixed), nullptr);
 }

@@ -1,9 +1,6 @@
 #include "win/fs/FileFunctions.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-
-#include <sys/stat.h>
 
 #include <functional>
 #include <initializer_list>
@@ -12,6 +9,7 @@
 #include <vector>
 
 #include "support/TempFolder.h"
+#include "support/platwinLastError.h"
 #include "support/u16.h"
 #include "win/LastError.h"
 #include "win/WinError.h"
@@ -31,16 +29,12 @@ Listing list(const std::u16string& pattern) {
   Listing listing;
   WIN32_FIND_DATAW entry;
   const HANDLE search = FindFirstFileW(pattern.c_str(), &entry);
-  if (search == INVALID_HANDLE_VALUE) {
-    listing.endError = GetLastError();
-    return listing;
-  }
-  do {
+  for (bool found = search != INVALID_HANDLE_VALUE; found; found = FindNextFileW(search, &entry)) {
     listing.names.emplace_back(entry.cFileName);
     listing.attributes.push_back(entry.dwFileAttributes);
-  } while (FindNextFileW(search, &entry));
+  }
   listing.endError = GetLastError();
-  EXPECT_TRUE(FindClose(search));
+  EXPECT_TRUE(search == INVALID_HANDLE_VALUE || FindClose(search));
   return listing;
 }
 
@@ -69,23 +63,21 @@ TEST_F(FileFunctionsTest, SearchPatternsMatchLikeThePlatform) {
       {u"\\missing\\*", {}, ERROR_PATH_NOT_FOUND},
       {u"\\b.txt\\*", {}, ERROR_PATH_NOT_FOUND},
   };
-  const Listing unmapped = list(u"Q:\\nowhere\\*");
-  EXPECT_EQ(unmapped.endError, static_cast<DWORD>(ERROR_PATH_NOT_FOUND));
+  EXPECT_EQ(list(u"Q:\\nowhere\\*").endError, static_cast<DWORD>(ERROR_PATH_NOT_FOUND));
   for (const auto& [pattern, names, endError] : cases) {
     SCOPED_TRACE(U8(pattern));
     const Listing listing = list(path() + pattern);
     EXPECT_EQ(listing.names, names);
     EXPECT_EQ(listing.endError, endError);
   }
-  const std::vector<DWORD> attributes{FILE_ATTRIBUTE_DIRECTORY, FILE_ATTRIBUTE_DIRECTORY, FILE_ATTRIBUTE_READONLY,
-                                      FILE_ATTRIBUTE_NORMAL,    FILE_ATTRIBUTE_NORMAL,    FILE_ATTRIBUTE_DIRECTORY};
-  EXPECT_EQ(list(path() + u"\\*").attributes, attributes);
+  EXPECT_EQ(list(path() + u"\\*").attributes,
+            (std::vector<DWORD>{FILE_ATTRIBUTE_DIRECTORY, FILE_ATTRIBUTE_DIRECTORY, FILE_ATTRIBUTE_READONLY,
+                                FILE_ATTRIBUTE_NORMAL, FILE_ATTRIBUTE_NORMAL, FILE_ATTRIBUTE_DIRECTORY}));
 }
 
 TEST_F(FileFunctionsTest, HandlesThatAreNotSearchesAreRefused) {
   int notASearch = 0;
-  EXPECT_FALSE(FindNextFileW(&notASearch, nullptr));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_HANDLE));
+  EXPECT_TRUE(FailsWith([&] { return FindNextFileW(&notASearch, nullptr); }, ERROR_INVALID_HANDLE));
   WIN32_FIND_DATAW entry;
   const HANDLE search = FindFirstFileW((path() + u"\\*").c_str(), &entry);
   EXPECT_TRUE(FindClose(search));
@@ -94,8 +86,7 @@ TEST_F(FileFunctionsTest, HandlesThatAreNotSearchesAreRefused) {
 
 TEST_F(FileFunctionsTest, ReadOnlyFileIsDeletedOnlyAfterItsAttributesAreNormal) {
   const std::u16string file = path("A.dwg");
-  EXPECT_FALSE(DeleteFileW(file.c_str()));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ACCESS_DENIED));
+  EXPECT_TRUE(FailsWith([&] { return DeleteFileW(file.c_str()); }, ERROR_ACCESS_DENIED));
   EXPECT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL));
   EXPECT_TRUE(DeleteFileW(file.c_str()));
   EXPECT_FALSE(mTemp.exists("A.dwg"));
@@ -117,12 +108,7 @@ TEST_F(FileFunctionsTest, FailuresSetThePlatformsErrorCodes) {
       {"remove a file", [&] { return RemoveDirectoryW(file.c_str()); }, ERROR_DIRECTORY},
       {"remove missing folder", [&] { return RemoveDirectoryW(missing.c_str()); }, ERROR_FILE_NOT_FOUND},
   };
-  for (const auto& [what, call, error] : cases) {
-    SCOPED_TRACE(what);
-    SetLastError(0);
-    EXPECT_FALSE(call());
-    EXPECT_EQ(GetLastError(), error);
-  }
+  for (const auto& [what, call, error] : cases) EXPECT_TRUE(FailsWith(call, error)) << what;
 }
 
 TEST_F(FileFunctionsTest, SuccessLeavesTheLastErrorAlone) {
@@ -134,27 +120,22 @@ TEST_F(FileFunctionsTest, SuccessLeavesTheLastErrorAlone) {
   EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_NO_MORE_FILES));
 }
 
-// A list of names for the shell: each terminated, the list ended by one more terminator.
-std::u16string nameList(std::initializer_list<std::u16string> names) {
+// The shell's operation on `names`, given as its list: each terminated, the list ended by one more terminator.
+int shellOperation(std::initializer_list<std::u16string> names, UINT function = FO_DELETE) {
   std::u16string list;
   for (const std::u16string& name : names) list.append(name).push_back(u'\0');
   list.push_back(u'\0');
-  return list;
-}
-
-int shellDelete(const std::u16string& list, UINT function = FO_DELETE) {
-  SHFILEOPSTRUCTW operation{};
-  operation.wFunc = function;
-  operation.pFrom = list.c_str();
-  operation.fFlags = FOF_SILENT | FOF_NOCONFIRMATION | FOF_NOCONFIRMMKDIR | FOF_NOERRORUI;
+  // No owner, no target, no progress title: a delete needs none.
+  SHFILEOPSTRUCTW operation{nullptr, function, list.c_str(), nullptr, FOF_SILENT | FOF_NOCONFIRMATION,
+                            FALSE,   nullptr,  nullptr};
   return SHFileOperationW(&operation);
 }
 
 TEST_F(FileFunctionsTest, ShellDeleteStatuses) {
-  EXPECT_EQ(shellDelete(nameList({path("noext"), path("gone")})), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(shellOperation({path("noext"), path("gone")}), ERROR_FILE_NOT_FOUND);
   EXPECT_FALSE(mTemp.exists("noext"));  // the names before the missing one are gone
-  EXPECT_EQ(shellDelete(nameList({})), DE_INVALIDFILES);
-  EXPECT_EQ(shellDelete(nameList({path("b.txt")}), FO_COPY), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(shellOperation({}), DE_INVALIDFILES);
+  EXPECT_EQ(shellOperation({path("b.txt")}, FO_COPY), ERROR_INVALID_PARAMETER);
   EXPECT_TRUE(mTemp.exists("b.txt"));
 }
 

@@ -5,7 +5,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -14,6 +13,7 @@
 #include <string>
 #include <utility>
 
+#include "support/ChildProcess.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -33,20 +33,14 @@ TEST(FileReplace, NewBytesTakeTheOldModeAndNothingIsLeftBeside) {
   EXPECT_EQ(::read(reader, old, sizeof old - 1), 3) << "a reader of the old file sees it whole";
   EXPECT_STREQ(old, "old");
   ::close(reader);
-  struct stat after {};
-  ASSERT_EQ(::stat(folder.posix("d.dxf").c_str(), &after), 0);
-  EXPECT_EQ(after.st_mode & 07777, 0640u);
+  EXPECT_EQ(fs::status(folder.posix("d.dxf")).permissions(), fs::perms(0640));
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.posix()), fs::directory_iterator()), 1);
 }
 
 // Only copies named after the file and a process that is gone are removed.
 TEST(FileReplace, RemovesWhatGoneProcessesLeftBesideTheFile) {
   TempFolder folder;
-  pid_t gone = ::fork();
-  if (gone == 0) ::_exit(0);
-  ASSERT_GT(gone, 0);
-  ::waitpid(gone, nullptr, 0);
-  const std::string dead = std::to_string(gone), alive = std::to_string(::getppid());
+  const std::string dead = std::to_string(DeadProcess()), alive = std::to_string(::getppid());
   const std::pair<std::string, bool> entries[] = {
       {"d.dxf.~" + dead + ".0", false},    {"d.dxf.~" + dead + ".17", false},
       {"d.dxf.~" + alive + ".0", true},    {"d.dxf.~" + dead, true},

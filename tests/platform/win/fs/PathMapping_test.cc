@@ -21,10 +21,7 @@ TEST(PathMapping, WindowsFormToPosix) {
       {u"\\\\server\\share", std::nullopt},
       {u"relative\\\u00e4", "relative/\xC3\xA4"},
   };
-  for (const auto& [windows, posix] : cases) {
-    SCOPED_TRACE(U8(windows));
-    EXPECT_EQ(WindowsPathToPosix(windows), posix);
-  }
+  for (const auto& [windows, posix] : cases) EXPECT_EQ(WindowsPathToPosix(windows), posix) << U8(windows);
   win_testing::mapDrive(u'C', "");
   EXPECT_EQ(WindowsPathToPosix(u"C:\\proj"), std::nullopt);
   EXPECT_EQ(PosixPathToWindows("/home/me/a.dxf"), u"\\home\\me\\a.dxf");

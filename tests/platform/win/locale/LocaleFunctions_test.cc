@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "support/ScopedEnv.h"
+#include "support/platwinLastError.h"
 #include "support/u16.h"
 #include "win/LastError.h"
 #include "win/WinError.h"
@@ -68,37 +69,30 @@ TEST(UserLocale, LcAllComesBeforeLcTimeAndLang) {
   EXPECT_EQ(date(kAfternoon, nullptr), u"3/5/2017");
 }
 
-TEST(DatePictures, FieldsQuotesAndLettersOfTheOtherKind) {
-  ScopedEnv locale("LC_ALL", "en_US");
-  const std::tuple<SYSTEMTIME, const char16_t*, const char16_t*> cases[] = {
-      {kAfternoon, u"d/M/yy", u"5/3/17"},
-      {kAfternoon, u"dddd, MMMM dd yyyy", u"Sunday, March 05 2017"},
-      {kAfternoon, u"ddd MMM", u"Sun Mar"},
-      {kMorning, u"y|yy|yyy|yyyyy", u"5|05|2005|2005"},
-      {kAfternoon, u"'o''clock' ''d''", u"o'clock '5'"},
-      {kAfternoon, u"gg yyyy", u"AD 2017"},
-      {kAfternoon, u"hh:mm:ss", u"hh:mm:ss"},  // time letters are text in a date
-      {kAfternoon, u"'unclosed d", u"unclosed d"},
-  };
-  for (const auto& [when, picture, expected] : cases) {
-    SCOPED_TRACE(U8(picture));
-    EXPECT_EQ(date(when, picture), expected);
-  }
-}
+// A picture filled in by the date or the time function.
+using Filled = std::u16string (*)(const SYSTEMTIME&, const char16_t*);
+std::u16string datePicture(const SYSTEMTIME& when, const char16_t* picture) { return date(when, picture); }
 
-TEST(TimePictures, ClocksMarkersAndLettersOfTheOtherKind) {
+// Date pictures: fields, quotes, and time letters as text; time pictures:
+// clocks, markers, and date letters as text.
+TEST(Pictures, FieldsQuotesClocksAndLettersOfTheOtherKind) {
   ScopedEnv locale("LC_ALL", "en_US");
   const SYSTEMTIME midnight{2017, 3, 0, 5, 0, 0, 0, 0};
-  const std::tuple<SYSTEMTIME, const char16_t*, const char16_t*> cases[] = {
-      {kAfternoon, u"HHmmss", u"140709"},
-      {kAfternoon, u"h:mm:ss tt", u"2:07:09 PM"},
-      {midnight, u"hh t", u"12 A"},
-      {kAfternoon, u"yyyy 'at' HH", u"yyyy at 14"},  // date letters are text in a time
+  const std::tuple<Filled, SYSTEMTIME, const char16_t*, const char16_t*> cases[] = {
+      {datePicture, kAfternoon, u"d/M/yy", u"5/3/17"},
+      {datePicture, kAfternoon, u"dddd, MMMM dd yyyy", u"Sunday, March 05 2017"},
+      {datePicture, kAfternoon, u"ddd MMM", u"Sun Mar"},
+      {datePicture, kMorning, u"y|yy|yyy|yyyyy", u"5|05|2005|2005"},
+      {datePicture, kAfternoon, u"'o''clock' ''d''", u"o'clock '5'"},
+      {datePicture, kAfternoon, u"gg yyyy", u"AD 2017"},
+      {datePicture, kAfternoon, u"hh:mm:ss", u"hh:mm:ss"},
+      {datePicture, kAfternoon, u"'unclosed d", u"unclosed d"},
+      {time, kAfternoon, u"HHmmss", u"140709"},
+      {time, kAfternoon, u"h:mm:ss tt", u"2:07:09 PM"},
+      {time, midnight, u"hh t", u"12 A"},
+      {time, kAfternoon, u"yyyy 'at' HH", u"yyyy at 14"},
   };
-  for (const auto& [when, picture, expected] : cases) {
-    SCOPED_TRACE(U8(picture));
-    EXPECT_EQ(time(when, picture), expected);
-  }
+  for (const auto& [format, when, picture, expected] : cases) EXPECT_EQ(format(when, picture), expected) << U8(picture);
 }
 
 TEST(LocaleFunctions, FailuresGiveZeroAndTheLastError) {
@@ -120,12 +114,7 @@ TEST(LocaleFunctions, FailuresGiveZeroAndTheLastError) {
       {"time flags", [&] { return GetTimeFormatW(kUser, 2, &kAfternoon, nullptr, buffer, 256); }, ERROR_INVALID_FLAGS},
       {"unknown locale text", [&] { return GetLocaleInfoW(kUser, 0x7777, buffer, 256); }, ERROR_INVALID_FLAGS},
   };
-  for (const auto& [what, call, error] : cases) {
-    SCOPED_TRACE(what);
-    SetLastError(0);
-    EXPECT_EQ(call(), 0);
-    EXPECT_EQ(GetLastError(), error);
-  }
+  for (const auto& [what, call, error] : cases) EXPECT_TRUE(FailsWith(call, error)) << what;
   EXPECT_EQ(std::u16string(buffer), u"untouched");
 }
 
@@ -139,10 +128,7 @@ TEST(PictureFromIcuPattern, TurnsIcuPatternsIntoWindowsPictures) {
       {u"h 'o''clock' a", u"h 'o''clock' tt"},
       {u"K:mm G", u"h:mm gg"},
   };
-  for (const auto& [pattern, picture] : cases) {
-    SCOPED_TRACE(U8(pattern));
-    EXPECT_EQ(PictureFromIcuPattern(pattern), picture);
-  }
+  for (const auto& [pattern, picture] : cases) EXPECT_EQ(PictureFromIcuPattern(pattern), picture) << U8(pattern);
 }
 
 }  // namespace

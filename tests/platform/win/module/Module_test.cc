@@ -7,6 +7,7 @@
 
 #include "mfc/CString.h"
 #include "support/TempFolder.h"
+#include "support/platwinLastError.h"
 #include "support/u16.h"
 #include "win/LastError.h"
 #include "win/WinError.h"
@@ -22,8 +23,6 @@ namespace fs = std::filesystem;
 
 const fs::path kLibraryDir = OHM_LIBRARY_DIR;
 
-DWORD Error(LONG code) { return static_cast<DWORD>(code); }
-
 TEST(ModuleNameToFileName, OneRuleForDllNames) {
   const std::pair<std::u16string, std::u16string> cases[] = {
       {u"C:\\x\\Y.DLL", u"C:\\x\\libY.so"},
@@ -32,10 +31,7 @@ TEST(ModuleNameToFileName, OneRuleForDllNames) {
       {u"a.dll\\b", u"a.dll\\b"},
       {u".dll", u".dll"},
   };
-  for (const auto& [name, file] : cases) {
-    SCOPED_TRACE(U8(name));
-    EXPECT_EQ(ModuleNameToFileName(name), file);
-  }
+  for (const auto& [name, file] : cases) EXPECT_EQ(ModuleNameToFileName(name), file) << U8(name);
 }
 
 class Modules : public ::testing::Test {
@@ -53,8 +49,7 @@ TEST_F(Modules, LoadByPathTakesAReferenceAndFreeGivesItBack) {
   EXPECT_EQ(GetModuleHandleW(u"ohmutilsres.DLL"), first);  // by name, ignoring case
   EXPECT_TRUE(FreeLibrary(first));
   EXPECT_TRUE(FreeLibrary(second));
-  EXPECT_FALSE(FreeLibrary(first));
-  EXPECT_EQ(GetLastError(), Error(ERROR_INVALID_HANDLE));
+  EXPECT_TRUE(FailsWith([&] { return FreeLibrary(first); }, ERROR_INVALID_HANDLE));
 }
 
 TEST_F(Modules, LoadFailuresSayWhy) {
@@ -66,10 +61,7 @@ TEST_F(Modules, LoadFailuresSayWhy) {
       {mTemp.windows("not_a_module.txt"), ERROR_BAD_EXE_FORMAT},
   };
   for (const auto& [name, error] : cases) {
-    SCOPED_TRACE(U8(name));
-    SetLastError(0);
-    EXPECT_EQ(LoadLibraryW(name.c_str()), nullptr);
-    EXPECT_EQ(GetLastError(), Error(error));
+    EXPECT_TRUE(FailsWith([&] { return LoadLibraryW(name.c_str()); }, error)) << U8(name);
   }
   EXPECT_EQ(LoadLibraryW(nullptr), nullptr);
 }
@@ -82,26 +74,22 @@ TEST_F(Modules, ProgramPathAndShortBuffers) {
   SetLastError(0);
   EXPECT_EQ(GetModuleFileNameW(nullptr, shortBuffer, 5), 5u);
   EXPECT_EQ(std::u16string(shortBuffer), std::u16string(path, 4));
-  EXPECT_EQ(GetLastError(), Error(ERROR_INSUFFICIENT_BUFFER));
-  EXPECT_EQ(GetModuleFileNameW(reinterpret_cast<HMODULE>(path), path, 4096), 0u);  // not a module
-  EXPECT_EQ(GetLastError(), Error(ERROR_INVALID_HANDLE));
+  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
+  EXPECT_TRUE(FailsWith([&] { return GetModuleFileNameW(reinterpret_cast<HMODULE>(path), path, 4096); },
+                        ERROR_INVALID_HANDLE));  // not a module
 }
 
 // --- strings and raw data ------------------------------------------------------------
 
 class Resources : public Modules {
  protected:
-  void SetUp() override {
-    mUtils = Load("OhmUtilsRes.dll");
-    mCanned = Load("OHM_MBRES.dll");
-    ASSERT_TRUE(mUtils && mCanned);
-  }
+  void SetUp() override { ASSERT_TRUE(mUtils && mCanned); }
   void TearDown() override {
     FreeLibrary(mUtils);
     FreeLibrary(mCanned);
   }
-  HMODULE mUtils = nullptr;
-  HMODULE mCanned = nullptr;
+  const HMODULE mUtils = Load("OhmUtilsRes.dll");
+  const HMODULE mCanned = Load("OHM_MBRES.dll");
 };
 
 TEST_F(Resources, LoadStringCopiesWhatFitsAndTerminates) {
@@ -125,8 +113,7 @@ TEST_F(Resources, MissingStringsLeaveTheBufferAlone) {
                                           {mCanned, 112u, ERROR_RESOURCE_TYPE_NOT_FOUND},
                                           {HMODULE{}, 112u, ERROR_RESOURCE_DATA_NOT_FOUND}}) {
     char16_t buffer[8] = u"kept";
-    EXPECT_EQ(LoadStringW(module, id, buffer, 8), 0);
-    EXPECT_EQ(GetLastError(), Error(error)) << id;
+    EXPECT_TRUE(FailsWith([&] { return LoadStringW(module, id, buffer, 8); }, error)) << id;
     EXPECT_EQ(std::u16string(buffer), u"kept");
   }
 }
@@ -137,8 +124,7 @@ TEST_F(Resources, FindResourceSaysWhatIsMissing) {
        {std::tuple{mCanned, static_cast<LPCWSTR>(MAKEINTRESOURCEW(235)), ERROR_RESOURCE_NAME_NOT_FOUND},
         {mUtils, MAKEINTRESOURCEW(234), ERROR_RESOURCE_TYPE_NOT_FOUND},
         {mCanned, u"CANNED", ERROR_RESOURCE_NAME_NOT_FOUND}}) {
-    EXPECT_EQ(FindResourceW(module, name, RT_RCDATA), nullptr);
-    EXPECT_EQ(GetLastError(), Error(error));
+    EXPECT_TRUE(FailsWith([&] { return FindResourceW(module, name, RT_RCDATA); }, error));
   }
   EXPECT_EQ(SizeofResource(mCanned, nullptr), 0u);
   EXPECT_EQ(LoadResource(mCanned, nullptr), nullptr);
@@ -162,9 +148,9 @@ TEST(VersionInfo, ResourceLibrariesCarryTheProjectVersion) {
     ASSERT_EQ(length, sizeof(VS_FIXEDFILEINFO));
     const auto* info = static_cast<const VS_FIXEDFILEINFO*>(value);
     EXPECT_EQ(info->dwSignature, VS_FFI_SIGNATURE);
-    EXPECT_EQ(HIWORD(info->dwFileVersionMS), OHM_PROJECT_VERSION_MAJOR);
-    EXPECT_EQ(LOWORD(info->dwFileVersionMS), OHM_PROJECT_VERSION_MINOR);
-    EXPECT_EQ(HIWORD(info->dwFileVersionLS), OHM_PROJECT_VERSION_PATCH);
+    EXPECT_EQ(
+        (std::vector<int>{HIWORD(info->dwFileVersionMS), LOWORD(info->dwFileVersionMS), HIWORD(info->dwFileVersionLS)}),
+        (std::vector<int>{OHM_PROJECT_VERSION_MAJOR, OHM_PROJECT_VERSION_MINOR, OHM_PROJECT_VERSION_PATCH}));
     EXPECT_FALSE(VerQueryValueW(block.data(), u"\\StringFileInfo\\040904b0\\FileVersion", &value, &length));
   }
 }
@@ -172,22 +158,18 @@ TEST(VersionInfo, ResourceLibrariesCarryTheProjectVersion) {
 TEST(VersionInfo, FilesWithoutABlock) {
   TempFolder temp;
   temp.makeFile("text.dll", "text\n");
-  const fs::path text = temp.posix("text.dll");
   const std::pair<fs::path, LONG> cases[] = {
       {kLibraryDir / "nothing_here.dll", ERROR_FILE_NOT_FOUND},
-      {text, ERROR_BAD_EXE_FORMAT},
+      {temp.posix("text.dll"), ERROR_BAD_EXE_FORMAT},
       {OHM_LINKED_PLATFORM, ERROR_RESOURCE_TYPE_NOT_FOUND},  // loaded already: not loaded again
   };
   for (const auto& [file, error] : cases) {
-    SCOPED_TRACE(file.string());
-    SetLastError(0);
-    EXPECT_EQ(GetFileVersionInfoSizeW(Windows(file).c_str(), nullptr), 0u);
-    EXPECT_EQ(GetLastError(), Error(error));
+    EXPECT_TRUE(FailsWith([&] { return GetFileVersionInfoSizeW(Windows(file).c_str(), nullptr); }, error)) << file;
   }
   std::vector<BYTE> small(sizeof(VersionBlock) - 1);
   EXPECT_FALSE(GetFileVersionInfoW(Windows(kLibraryDir / "libOhmUtilsRes.so").c_str(), 0,
                                    static_cast<DWORD>(small.size()), small.data()));
-  EXPECT_EQ(GetLastError(), Error(ERROR_INSUFFICIENT_BUFFER));
+  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
   const VersionBlock notABlock{};
   LPVOID value = nullptr;
   UINT length = 0;

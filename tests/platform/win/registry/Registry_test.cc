@@ -7,7 +7,6 @@
 
 #include <sqlite3.h>
 
-#include <cstring>
 #include <functional>
 #include <tuple>
 #include <vector>
@@ -40,9 +39,6 @@ class RegistryTest : public ::testing::Test {
     return RegSetValueExW(key, name, 0, type, reinterpret_cast<const BYTE*>(text.c_str()),
                           static_cast<DWORD>((text.size() + 1) * 2));
   }
-  static LONG SetNumber(HKEY key, const char16_t* name, DWORD number) {
-    return RegSetValueExW(key, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), 4);
-  }
   // The text of a string value; "<status>" when the query fails.
   static std::u16string Text(HKEY key, const char16_t* name) {
     char16_t buffer[64] = {};
@@ -62,6 +58,11 @@ class RegistryTest : public ::testing::Test {
     return names;
   }
   static std::vector<std::u16string> SubKeys(HKEY key) { return Names(key, RegEnumKeyExW); }
+  // RegQueryInfoKeyW for the two counts the library asks of it.
+  static LONG Counts(HKEY key, DWORD* subKeys, DWORD* values) {
+    return RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, subKeys, nullptr, nullptr, values, nullptr, nullptr,
+                            nullptr, nullptr);
+  }
   static std::vector<std::u16string> Values(HKEY key) { return Names(key, RegEnumValueW); }
 
   TempFolder mFolder;
@@ -94,33 +95,26 @@ TEST_F(RegistryTest, OpenFindsKeysByPathIgnoringCase) {
 TEST_F(RegistryTest, HandlesRefuseWhatTheirRightsDoNotAllow) {
   HKEY made = nullptr;
   DWORD size = 16;
-  struct Case {
-    const char* call;
-    REGSAM access;
-    LONG expected;
-    std::function<LONG(HKEY)> run;
-  };
-  const auto set = [](HKEY key) { return SetText(key, u"v", u"new"); };
-  const auto query = [&](HKEY key) { return RegQueryValueExW(key, u"v", nullptr, nullptr, nullptr, &size); };
-  const Case cases[] = {
-      {"set", KEY_READ, ERROR_ACCESS_DENIED, set},
+  const std::tuple<const char*, REGSAM, LONG, std::function<LONG(HKEY)>> cases[] = {
+      {"set", KEY_READ, ERROR_ACCESS_DENIED, [](HKEY key) { return SetText(key, u"v", u"new"); }},
       {"delete value", KEY_READ, ERROR_ACCESS_DENIED, [](HKEY key) { return RegDeleteValueW(key, u"v"); }},
       {"create new", KEY_READ, ERROR_ACCESS_DENIED,
        [&](HKEY key) { return RegCreateKeyExW(key, u"New", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr); }},
       {"create existing", KEY_READ, ERROR_SUCCESS,
        [&](HKEY key) { return RegCreateKeyExW(key, u"child", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr); }},
-      {"query", KEY_SET_VALUE, ERROR_ACCESS_DENIED, query},
+      {"query", KEY_SET_VALUE, ERROR_ACCESS_DENIED,
+       [&](HKEY key) { return RegQueryValueExW(key, u"v", nullptr, nullptr, nullptr, &size); }},
       // The handle's rights don't matter to a delete.
       {"delete key", KEY_QUERY_VALUE, ERROR_SUCCESS, [](HKEY key) { return RegDeleteKeyW(key, u"Child"); }},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.call) + " with access " + std::to_string(c.access));
+  for (const auto& [call, access, expected, run] : cases) {
+    SCOPED_TRACE(std::string(call) + " with access " + std::to_string(access));
     HKEY writer = Create(u"K");
     SetText(writer, u"v", u"old");
     RegCloseKey(Create(u"K\\Child"));
-    HKEY key = Open(u"K", c.access);
+    HKEY key = Open(u"K", access);
     size = 16;
-    EXPECT_EQ(c.run(key), c.expected);
+    EXPECT_EQ(run(key), expected);
     EXPECT_EQ(Text(writer, u"v"), u"old");
     if (made) RegCloseKey(std::exchange(made, nullptr));
     RegCloseKey(key);
@@ -128,32 +122,25 @@ TEST_F(RegistryTest, HandlesRefuseWhatTheirRightsDoNotAllow) {
   }
 }
 
-struct ValueCase {
-  const char* label;
-  DWORD type;
-  std::vector<BYTE> data;
-};
-
 TEST_F(RegistryTest, ValuesKeepTheirTypeAndBytesAndFollowTheBufferRules) {
-  const ValueCase cases[] = {
+  const std::tuple<const char*, DWORD, std::vector<BYTE>> cases[] = {
       {"string", REG_SZ, {'a', 0, 'b', 0, 0, 0}},
       {"bytes of another type", REG_BINARY, {1, 0, 255}},
       {"empty", REG_SZ, {}},
   };
   HKEY key = Create(u"Values");
-  for (const ValueCase& c : cases) {
-    SCOPED_TRACE(c.label);
-    ASSERT_EQ(RegSetValueExW(key, u"Name", 0, c.type, c.data.data(), static_cast<DWORD>(c.data.size())), 0);
-    const auto size = static_cast<DWORD>(c.data.size());
-    DWORD type = 99, needed = 0;
+  for (const auto& [label, valueType, data] : cases) {
+    SCOPED_TRACE(label);
+    const auto size = static_cast<DWORD>(data.size());
+    ASSERT_EQ(RegSetValueExW(key, u"Name", 0, valueType, data.data(), size), 0);
+    DWORD type = 99, needed = 0, room = size + 2;
     EXPECT_EQ(RegQueryValueExW(key, u"NAME", nullptr, &type, nullptr, &needed), 0) << "size only";
-    EXPECT_EQ(type, c.type);
+    EXPECT_EQ(type, valueType);
     EXPECT_EQ(needed, size);
     std::vector<BYTE> buffer(size + 2, 0xEE);
-    DWORD room = size + 2;
     EXPECT_EQ(RegQueryValueExW(key, u"name", nullptr, nullptr, buffer.data(), &room), 0);
     EXPECT_EQ(room, size);
-    EXPECT_EQ(std::vector<BYTE>(buffer.begin(), buffer.begin() + size), c.data);
+    EXPECT_EQ(std::vector<BYTE>(buffer.begin(), buffer.begin() + size), data);
     if (size == 0) continue;
     room = size - 1;
     std::fill(buffer.begin(), buffer.end(), 0xEE);
@@ -177,19 +164,16 @@ TEST_F(RegistryTest, EnumerationOrdersAndCounts) {
   for (const char16_t* child : {u"beta", u"Alpha", u"gamma"})
     RegCloseKey(Create((u"Enum\\" + std::u16string(child)).c_str()));
   RegCloseKey(Create(u"ENUM\\BETA\\deeper"));  // the keys on the way keep their first spelling
-  SetText(key, u"z", u"1");
-  SetText(key, u"a", u"22");
-  SetText(key, u"m", u"333");
-  SetText(key, u"Z", u"again");  // set again: keeps its place
+  // "Z" sets "z" again: it keeps its place.
+  for (const auto& [name, text] : {std::pair{u"z", u"1"}, {u"a", u"22"}, {u"m", u"333"}, {u"Z", u"again"}})
+    SetText(key, name, text);
   RegDeleteValueW(key, u"a");
   SetText(key, u"a", u"back");  // deleted and set: goes to the end
   EXPECT_EQ(SubKeys(key), (std::vector<std::u16string>{u"Alpha", u"beta", u"gamma"}));
   EXPECT_EQ(Values(key), (std::vector<std::u16string>{u"z", u"m", u"a"}));
 
   DWORD subKeys = 0, values = 0;
-  ASSERT_EQ(RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &subKeys, nullptr, nullptr, &values, nullptr, nullptr,
-                             nullptr, nullptr),
-            0);
+  ASSERT_EQ(Counts(key, &subKeys, &values), 0);
   EXPECT_EQ(subKeys, 3u);
   EXPECT_EQ(values, 3u);
 
@@ -224,9 +208,7 @@ TEST_F(RegistryTest, DeleteTakesOnlyLeavesAndLeavesStaleHandlesFailing) {
   EXPECT_EQ(SetText(leaf, u"v", u"y"), ERROR_KEY_DELETED);
   EXPECT_EQ(RegDeleteValueW(leaf, u"v"), ERROR_KEY_DELETED);
   EXPECT_EQ(RegEnumKeyExW(leaf, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_KEY_DELETED);
-  EXPECT_EQ(RegQueryInfoKeyW(leaf, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
-                             nullptr, nullptr),
-            ERROR_KEY_DELETED);
+  EXPECT_EQ(Counts(leaf, &count, nullptr), ERROR_KEY_DELETED);
   HKEY again = Open(u"P\\Leaf", KEY_READ);
   EXPECT_EQ(Text(again, u"v"), u"<2>");
   RegCloseKey(again);
@@ -238,7 +220,8 @@ TEST_F(RegistryTest, DeleteTakesOnlyLeavesAndLeavesStaleHandlesFailing) {
 
 TEST_F(RegistryTest, WhatIsWrittenIsThereWhenTheStoreIsOpenedAgain) {
   HKEY key = Create(u"Kept");
-  SetNumber(key, u"n", 42);
+  const DWORD written = 42;
+  RegSetValueExW(key, u"n", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&written), 4);
   RegCloseKey(key);
   win_testing::useRegistryStore(mFolder.posix("registry.db"));  // closes the connection
   key = Open(u"KEPT", KEY_READ);
@@ -249,30 +232,19 @@ TEST_F(RegistryTest, WhatIsWrittenIsThereWhenTheStoreIsOpenedAgain) {
 }
 
 TEST_F(RegistryTest, AStoreThatIsNotOursFailsEveryCallAndIsLeftAlone) {
-  // content: of the store file; null: the store's folder is a file
-  const std::tuple<const char*, const char*, LONG> cases[] = {
-      {"text", "this is not a database, just some text that is long enough to fill a header\n", ERROR_BADDB},
-      {"foreign schema", nullptr, ERROR_BADDB},
-      {"folder is a file", nullptr, ERROR_CANTOPEN},
-  };
-  for (const auto& [label, content, status] : cases) {
-    SCOPED_TRACE(label);
-    std::string relative = std::string(label) + ".db";
-    if (content) mFolder.makeFile(relative, content);
-    if (std::string(label) == "folder is a file") {
-      mFolder.makeFile("plain", "x");
-      relative = "plain/registry.db";
-    }
-    const std::string path = mFolder.posix(relative);
-    if (std::string(label) == "foreign schema") {
-      sqlite3* db = nullptr;
-      ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
-      EXPECT_EQ(sqlite3_exec(db, "CREATE TABLE keys(id); CREATE TABLE vals(other TEXT);", nullptr, nullptr, nullptr),
-                SQLITE_OK);
-      sqlite3_close(db);
-    }
+  mFolder.makeFile("text.db", "this is not a database, just some text that is long enough to fill a header\n");
+  mFolder.makeFile("plain", "x");  // a file where the store's folder should be
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open(mFolder.posix("foreign.db").c_str(), &db), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(db, "CREATE TABLE keys(id); CREATE TABLE vals(other TEXT);", nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  sqlite3_close(db);
+  const std::pair<const char*, LONG> cases[] = {
+      {"text.db", ERROR_BADDB}, {"foreign.db", ERROR_BADDB}, {"plain/registry.db", ERROR_CANTOPEN}};
+  for (const auto& [relative, status] : cases) {
+    SCOPED_TRACE(relative);
     const std::string bytes = mFolder.read(relative);
-    win_testing::useRegistryStore(path);
+    win_testing::useRegistryStore(mFolder.posix(relative));
     HKEY key = reinterpret_cast<HKEY>(1);
     DWORD size = 0;
     EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"K", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr), status);

@@ -7,15 +7,13 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
-#include <cstdlib>
-#include <optional>
-#include <thread>
 #include <tuple>
 
 #include "mfc/CWnd.h"
+#include "support/ChildProcess.h"
 #include "support/ScopedEnv.h"
 #include "support/TempFolder.h"
+#include "support/platwinLastError.h"
 #include "support/u16.h"
 #include "win/LastError.h"
 #include "win/WinError.h"
@@ -38,25 +36,24 @@ namespace {
 // --- paths and the temporary folder -------------------------------------------
 
 TEST(PathAppendW, JoinsBelowThePathOrLeavesItAlone) {
+  const std::u16string longFolder = u"C:\\" + std::u16string(250, u'f');
   const std::tuple<const char16_t*, const char16_t*, BOOL, const char16_t*> cases[] = {
-      {u"C:\\a", u"b.txt", TRUE, u"C:\\a\\b.txt"},   {u"C:\\a\\", u"b.txt", TRUE, u"C:\\a\\b.txt"},
+      {u"C:\\a", u"b.txt", TRUE, u"C:\\a\\b.txt"},
+      {u"C:\\a\\", u"b.txt", TRUE, u"C:\\a\\b.txt"},
       {u"C:\\a", u"\\b.txt", TRUE, u"C:\\a\\b.txt"},  // a leading backslash stays below
-      {u"C:\\a\\b", u"..\\c", TRUE, u"C:\\a\\c"},    {u"", u"b", TRUE, u"b"},
+      {u"C:\\a\\b", u"..\\c", TRUE, u"C:\\a\\c"},
+      {u"", u"b", TRUE, u"b"},
+      {longFolder.c_str(), u"name.txt", FALSE, longFolder.c_str()},  // 259 units and more don't fit
+      {u"C:\\a", nullptr, FALSE, u"C:\\a"},
   };
   for (const auto& [path, more, result, expected] : cases) {
-    SCOPED_TRACE(U8(path) + " + " + U8(more));
+    SCOPED_TRACE(U8(path) + " + " + (more ? U8(more) : "null"));
     WCHAR buffer[MAX_PATH] = {};
     std::u16string(path).copy(buffer, MAX_PATH - 1);
     EXPECT_EQ(PathAppendW(buffer, more), result);
     EXPECT_EQ(std::u16string(buffer), expected);
   }
-  WCHAR full[MAX_PATH] = {};
-  const std::u16string longFolder = u"C:\\" + std::u16string(250, u'f');
-  longFolder.copy(full, longFolder.size());
-  EXPECT_FALSE(PathAppendW(full, u"name.txt"));  // 259 units and more don't fit
-  EXPECT_EQ(std::u16string(full), longFolder);
   EXPECT_FALSE(PathAppendW(nullptr, u"x"));
-  EXPECT_FALSE(PathAppendW(full, nullptr));
 }
 
 TEST(GetTempPathW, GivesTheFolderWithABackslashOrTheUnitsNeeded) {
@@ -93,8 +90,7 @@ TEST(WfsOpen, OpensThroughTheDriveTableAndFailsLikeTheRuntime) {
 
 // Finding bare names there is what the host actions' tests rely on; here, the refusal.
 TEST(SetDllDirectoryW, RefusesAFolderWithoutAPlace) {
-  EXPECT_FALSE(SetDllDirectoryW(u"Q:\\unmapped"));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+  EXPECT_TRUE(FailsWith([] { return SetDllDirectoryW(u"Q:\\unmapped"); }, ERROR_FILE_NOT_FOUND));
 }
 
 // --- cursors and windows -----------------------------------------------------------
@@ -102,12 +98,8 @@ TEST(SetDllDirectoryW, RefusesAFolderWithoutAPlace) {
 TEST(Cursors, SystemCursorsOnlyAndOneHandleEach) {
   EXPECT_EQ(LoadCursorW(nullptr, IDC_WAIT), LoadCursorW(nullptr, IDC_WAIT));
   EXPECT_NE(LoadCursorW(nullptr, IDC_WAIT), LoadCursorW(nullptr, IDC_ARROW));
-  for (LPCWSTR id :
-       {static_cast<LPCWSTR>(MAKEINTRESOURCEW(1)), static_cast<LPCWSTR>(MAKEINTRESOURCEW(32517)), u"WAIT"}) {
-    SetLastError(0);
-    EXPECT_EQ(LoadCursorW(nullptr, id), nullptr);
-    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_RESOURCE_NAME_NOT_FOUND));
-  }
+  for (LPCWSTR id : {static_cast<LPCWSTR>(MAKEINTRESOURCEW(1)), static_cast<LPCWSTR>(MAKEINTRESOURCEW(32517)), u"WAIT"})
+    EXPECT_TRUE(FailsWith([&] { return LoadCursorW(nullptr, id); }, ERROR_RESOURCE_NAME_NOT_FOUND));
   EXPECT_EQ(LoadCursorW(reinterpret_cast<HINSTANCE>(GetModuleHandleW(nullptr)), IDC_WAIT), nullptr);
   const HCURSOR shown = win_testing::cursorOnShow();
   int notACursor = 0;
@@ -136,6 +128,11 @@ TEST(CWnd, FromHandleGivesThePermanentObjectElseOneTemporaryPerWindow) {
 
 // --- the shell's requests ----------------------------------------------------------
 
+// The shell's open request as the library makes it, its result as a number.
+INT_PTR Shell(const char16_t* verb, const char16_t* file, const char16_t* parameters) {
+  return reinterpret_cast<INT_PTR>(ShellExecuteW(nullptr, verb, file, parameters, nullptr, SW_SHOWNORMAL));
+}
+
 TEST(ShellExecuteW, NamesATargetOnlyForTheTwoFormsItKnows) {
   TempFolder temp;
   temp.makeFile("doc.pdf");
@@ -152,9 +149,7 @@ TEST(ShellExecuteW, NamesATargetOnlyForTheTwoFormsItKnows) {
   for (const auto& [name, verb, file, parameters, target] : cases) {
     SCOPED_TRACE(name);
     win_testing::RecordingUiSink ui;
-    const HINSTANCE result = ShellExecuteW(nullptr, verb.empty() ? nullptr : verb.c_str(), file.c_str(),
-                                           parameters.c_str(), nullptr, SW_SHOWNORMAL);
-    EXPECT_EQ(reinterpret_cast<INT_PTR>(result), 42);
+    EXPECT_EQ(Shell(verb.empty() ? nullptr : verb.c_str(), file.c_str(), parameters.c_str()), 42);
     ASSERT_EQ(ui.shellRequests().size(), 1u);
     EXPECT_EQ(ui.shellRequests()[0].target, target);
     EXPECT_EQ(ui.shellRequests()[0].verb, verb);
@@ -170,26 +165,20 @@ TEST(TerminalUiSink, HandsTheTargetToXdgOpenOrSaysWhyNot) {
                                std::filesystem::perm_options::add);
   {
     ScopedEnv path("PATH", temp.posix("bin") + ":/usr/bin:/bin");
-    const HINSTANCE result =
-        ShellExecuteW(nullptr, u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler http://x.example/\u00e9",
-                      nullptr, SW_SHOWNORMAL);
-    EXPECT_GT(reinterpret_cast<INT_PTR>(result), 32);
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (!temp.exists("opened") && std::chrono::steady_clock::now() < deadline)
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_GT(Shell(u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler http://x.example/\u00e9"), 32);
+    EXPECT_TRUE(WaitForText(temp.posix("opened"), "http://x.example/\xc3\xa9"));
     EXPECT_EQ(temp.read("opened"), "http://x.example/\xc3\xa9");
-    const HINSTANCE unknown = ShellExecuteW(nullptr, u"print", u"x.txt", nullptr, nullptr, SW_SHOWNORMAL);
-    EXPECT_EQ(reinterpret_cast<INT_PTR>(unknown), SE_ERR_NOASSOC);
+    EXPECT_EQ(Shell(u"print", u"x.txt", nullptr), SE_ERR_NOASSOC);
   }
   ScopedEnv path("PATH", temp.posix("empty"));
-  const HINSTANCE missing =
-      ShellExecuteW(nullptr, u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler http://x", nullptr, SW_SHOWNORMAL);
-  EXPECT_EQ(reinterpret_cast<INT_PTR>(missing), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(Shell(u"open", u"rundll32.exe", u"url.dll,FileProtocolHandler http://x"), ERROR_FILE_NOT_FOUND);
 }
 
 // --- the host's task dialog ------------------------------------------------------------
 
 // A definition file of the test's own, with links, placeholders and a default button.
+constexpr const char16_t* kDialogs = u"/Res;component/Dialogs.xaml";
+
 class TaskDialog : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -222,26 +211,22 @@ TEST_F(TaskDialog, FillsPlaceholdersAndShowsLinksOnlyWhenEnabled) {
   for (DWORD flags : {TDF_ENABLE_HYPERLINKS, DWORD{0}}) {
     SCOPED_TRACE(flags);
     ZdTaskDialog dialog;
-    ASSERT_TRUE(dialog.LoadFromFile(u"/Res;component/Dialogs.xaml", u"T.One", pairs, 3));
+    ASSERT_TRUE(dialog.LoadFromFile(kDialogs, u"T.One", pairs, 3));
     dialog.SetFlags(flags);
     EXPECT_EQ(dialog.ShowDialog(nullptr), IDCANCEL);
     const UiTaskDialog& shown = mUi.taskDialogs().back();
     EXPECT_EQ(shown.title, u"Title 1");
     EXPECT_EQ(shown.mainInstruction, u"Main 2 {Unknown}");
-    if (flags) {
-      EXPECT_EQ(shown.content, u"Before link 1 after.");
-      ASSERT_EQ(shown.links.size(), 1u);
-      EXPECT_EQ(shown.links[0].target, u"http://x.example/{A}");  // targets aren't texts
-    } else {
-      EXPECT_EQ(shown.content, u"Before <a href=\"http://x.example/{A}\">link 1</a> after.");
-      EXPECT_TRUE(shown.links.empty());
-    }
+    EXPECT_EQ(shown.content,
+              flags ? u"Before link 1 after." : u"Before <a href=\"http://x.example/{A}\">link 1</a> after.");
+    ASSERT_EQ(shown.links.size(), flags ? 1u : 0u);
+    for (const auto& link : shown.links) EXPECT_EQ(link.target, u"http://x.example/{A}");  // targets aren't texts
   }
 }
 
 TEST_F(TaskDialog, ButtonsComeCallerFirstAndTheDefinitionChoosesTheDefault) {
   ZdTaskDialog dialog;
-  ASSERT_TRUE(dialog.LoadFromFile(u"/Res;component/Dialogs.xaml", u"T.One", nullptr, 0));
+  ASSERT_TRUE(dialog.LoadFromFile(kDialogs, u"T.One", nullptr, 0));
   const TASKDIALOG_BUTTON mine[] = {{100, u"Mine"}, {101, u"Also"}};
   dialog.SetButtons(mine, 2);
   dialog.SetCallback(Keep);
@@ -260,7 +245,7 @@ TEST_F(TaskDialog, ButtonsComeCallerFirstAndTheDefinitionChoosesTheDefault) {
   EXPECT_EQ(zd_testing::taskDialogNotifications()[1].buttonId, 101);
 
   ZdTaskDialog bare;  // no default in its definition: the first button
-  ASSERT_TRUE(bare.LoadFromFile(u"/Res;component/Dialogs.xaml", u"T.Bare", nullptr, 0));
+  ASSERT_TRUE(bare.LoadFromFile(kDialogs, u"T.Bare", nullptr, 0));
   bare.SetButtons(mine, 2);
   mUi.clickButton(100);  // without a callback every click closes
   EXPECT_EQ(bare.ShowDialog(nullptr), 100);
@@ -290,7 +275,7 @@ TEST_F(TaskDialog, TerminalClosesTheDialogAtOnceWhenNobodyIsThere) {
   const int nothing = ::open("/dev/null", O_RDONLY);
   ::dup2(nothing, STDIN_FILENO);
   ZdTaskDialog dialog;
-  ASSERT_TRUE(dialog.LoadFromFile(u"/Res;component/Dialogs.xaml", u"T.One", nullptr, 0));
+  ASSERT_TRUE(dialog.LoadFromFile(kDialogs, u"T.One", nullptr, 0));
   dialog.SetCallback(Keep);
   const int closedWith = dialog.ShowDialog(nullptr);
   ::dup2(savedInput, STDIN_FILENO);
