@@ -3,7 +3,6 @@
 // processes.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <set>
 
 #include "LispCalls.h"

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <iterator>
 #include <tuple>
 
 #include "support/ScopedEnv.h"
