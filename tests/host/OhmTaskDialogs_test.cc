@@ -11,7 +11,6 @@
 #include "support/TempFolder.h"
 #include "support/u16.h"
 #include "win/module/Module.h"
-#include "win/ui/MessageBox.h"
 #include "win/ui/UiSink_testing.h"
 #include "win/ui/Window.h"
 #include "win/ui/Window_testing.h"
