@@ -45,24 +45,20 @@ Map Settings(std::optional<std::u16string> columns, const std::u16string& graphi
 
 // Where option 71 puts each column is checked through the rows matched here
 // and on random rows and lists; without a list, or with only numbers that
-// name no column, no column is visible.
-TEST(OhmUtXrefTableEntity, NoColumnVisibleWithoutAKnownNumber) {
-  const std::optional<std::u16string> options[] = {u"", u"-1", std::nullopt};
-  for (const std::optional<std::u16string>& option : options) {
+// name no column, no column is visible, and a number that can't be read
+// throws at first use and leaves none visible.
+TEST(OhmUtXrefTableEntity, NoColumnVisibleWithoutAKnownNumberAndABadOneThrowsOnce) {
+  // Option 71 (nullopt: absent) and what the first use throws.
+  const std::pair<std::optional<std::u16string>, std::string> options[] = {
+      {u"", "none"}, {u"-1", "none"}, {std::nullopt, "none"}, {u"1,x", "invalid"}};
+  for (const auto& [option, thrown] : options) {
     SCOPED_TRACE(option ? U8(*option) : "absent");
     OhmNoRxUtilsSettingOverride settings(Settings(option));
     Table entity(settings, u"");
+    EXPECT_EQ(StoiFailure([&] { entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {u"13"}); }), thrown);
     EXPECT_EQ(entity.getVisibleColumnIndex(Table::ColumnTerm1), -1);
     EXPECT_TRUE(entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {}));
   }
-}
-
-TEST(OhmUtXrefTableEntity, BadOption71ThrowsOnceAndLeavesNoColumnVisible) {
-  OhmNoRxUtilsSettingOverride settings(Settings(u"1,x"));
-  Table entity(settings, u"");
-  EXPECT_EQ(StoiFailure([&] { entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {u"13"}); }), "invalid");
-  EXPECT_EQ(entity.getVisibleColumnIndex(Table::ColumnTerm1), -1);
-  EXPECT_TRUE(entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {}));
 }
 
 TEST(OhmUtXrefTableEntity, VisibleColumnsAreFixedAtFirstUseAndCopied) {
