@@ -3,7 +3,6 @@
 // processes.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <set>
 
 #include "LispCalls.h"
@@ -54,8 +53,7 @@ TEST_F(DrawingLocks, LockReportsWhatItGotAndUnlockReleasesIt) {
   EXPECT_EQ(State(missing), ZdDwgLockState::NoDrawing);
   EXPECT_EQ(LockCheck(drawings, true, false, false), (Outcome{true, drawings})) << "no conflict for the holder";
   EXPECT_TRUE(UnlockList(drawings, true).result);
-  EXPECT_EQ(State(drawings[0]), ZdDwgLockState::Free);
-  EXPECT_EQ(State(drawings[1]), ZdDwgLockState::Free);
+  for (const std::u16string& drawing : drawings) EXPECT_EQ(State(drawing), ZdDwgLockState::Free);
 }
 
 TEST_F(DrawingLocks, CheckWithoutLockTakesNothingAndAllOrNoneGivesBackWhatItTook) {
@@ -64,8 +62,7 @@ TEST_F(DrawingLocks, CheckWithoutLockTakesNothingAndAllOrNoneGivesBackWhatItTook
   EXPECT_EQ(State(drawings[0]), ZdDwgLockState::Free);
   const Files withMissing{drawings[0], mFolder.windows("missing.dwg"), drawings[1]};
   EXPECT_EQ(Availability(withMissing, true, true, false), (Outcome{false, withMissing}));
-  EXPECT_EQ(State(drawings[0]), ZdDwgLockState::Free);
-  EXPECT_EQ(State(drawings[1]), ZdDwgLockState::Free);
+  for (const std::u16string& drawing : drawings) EXPECT_EQ(State(drawing), ZdDwgLockState::Free);
 }
 
 TEST_F(DrawingLocks, UnlockReportsTheFilesItDidNotHold) {

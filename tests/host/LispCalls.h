@@ -44,34 +44,35 @@ inline void Fill(CStringList& list, const Files& items) {
   for (const std::u16string& item : items) list.AddTail(CString(item));
 }
 
+// Runs an operation on a list of the given kind filled with the files: its
+// result and what it left in the list.
+template <class List, class Operation>
+Outcome OnList(const Files& files, Operation operation) {
+  List list;
+  Fill(list, files);
+  const bool result = operation(list);
+  return {result, Items(list)};
+}
+
 // Each operation called on lists given inline: the result and the list it changes.
 inline Outcome Availability(const Files& files, bool first, bool second, bool third) {
-  CStringArray array;
-  Fill(array, files);
-  const bool result = OhmCheckFilesAvailability(array, first, second, third);
-  return {result, Items(array)};
+  return OnList<CStringArray>(files,
+                              [&](CStringArray& a) { return OhmCheckFilesAvailability(a, first, second, third); });
 }
 
 inline Outcome LockCheck(const Files& files, bool lock, bool second, bool guard, const Files& reply = {u"stale"}) {
-  CStringList list, replyList;
+  CStringList list;
   Fill(list, files);
-  Fill(replyList, reply);
-  const bool result = LispCheckFileLockStatusAndLock(list, lock, second, replyList, guard);
-  return {result, Items(replyList)};
+  return OnList<CStringList>(
+      reply, [&](CStringList& r) { return LispCheckFileLockStatusAndLock(list, lock, second, r, guard); });
 }
 
 inline Outcome Unlock(const Files& files) {
-  CStringArray array;
-  Fill(array, files);
-  const bool result = OhmUnlockFiles(array);
-  return {result, Items(array)};
+  return OnList<CStringArray>(files, [](CStringArray& array) { return OhmUnlockFiles(array); });
 }
 
 inline Outcome UnlockList(const Files& files, bool guard) {
-  CStringList list;
-  Fill(list, files);
-  const bool result = LispUpdUnlockFiles(list, guard);
-  return {result, Items(list)};
+  return OnList<CStringList>(files, [&](CStringList& list) { return LispUpdUnlockFiles(list, guard); });
 }
 
 inline Outcome Lookup(const char16_t* path) {

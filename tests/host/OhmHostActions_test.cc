@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <iterator>
 #include <tuple>
 
 #include "support/ScopedEnv.h"
@@ -59,6 +59,12 @@ class CannedDatabase : public ::testing::Test {
   void SetUp() override { ASSERT_TRUE(SetDllDirectoryW(Windows(kLibraryDir).c_str())); }
   void TearDown() override { SetDllDirectoryW(nullptr); }
   fs::path CannedPath() const { return mTemp.posix(kCannedFile); }
+  // What the dump gave and the path it left, starting from the given one.
+  static std::pair<bool, std::u16string> Dump(const char16_t* before = u"old") {
+    CString path(before);
+    const bool result = dumpCannedDatabase(path);
+    return {result, path.str()};
+  }
   // The resource's bytes, read through the platform's resource functions.
   static std::string ResourceBytes() {
     const HMODULE library = LoadLibraryW(Windows(kLibraryDir / "OHM_MBRES.dll").c_str());
@@ -75,9 +81,7 @@ class CannedDatabase : public ::testing::Test {
 TEST_F(CannedDatabase, WrittenInTheTemporaryFolderAlone) {
   const std::string resource = ResourceBytes();
   ASSERT_FALSE(resource.empty());
-  CString path(u"old");
-  EXPECT_TRUE(dumpCannedDatabase(path));
-  EXPECT_EQ(path.str(), Windows(CannedPath()));
+  EXPECT_EQ(Dump(), std::pair(true, Windows(CannedPath())));
   EXPECT_EQ(mTemp.read(kCannedFile), resource);
   EXPECT_EQ(std::distance(fs::directory_iterator(mTemp.posix()), fs::directory_iterator()), 1);
 }
@@ -85,9 +89,7 @@ TEST_F(CannedDatabase, WrittenInTheTemporaryFolderAlone) {
 TEST_F(CannedDatabase, MissingLibraryRemovesTheOlderFileAndStillGivesTrue) {
   mTemp.makeFile(kCannedFile, "older");
   SetDllDirectoryW(nullptr);  // OHM_MBRES.dll can't be found by its bare name
-  CString path;
-  EXPECT_TRUE(dumpCannedDatabase(path));
-  EXPECT_EQ(path.str(), Windows(CannedPath()));
+  EXPECT_EQ(Dump(), std::pair(true, Windows(CannedPath())));
   EXPECT_FALSE(fs::exists(CannedPath()));
 }
 
@@ -97,9 +99,7 @@ TEST_F(CannedDatabase, LibraryWithoutTheDataLeavesAnEmptyFileAndGivesFalse) {
   fs::copy_file(kLibraryDir / "libOhmAuditRes.so", libraries.posix("libOHM_MBRES.so"));
   ASSERT_TRUE(SetDllDirectoryW(libraries.windows().c_str()));
   mTemp.makeFile(kCannedFile, "older");
-  CString path;
-  EXPECT_FALSE(dumpCannedDatabase(path));
-  EXPECT_EQ(path.str(), Windows(CannedPath()));
+  EXPECT_EQ(Dump(), std::pair(false, Windows(CannedPath())));
   ASSERT_TRUE(fs::exists(CannedPath()));
   EXPECT_EQ(fs::file_size(CannedPath()), 0u);
 }
@@ -118,9 +118,8 @@ TEST_F(CannedDatabase, TooLongATemporaryFolderGivesFalseAndLeavesThePath) {
     SCOPED_TRACE(units);
     const std::string folder = base + std::string(units - base.size() - 1, 'd');
     ScopedEnv tmpdir("TMPDIR", folder);
-    CString path(u"kept");
-    EXPECT_EQ(dumpCannedDatabase(path), fits);  // a folder that isn't there: nothing is written, and true
-    EXPECT_EQ(path.str(), fits ? Windows(folder + "/" + kCannedFile) : u"kept");
+    // A folder that isn't there: nothing is written, and true.
+    EXPECT_EQ(Dump(u"kept"), std::pair(fits, fits ? Windows(folder + "/" + kCannedFile) : u"kept"));
   }
 }
 

@@ -39,14 +39,14 @@ TEST(GenerateProgramDir, LoadedModuleGivesItsFolderAndOtherNamesTheProgramsFolde
 // system's text.
 TEST(LoadResDll, MissingLibraryShowsOneStopBoxAndGivesNull) {
   win_testing::RecordingUiSink ui;
-  const HINSTANCE none = LoadResDll(u"OhmUtils.dll", u"NoSuchRes.dll");
-  EXPECT_EQ(none, nullptr);
-  UnloadResDll(none);  // nothing to give back
+  EXPECT_EQ(LoadResDll(u"OhmUtils.dll", u"NoSuchRes.dll"), nullptr);
+  UnloadResDll(nullptr);  // nothing to give back
   ASSERT_EQ(ui.boxes().size(), 1u);
-  EXPECT_EQ(ui.boxes()[0].caption, u"Load Error");
-  EXPECT_EQ(ui.boxes()[0].text, u"Error loading NoSuchRes.dll.\nThe specified module could not be found.\r\n");
-  EXPECT_EQ(ui.boxes()[0].type, MB_OK | MB_ICONSTOP);
-  EXPECT_EQ(ui.boxes()[0].owner, nullptr);
+  const UiMessageBox& box = ui.boxes()[0];
+  EXPECT_EQ(
+      std::tie(box.caption, box.text, box.type, box.owner),
+      std::make_tuple(u"Load Error", u"Error loading NoSuchRes.dll.\nThe specified module could not be found.\r\n",
+                      MB_OK | MB_ICONSTOP, nullptr));
 }
 
 // --- the main module's version ---------------------------------------------------------
@@ -55,15 +55,19 @@ class BuildVersion : public ::testing::Test {
  protected:
   void TearDown() override { zd_testing::resetEnv(); }
   void SearchPath(const std::u16string& folders) { ASSERT_EQ(zdedSetEnv(u"ZEDA", folders.c_str()), RTNORM); }
+  // What the probe gave and the version it left, starting from "kept".
+  static std::pair<bool, std::u16string> Version() {
+    CString version(u"kept");
+    const bool result = OhmGetBuildVersion(version);
+    return {result, version.str()};
+  }
   TempFolder mEmpty, mFolder;
 };
 
 TEST_F(BuildVersion, FileVersionOfTheMainModuleOnTheSearchPath) {
   fs::copy_file(OHM_TEST_MAIN_MODULE, mFolder.posix("libohmmain.so"));
   SearchPath(mEmpty.windows() + u";" + mFolder.windows());
-  CString version(u"before");
-  EXPECT_TRUE(OhmGetBuildVersion(version));
-  EXPECT_EQ(version, u"23.1.47.0");
+  EXPECT_EQ(Version(), std::pair(true, std::u16string(u"23.1.47.0")));
 }
 
 TEST_F(BuildVersion, NoVersionLeavesTheOutputAlone) {
@@ -76,9 +80,7 @@ TEST_F(BuildVersion, NoVersionLeavesTheOutputAlone) {
     SCOPED_TRACE(label);
     fs::remove(mFolder.posix("libohmmain.so"));
     place(mFolder.posix("libohmmain.so"));
-    CString version(u"kept");
-    EXPECT_FALSE(OhmGetBuildVersion(version));
-    EXPECT_EQ(version, u"kept");
+    EXPECT_EQ(Version(), std::pair(false, std::u16string(u"kept")));
   }
 }
 

@@ -92,27 +92,35 @@ class LispBridge : public ::testing::Test {
   bool mBreakDisabledInCall = false;
 };
 
-TEST_F(LispBridge, RequestsAreBuiltNodeByNode) {
-  auto expectSent = [this](const char* what, const std::u16string& name, const std::vector<Node>& args) {
+// Each request node by node, and whether the call forbade the user's break
+// for its duration (guarded) and left it allowed after.
+TEST_F(LispBridge, RequestsAreBuiltNodeByNodeAndGuardedAsAsked) {
+  long breakChanges = 0;
+  auto expectSent = [&](const char* what, const std::u16string& name, const std::vector<Node>& args, bool guarded) {
     EXPECT_EQ(zd_testing::lastInvokedName(), name) << what;
     EXPECT_EQ(mArgs, args) << what;
+    EXPECT_EQ(mBreakDisabledInCall, guarded) << what;
+    EXPECT_FALSE(zdedIsUsrbrkDisabled()) << what;
+    EXPECT_EQ(zd_testing::usrbrkChangeCount() - std::exchange(breakChanges, zd_testing::usrbrkChangeCount()),
+              guarded ? 2 : 0)
+        << what;
     mArgs = {Node{0, u"not called"}};
   };
   Availability({u"C:\\d\\a.dwg", u"b.dwg"}, true, false, true);
   expectSent("availability 1 0 1", u" wdupda_chkdwglockstatus_internal",
-             {LB, S(u"C:\\d\\a.dwg"), S(u"b.dwg"), LE, Short(1), NIL, T, NIL});
+             {LB, S(u"C:\\d\\a.dwg"), S(u"b.dwg"), LE, Short(1), NIL, T, NIL}, true);
   LockCheck({u"a.dwg", u"b.dwg"}, true, true, true);
-  expectSent("lock check 1 1", kLockCheck, {LB, S(u"a.dwg"), S(u"b.dwg"), LE, Short(1), NIL, T, NIL});
+  expectSent("lock check 1 1", kLockCheck, {LB, S(u"a.dwg"), S(u"b.dwg"), LE, Short(1), NIL, T, NIL}, true);
   LockCheck({u"a.dwg"}, false, false, false);
-  expectSent("lock check 0 0", kLockCheck, {LB, S(u"a.dwg"), LE, NIL, NIL, NIL, NIL});
+  expectSent("lock check 0 0", kLockCheck, {LB, S(u"a.dwg"), LE, NIL, NIL, NIL, NIL}, false);
   Unlock({u"a.dwg", u"b.dwg"});
-  expectSent("unlock array", kUnlock, {LB, S(u"a.dwg"), S(u"b.dwg"), LE});
+  expectSent("unlock array", kUnlock, {LB, S(u"a.dwg"), S(u"b.dwg"), LE}, true);
   UnlockList({u"a.dwg"}, false);
-  expectSent("unlock list", kUnlock, {LB, S(u"a.dwg"), LE});
+  expectSent("unlock list", kUnlock, {LB, S(u"a.dwg"), LE}, false);
   Lookup(u"wd.env");
-  expectSent("file look-up", kLookup, {NIL, S(u"wd.env")});
+  expectSent("file look-up", kLookup, {NIL, S(u"wd.env")}, false);
   RefreshWFRM2ALL();
-  expectSent("wire record check", kVerify, {});
+  expectSent("wire record check", kVerify, {}, false);
 }
 
 TEST_F(LispBridge, RepliesOfEveryShape) {
@@ -180,34 +188,17 @@ TEST_F(LispBridge, RequestThatCannotBeBuiltIsNotSent) {
 
 // --- user break ---------------------------------------------------------------------
 
-TEST_F(LispBridge, GuardedCallsForbidUserBreakForTheCallAndLeaveItAsFound) {
-  Unlock({u"a.dwg"});
-  EXPECT_TRUE(mBreakDisabledInCall);
-  EXPECT_FALSE(zdedIsUsrbrkDisabled());
-  EXPECT_EQ(zd_testing::usrbrkChangeCount(), 2);
-
-  zdedDisableUsrbrk();  // already forbidden: left alone
+TEST_F(LispBridge, GuardedCallLeavesAnAlreadyForbiddenBreakAlone) {
+  zdedDisableUsrbrk();
   const long changes = zd_testing::usrbrkChangeCount();
   ZdValueNode* request = Chain({S(kVerify)});
   ZdValueNode* reply = nullptr;
   EXPECT_EQ(Ohm_zdedInvoke(request, &reply), RTNORM);
+  EXPECT_TRUE(mBreakDisabledInCall);
   EXPECT_TRUE(zdedIsUsrbrkDisabled());
   EXPECT_EQ(zd_testing::usrbrkChangeCount(), changes);
   zdutRelRb(request);
   zdutRelRb(reply);
-}
-
-TEST_F(LispBridge, UnguardedCallsLeaveTheBreakStateUntouched) {
-  Answer({S(u"a.dwg")});
-  EXPECT_TRUE(LockCheck({u"a.dwg"}, true, false, false).result);
-  EXPECT_FALSE(mBreakDisabledInCall);
-  Answer({NIL});
-  EXPECT_TRUE(UnlockList({u"a.dwg"}, false).result);
-  EXPECT_FALSE(mBreakDisabledInCall);
-  Lookup(u"a.dwg");
-  RefreshWFRM2ALL();
-  EXPECT_FALSE(mBreakDisabledInCall);
-  EXPECT_EQ(zd_testing::usrbrkChangeCount(), 0);
 }
 
 // --- file look-up -----------------------------------------------------------------------

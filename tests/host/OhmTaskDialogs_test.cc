@@ -11,7 +11,6 @@
 #include "support/TempFolder.h"
 #include "support/u16.h"
 #include "win/module/Module.h"
-#include "win/ui/MessageBox.h"
 #include "win/ui/UiSink_testing.h"
 #include "win/ui/Window.h"
 #include "win/ui/Window_testing.h"
@@ -84,10 +83,9 @@ TEST_F(TaskDialogs, EachShowsItsDefinitionAndOpensThePageOnlyForDetailsAndALinkI
     ASSERT_EQ(ui.taskDialogs().size(), 1u);
     const UiTaskDialog& shown = ui.taskDialogs().back();
     EXPECT_EQ(shown.id, dialog.id);
-    ASSERT_EQ(shown.buttons.size(), 2u);
-    EXPECT_EQ(shown.buttons[0].id, kDetails);
-    EXPECT_EQ(shown.buttons[0].caption, u"Show Details");  // string 139, its blanks trimmed
-    ASSERT_EQ(shown.links.size(), 1u);                     // hyperlinks are enabled
+    ASSERT_EQ(shown.buttons.size(), 2u);  // the details button, caption string 139 with its blanks trimmed
+    EXPECT_EQ(std::tie(shown.buttons[0].id, shown.buttons[0].caption), std::tuple(kDetails, u"Show Details"));
+    ASSERT_EQ(shown.links.size(), 1u);  // hyperlinks are enabled
     EXPECT_EQ(shown.links[0].target, dialog.linkTarget);
     EXPECT_EQ(ui.actionsLeft(), 1u);
     EXPECT_EQ(Notifications(), (std::vector<N>{N{TDN_BUTTON_CLICKED, kDetails, u"", true},

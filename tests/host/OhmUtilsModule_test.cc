@@ -5,8 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "mfc/AfxExtensionModule_testing.h"
 #include "ohmutils/host/OhmResDll.h"
 #include "support/ChildProcess.h"
@@ -67,8 +65,7 @@ TEST_F(ModuleLoad, AttachTakesTheResourceLibraryAndRegistersTheLispNames) {
   EXPECT_EQ(mExpressions, (std::vector<std::u16string>{u"(vl-zeda-defun ' wdupda_chkdwglockstatus_internal)",
                                                        u"(vl-zeda-defun 'c:ohm_upd_unlock_dwgs)",
                                                        u"(vl-zeda-defun 'wd_mdb2_WFRM2ALL_verify)"}));
-  const auto paths = win_testing::loadedLibraryPaths();
-  EXPECT_NE(std::find(paths.begin(), paths.end(), (kLibraryDir / "libOhmUtilsRes.so").string()), paths.end());
+  EXPECT_THAT(win_testing::loadedLibraryPaths(), ::testing::Contains((kLibraryDir / "libOhmUtilsRes.so").string()));
   EXPECT_EQ(mfc_testing::liveDynLinkLibraries(), 1) << "the resource library joins the chain";
   EXPECT_TRUE(zdUnloadModule(module));
   EXPECT_FALSE(zdUnloadModule(module));

@@ -5,6 +5,7 @@
 #include <random>
 #include <tuple>
 
+#include "PlainText.h"
 #include "ohmutils/xref/ReplaceStringInString.h"
 #include "support/u16.h"
 
@@ -63,11 +64,6 @@ std::u16string SequentialReference(std::u16string text, const Format::RefData& d
 // runs of every length are copied, with and without underline.
 TEST(OhmNoRxUtilsXrefTextFormat, AgreesWithTheOrderedReplacementsOnRandomInput) {
   std::mt19937 rng(20261123);
-  auto randomText = [&](const std::u16string& alphabet, std::size_t maxLength) {
-    std::u16string text(rng() % (maxLength + 1), u' ');
-    for (char16_t& unit : text) unit = alphabet[rng() % alphabet.size()];
-    return text;
-  };
   const std::u16string tokens = u"%%%SNABILPDGFx.-";
   // Alphabet and greatest length of the values, then of the format and the output's old content.
   const std::tuple<std::u16string, std::size_t, std::u16string, std::size_t> sizes[] = {
@@ -77,10 +73,10 @@ TEST(OhmNoRxUtilsXrefTextFormat, AgreesWithTheOrderedReplacementsOnRandomInput) 
       Format::RefData data;
       for (std::u16string* field : {&data.mSheet, &data.mRef, &data.mValueA, &data.mValueB, &data.mIecInst,
                                     &data.mIecLoc, &data.mIecProject, &data.mSheetDwgName})
-        *field = randomText(valueAlphabet, valueLength);
-      const std::u16string format = randomText(formatAlphabet, formatLength);
+        *field = xref_test::RandomText(rng, valueAlphabet, valueLength);
+      const std::u16string format = xref_test::RandomText(rng, formatAlphabet, formatLength);
       const bool underline = rng() % 2;
-      std::u16string out = randomText(formatAlphabet, formatLength);
+      std::u16string out = xref_test::RandomText(rng, formatAlphabet, formatLength);
       Format::getXrefText({format, u"", underline}, u"", data, out);
       const std::u16string expected = SequentialReference(format, data);
       ASSERT_EQ(out, underline ? u"%%u" + expected + u"%%u" : expected) << "format " << U8(format);

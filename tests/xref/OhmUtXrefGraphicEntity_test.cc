@@ -18,11 +18,11 @@ using xref_test::k13_14;
 using xref_test::Pins;
 
 // The reference of every contact is [3-12].
-Map Settings(const std::u16string& graphic, const std::u16string& family) {
+Map Settings(const std::u16string& graphic, const std::u16string& family, const std::u16string& contactMap = u"A,B,C") {
   return {{OhmCfgSetting::WD_XREF_ALTFORMAT, u"[%S-%N]"},
           {OhmCfgSetting::WD_XREF_GRAPHIC, graphic},
           {OhmCfgSetting::WD_XREF_GRAPHICSTYLE, family},
-          {OhmCfgSetting::WD_XREF_CONTACTMAP, u"A,B,C"}};
+          {OhmCfgSetting::WD_XREF_CONTACTMAP, contactMap}};
 }
 
 // The texts of every kind of contact are checked against their plain rules on
@@ -96,16 +96,12 @@ TEST(OhmUtXrefGraphicEntity, ContactMapIsFixedAtFirstUse) {
   std::u16string text;
   ASSERT_TRUE(entity.getUnformattedXrefText(occ, text));
   EXPECT_EQ(text, u"21B22[3-12]");
-  Map changed = Settings(u"1", u"");
-  changed[OhmCfgSetting::WD_XREF_CONTACTMAP] = u"X,Y,Z";
-  settings.setSettingMap(changed);
+  settings.setSettingMap(Settings(u"1", u"", u"X,Y,Z"));
   ASSERT_TRUE(entity.getUnformattedXrefText(occ, text));
   EXPECT_EQ(text, u"21B22[3-12]");  // the map was taken at first use
 
   OhmNoRxUtilsSettingOverride shortMap(Settings(u"1", u""));
-  Map two = Settings(u"1", u"");
-  two[OhmCfgSetting::WD_XREF_CONTACTMAP] = u"A,B";
-  shortMap.setSettingMap(two);
+  shortMap.setSettingMap(Settings(u"1", u"", u"A,B"));
   OhmUtXrefGraphicEntity unusable(shortMap, u"");
   EXPECT_FALSE(unusable.getUnformattedXrefText(Contact(u"", {{u"1", u"5"}, {u"2", u"6"}}), text));
   EXPECT_EQ(text, u"");

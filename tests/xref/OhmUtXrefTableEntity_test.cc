@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <stdexcept>
+#include <tuple>
 
 #include "ContactOcc.h"
 #include "support/StoiFailure.h"
@@ -44,24 +45,20 @@ Map Settings(std::optional<std::u16string> columns, const std::u16string& graphi
 
 // Where option 71 puts each column is checked through the rows matched here
 // and on random rows and lists; without a list, or with only numbers that
-// name no column, no column is visible.
-TEST(OhmUtXrefTableEntity, NoColumnVisibleWithoutAKnownNumber) {
-  const std::optional<std::u16string> options[] = {u"", u"-1", std::nullopt};
-  for (const std::optional<std::u16string>& option : options) {
+// name no column, no column is visible, and a number that can't be read
+// throws at first use and leaves none visible.
+TEST(OhmUtXrefTableEntity, NoColumnVisibleWithoutAKnownNumberAndABadOneThrowsOnce) {
+  // Option 71 (nullopt: absent) and what the first use throws.
+  const std::pair<std::optional<std::u16string>, std::string> options[] = {
+      {u"", "none"}, {u"-1", "none"}, {std::nullopt, "none"}, {u"1,x", "invalid"}};
+  for (const auto& [option, thrown] : options) {
     SCOPED_TRACE(option ? U8(*option) : "absent");
     OhmNoRxUtilsSettingOverride settings(Settings(option));
     Table entity(settings, u"");
+    EXPECT_EQ(StoiFailure([&] { entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {u"13"}); }), thrown);
     EXPECT_EQ(entity.getVisibleColumnIndex(Table::ColumnTerm1), -1);
     EXPECT_TRUE(entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {}));
   }
-}
-
-TEST(OhmUtXrefTableEntity, BadOption71ThrowsOnceAndLeavesNoColumnVisible) {
-  OhmNoRxUtilsSettingOverride settings(Settings(u"1,x"));
-  Table entity(settings, u"");
-  EXPECT_EQ(StoiFailure([&] { entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {u"13"}); }), "invalid");
-  EXPECT_EQ(entity.getVisibleColumnIndex(Table::ColumnTerm1), -1);
-  EXPECT_TRUE(entity.isCompOccMatchingRow(Contact(u"NO", k13_14), {}));
 }
 
 TEST(OhmUtXrefTableEntity, VisibleColumnsAreFixedAtFirstUseAndCopied) {
@@ -83,37 +80,24 @@ TEST(OhmUtXrefTableEntity, BadTerminalNumberThrowsForEveryColumn) {
   EXPECT_THROW(entity.isCompOccMatchingRow(occ, {u"3"}), std::invalid_argument) << "even for the sheet column";
 }
 
-struct RowCase {
-  std::u16string option71, graphic;
-  std::u16string contact;
-  Pins pins;
-  std::u16string pinList;
-  std::vector<std::u16string> row;
-  bool matches;
-};
-
-void PrintTo(const RowCase& c, std::ostream* os) {
-  *os << "option71 " << U8(c.option71) << " graphic " << U8(c.graphic) << " " << U8(c.contact);
-}
-
-class TableRow : public ::testing::TestWithParam<RowCase> {};
-
-TEST_P(TableRow, MatchesCellByCell) {
-  const RowCase& c = GetParam();
-  OhmNoRxUtilsSettingOverride settings(Settings(c.option71, c.graphic));
-  Table entity(settings, c.pinList);
-  EXPECT_EQ(entity.isCompOccMatchingRow(Contact(c.contact, c.pins), c.row), c.matches);
-}
-
 // Matches and near misses of every kind of contact are checked against the
 // plain rules on random rows; these are the cells those rows don't reach.
-INSTANTIATE_TEST_SUITE_P(
-    EdgeCases, TableRow,
-    ::testing::Values(RowCase{u"1,3", u"0", u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3, 11,14,12", {u"", u""}, true},
-                      RowCase{
-                          u"1,3", u"0", u"NO", {{u"1", u" 11"}, {u"2", u"14"}}, u"3,11,14,12", {u" 11", u"14"}, true},
-                      RowCase{u"6,7,8,9", u"0", u"NO", k13_14, u"", {u"3", u"", u"b", u"Z:\\p\\b.dxf"}, true},
-                      RowCase{u"8", u"0", u"NO", k13_14, u"", {u"B"}, false}));
+TEST(OhmUtXrefTableEntity, RowEdgeCasesMatchCellByCell) {
+  const Pins spaced{{u"1", u" 11"}, {u"2", u"14"}};
+  // Option 71, the contact's pins and pin list, the row, and whether it matches.
+  const std::tuple<std::u16string, Pins, std::u16string, std::vector<std::u16string>, bool> cases[] = {
+      {u"1,3", spaced, u"3, 11,14,12", {u"", u""}, true},
+      {u"1,3", spaced, u"3,11,14,12", {u" 11", u"14"}, true},
+      {u"6,7,8,9", k13_14, u"", {u"3", u"", u"b", u"Z:\\p\\b.dxf"}, true},
+      {u"8", k13_14, u"", {u"B"}, false},
+  };
+  for (const auto& [option71, pins, pinList, row, matches] : cases) {
+    SCOPED_TRACE("option71 " + U8(option71) + " list " + U8(pinList));
+    OhmNoRxUtilsSettingOverride settings(Settings(option71));
+    Table entity(settings, pinList);
+    EXPECT_EQ(entity.isCompOccMatchingRow(Contact(u"NO", pins), row), matches);
+  }
+}
 
 TEST(OhmUtXrefTableEntity, OptionsComeFromTheDrawingEntity) {
   ZdDbDatabase db;

@@ -60,22 +60,18 @@ TEST_F(OhmUtXrefTextEntityTest, TrueWithEmptyTextWhenTheFormatIsEmpty) {
 }
 
 TEST_F(OhmUtXrefTextEntityTest, LabelPrefix) {
-  entity.setXrefAttPrompt(u"Ref");
-  // Tag and value, and the units removed from its front.
-  const std::tuple<std::u16string, std::u16string, std::uint64_t> cases[] = {{u"XREF", u"Ref 3.105", 4},
-                                                                             {u"XREF", u"REF 3.105", 0},
-                                                                             {u"XREF", u"Ref ", 4},
-                                                                             {u"XREF", u"Ref", 0},
-                                                                             {u"XREFNO", u"Ref 3.105", 0}};
-  for (const auto& [tag, before, removed] : cases) {
-    SCOPED_TRACE(U8(tag) + " " + U8(before));
+  // Prompt, tag and value, and the units removed from its front.
+  const std::tuple<std::u16string, std::u16string, std::u16string, std::uint64_t> cases[] = {
+      {u"Ref", u"XREF", u"Ref 3.105", 4}, {u"Ref", u"XREF", u"REF 3.105", 0},   {u"Ref", u"XREF", u"Ref ", 4},
+      {u"Ref", u"XREF", u"Ref", 0},       {u"Ref", u"XREFNO", u"Ref 3.105", 0}, {u"", u"XREF", u" 3.105", 0},
+  };
+  for (const auto& [prompt, tag, before, removed] : cases) {
+    SCOPED_TRACE(U8(prompt) + " " + U8(tag) + " " + U8(before));
+    entity.setXrefAttPrompt(prompt);
     std::u16string value = before;
     EXPECT_EQ(entity.removeLabelPrefixFromAttribute(tag, value), removed);
     EXPECT_EQ(value, before.substr(removed));
   }
-  entity.setXrefAttPrompt(u"");
-  std::u16string value = u" 3.105";
-  EXPECT_EQ(entity.removeLabelPrefixFromAttribute(u"XREF", value), 0u);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <random>
 
 #include "ContactOcc.h"
+#include "PlainText.h"
 #include "ohmutils/xref/OhmNoRxUtilsXrefTextFormat.h"
 #include "ohmutils/xref/OhmUtXrefTableEntity.h"
 #include "support/u16.h"
@@ -14,23 +15,10 @@
 namespace {
 
 using Format = OhmNoRxUtilsXrefTextFormat;
+using xref_test::Upper;
 
 // Units on both sides of the a-z and A-Z ranges, and beyond ASCII.
 const std::u16string kPathUnits = u"@AMZ[`amz{\\.0\u00c4\u00e4\u0141\u0142";
-
-std::u16string RandomPath(std::mt19937& rng, std::size_t length) {
-  std::u16string path(length, u' ');
-  for (char16_t& unit : path) unit = kPathUnits[rng() % kPathUnits.size()];
-  return path;
-}
-
-bool PlainEqualAfterUpper(const std::u16string& a, const std::u16string& b) {
-  auto upper = [](char16_t c) { return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 32) : c; };
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i)
-    if (upper(a[i]) != upper(b[i])) return false;
-  return true;
-}
 
 // The second path is the first with some units swapped for their other case
 // or for any unit, so that equal, nearly equal and unequal pairs all occur,
@@ -39,8 +27,7 @@ TEST(XrefTextFormatFastPath, ChoosesTheFormatAsThePlainPathComparison) {
   std::mt19937 rng(7041);
   const Format::Option option{u"same", u"other", false};
   for (int round = 0; round < 20000; ++round) {
-    const std::size_t length = rng() % 70;
-    const std::u16string host = RandomPath(rng, length);
+    const std::u16string host = xref_test::RandomText(rng, kPathUnits, 69);
     Format::RefData data;
     data.mDwgPath = host;
     for (char16_t& unit : data.mDwgPath) {
@@ -51,8 +38,7 @@ TEST(XrefTextFormatFastPath, ChoosesTheFormatAsThePlainPathComparison) {
     if (rng() % 16 == 0) data.mDwgPath.push_back(u'a');
     std::u16string out;
     Format::getXrefText(option, host, data, out);
-    ASSERT_EQ(out, PlainEqualAfterUpper(host, data.mDwgPath) ? u"same" : u"other")
-        << U8(host) << " / " << U8(data.mDwgPath);
+    ASSERT_EQ(out, Upper(host) == Upper(data.mDwgPath) ? u"same" : u"other") << U8(host) << " / " << U8(data.mDwgPath);
   }
 }
 
@@ -84,12 +70,6 @@ RandomCoil MakeCoil(std::mt19937& rng) {
 std::u16string Trimmed(const std::u16string& text) {
   const std::size_t first = text.find_first_not_of(u' ');
   return first == std::u16string::npos ? u"" : text.substr(first, text.find_last_not_of(u' ') - first + 1);
-}
-
-std::u16string Upper(std::u16string text) {
-  for (char16_t& unit : text)
-    if (unit >= u'a' && unit <= u'z') unit = static_cast<char16_t>(unit - 32);
-  return text;
 }
 
 // The rules of the graphic entity for one coil, straight from their wording.

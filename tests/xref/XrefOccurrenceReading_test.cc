@@ -6,6 +6,7 @@
 
 #include <random>
 
+#include "PlainText.h"
 #include "ohmutils/xref/OhmDsPropertyKeys.h"
 #include "ohmutils/xref/OhmUtXrefTableRows.h"
 #include "support/u16.h"
@@ -13,12 +14,7 @@
 namespace {
 
 using Map = OhmDsOccurrence::PropertyMap;
-
-std::u16string RandomText(std::mt19937& rng, const std::u16string& alphabet, std::size_t maxLength) {
-  std::u16string text(rng() % (maxLength + 1), u' ');
-  for (char16_t& unit : text) unit = alphabet[rng() % alphabet.size()];
-  return text;
-}
+using xref_test::RandomText;
 
 // Each wanted key now and then, among names that differ from the keys in
 // one unit or in length; up to twelve entries, so that maps both below and
@@ -79,8 +75,7 @@ TEST(XrefOccurrenceReading, ContactKindsAsAnUpperCaseCopy) {
   std::mt19937 rng(77);
   for (int round = 0; round < 20000; ++round) {
     const std::u16string contact = RandomText(rng, u"NOCnocx ", 5);
-    std::u16string upper = contact;
-    for (char16_t& unit : upper) unit = unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 32) : unit;
+    const std::u16string upper = xref_test::Upper(contact);
     ASSERT_EQ(OhmUtXrefEntity::isValidContactForRelayCoilNO(contact), upper == u"NO") << U8(contact);
     ASSERT_EQ(OhmUtXrefEntity::isValidContactForRelayCoilNC(contact), upper == u"NC") << U8(contact);
     ASSERT_EQ(OhmUtXrefEntity::isValidContactForRelayCoilFormC(contact), upper == u"NONC" || upper == u"NCNO");
