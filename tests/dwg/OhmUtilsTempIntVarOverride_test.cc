@@ -59,6 +59,7 @@ TEST_F(TempIntVarOverride, FailedSetStillRestores) {
   {
     OhmUtilsTempIntVarOverride scope(ZdString(u"CMDECHO"), 0);
     EXPECT_EQ(ShortVar(u"CMDECHO"), 1);
+    EXPECT_EQ(zdedSetVar(u"CMDECHO", nullptr), RTREJ);  // a set without a value is refused, not a fault
   }
   EXPECT_EQ(ShortVar(u"CMDECHO"), 1);
 }
