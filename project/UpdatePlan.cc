@@ -416,7 +416,7 @@ class Planner {
     gatherContacts();
     mCoils = TagIndex();  // no use from here on
     presentCoils();
-    for (AttributeChange& change : mContactChanges) mPlan.changes.push_back(change);
+    mPlan.changes.insert(mPlan.changes.end(), mContactChanges.begin(), mContactChanges.end());
     mPlan.newValues.push_back(std::move(mContactValues));
     OrderByDrawing(mPlan.changes, mDrawings.size());
     return std::move(mPlan);
@@ -576,10 +576,8 @@ class Planner {
     data.mSheet = plan.sheet;
     data.mRef = plan.reference;
     data.mSheetDwgName = mDrawings[plan.drawing].name;
-    const OhmNoRxUtilsXrefTextFormat::Option option{setting(OhmCfgSetting::WD_XREF_FORMAT),
-                                                    setting(OhmCfgSetting::WD_XREF_ALTFORMAT), false};
     std::u16string text;
-    OhmNoRxUtilsXrefTextFormat::getXrefText(option, mDrawings[d].path, data, text);
+    OhmNoRxUtilsXrefTextFormat::getXrefText(mContactXrefFormats, mDrawings[d].path, data, text);
     const std::u16string_view old = mDrawings[d].text(contact.xref);
     if (text != old) mContactChanges.push_back({d, contact.handle, u"XREF", old, mContactValues.keep(text)});
   }
@@ -593,6 +591,9 @@ class Planner {
   const OhmNoRxUtilsSettingOverride::SettingMap& mSettings;
   std::vector<int> mFirstSheet;
   std::vector<ContactNumber> mFirstContact = FirstContacts(mDrawings);
+  // The formats of the contacts' XREF attributes, the same for every contact.
+  const OhmNoRxUtilsXrefTextFormat::Option mContactXrefFormats{setting(OhmCfgSetting::WD_XREF_FORMAT),
+                                                               setting(OhmCfgSetting::WD_XREF_ALTFORMAT), false};
   // The coils by tag (views into the drawings' text pools, which outlive the
   // planner and do not change while it works), as their index in mPlan.coils.
   TagIndex mCoils;
